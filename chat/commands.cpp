@@ -1,0 +1,226 @@
+#include "chat/commands.h"
+
+#include <algorithm>
+#include <array>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "chat/colors.h"
+#include "chat/main_window.h"
+#include "chat/mute_list.h"
+#include "chat/user_list_entry.h"
+#include "platform/text.h"
+#include "session/client.h"
+#include "session/outbound.h"
+
+namespace kelvaron {
+namespace {
+
+constexpr std::string_view kAway = "AWAY";
+
+struct Row;
+
+// What a command works with.
+struct Line {
+  Client& client;
+  frmMain& room;
+  const FaultRule& rule;
+  const Row& row;
+  // The typed text whole.
+  const std::string& text;
+
+  // The text without its first `count` characters. Fault 5 when it is shorter.
+  std::string rest(std::size_t count) const {
+    if (text.size() < count) throw Fault(fault_number::kInvalidCall, "The command is too short");
+    return text.substr(count);
+  }
+  // What stands behind the command word and one character more.
+  std::string argument() const;
+  void clear() const { room.txtinput.Text = ""; }
+};
+
+enum class Match { word, whole, whileAway, anything };
+
+struct Row {
+  Match match;
+  std::string_view word;
+  void (*run)(const Line&);
+  // For actions: the sentence behind the user's name, around the argument if there is one.
+  std::string_view before = {};
+  std::string_view after = {};
+};
+
+std::string Line::argument() const { return rest(row.word.size() + 1); }
+
+void say(const Line& line) {
+  line.client.send(outbound::message(line.client.UserName, line.text));
+  line.clear();
+}
+
+void act(const Line& line) {
+  line.client.send(outbound::action(line.client.UserName + std::string(line.row.before)));
+  line.clear();
+}
+
+void actOn(const Line& line) {
+  line.client.send(outbound::action(line.client.UserName + std::string(line.row.before) +
+                                    line.argument() + std::string(line.row.after)));
+  line.clear();
+}
+
+void mute(const Line& line) {
+  const std::string name = upper(line.argument());
+  line.client.MsgBox(name + " has been muted");
+  Muted& muted = line.client.form<Muted>();
+  muted.List1.AddItem(name);
+  muted.Visible = true;
+}
+
+void unmute(const Line& line) {
+  Muted& muted = line.client.form<Muted>();
+  for (int i = 0; i < muted.List1.ListCount();) {
+    if (muted.List1.List(i) != upper(line.argument())) {
+      ++i;
+      continue;
+    }
+    muted.List1.RemoveItem(i);
+    line.client.MsgBox(line.argument() + " Has been unmuted.");
+    muted.Visible = true;
+  }
+}
+
+void goAway(const Line& line) {
+  line.client.send(outbound::away(line.client.UserName));
+  line.clear();
+  line.room.Label7.Caption = std::string(kAway);
+}
+
+void comeBack(const Line& line) {
+  line.room.Label7.Caption = "Ready to Play";
+  line.client.send(outbound::returnCs(line.client.UserName));
+  say(line);
+}
+
+void sound(const Line& line) {
+  line.client.ports.application.DoEvents();
+  const std::string name = line.argument();
+  line.client.send(outbound::action(line.client.UserName + " plays a sound (" + name + ".wav)"));
+  line.client.send(outbound::sound(name));
+  line.clear();
+}
+
+void ping(const Line& line) {
+  for (const std::string& entry : line.room.List1.entries()) {
+    if (entry != line.argument()) continue;
+    if (hasTag(entry, kInGameTag)) return;
+    line.client.send(outbound::pingUser(entry, line.room.Label1.Caption.get()));
+    line.clear();
+    return;
+  }
+  line.clear();
+  line.client.MsgBox("User is not logged in or is gurrently in a game.");
+}
+
+void help(const Line& line) {
+  constexpr std::array<std::string_view, 12> kHelp = {
+      "KV / Command Help",
+      "/SLAP  USERNAME - User slaps user with his handy dandy rubber chicken",
+      "/KISS USERNAME - You invite USER to kiss your rocket",
+      "/FRAG - You are ready to FRAG",
+      "/SLEEP - You are getting tired and are ready to retire",
+      "/COOL - You would rather chat on Kelvaron than eat fried liver",
+      "/KISSME USERNAME - You kiss USER",
+      "/RETURN USERNAME - You return the kiss from USER and ask for a full refund",
+      "/ME ACTION - You perform an unique action",
+      "/PLAY KKRZ - Plays the internet broadcast of Radio Station Z100 in portland",
+      "/PLAY KWJJ - Plays the internet broadcast of Radio Station KWJJ in portland",
+      "/PING USERNAME - Pings the user"};
+  line.room.txtOutput.setSelColor(colors::kNotice);
+  for (const std::string_view text : kHelp) {
+    line.room.txtOutput.insert(std::string(text) + "\r\n");
+  }
+  line.room.txtinput.SelColor = colors::kSpeech;
+  line.clear();
+}
+
+void serverMessage(const Line& line) {
+  line.client.send(outbound::serverMessage(line.argument()));
+  line.clear();
+}
+
+void getIp(const Line& line) {
+  line.client.send(outbound::getIp(line.argument()));
+  line.clear();
+}
+
+void kick(const Line& line) {
+  // Without a nickname the send is passed over and the box is cleared all the same.
+  line.rule.step([&] {
+    std::vector<std::string> parts;
+    for (std::size_t begin = 0, blank = 0; blank != std::string::npos; begin = blank + 1) {
+      blank = line.text.find(' ', begin);
+      parts.push_back(line.text.substr(begin, blank - begin));
+    }
+    if (parts.size() < 2) throw Fault(fault_number::kSubscript, "No nickname to kick");
+    const std::string& nick = parts[1];
+    const std::size_t reasonAt = std::min(nick.size() + line.row.word.size() + 2, line.text.size());
+    line.client.send(outbound::kick(nick, line.text.substr(reasonAt)));
+  });
+  line.clear();
+}
+
+// The radio arrives with its own subsystem; its commands are known, so they are not said aloud.
+void radio(const Line& line) { line.clear(); }
+
+// In the order of the compare: the first row that matches runs.
+constexpr std::array<Row, 22> kRows = {{
+    {Match::word, "/MUTE", mute},
+    {Match::word, "/UNMUTE", unmute},
+    {Match::word, "/PLAY KKRZ", radio},
+    {Match::word, "/PLAY KWJJ", radio},
+    {Match::word, "/STOP", radio},
+    {Match::word, "/AWAY", goAway},
+    {Match::whileAway, "", comeBack},
+    {Match::word, "/ME", actOn, " "},
+    {Match::word, "/SLAP", actOn, " Slaps ", " around with his handy dandy rubber chicken."},
+    {Match::word, "/KISSME", actOn, " kisses ", " gently on the hand"},
+    {Match::word, "/KISS", actOn, " invites ", " to kiss his/her rocket."},
+    {Match::word, "/FRAG", act, " is ready to FRAG"},
+    {Match::word, "/SLEEP", act, " is getting tired and is about to retire."},
+    {Match::word, "/COOL", act, " would rather chat on Kelvaron than eat fried liver."},
+    {Match::word, "/RETURN", actOn, " returns the kiss from  ", " and asks for a refund"},
+    {Match::word, "/SOUND", sound},
+    {Match::word, "/PING", ping},
+    {Match::whole, "/?", help},
+    {Match::word, "/MSG", serverMessage},
+    {Match::word, "/GETIP", getIp},
+    {Match::word, "/KICK", kick},
+    {Match::anything, "", say},
+}};
+
+bool matches(const Row& row, std::string_view text, const frmMain& room) {
+  switch (row.match) {
+    case Match::word:
+      return upper(text.substr(0, row.word.size())) == row.word;
+    case Match::whole:
+      return text == row.word;
+    case Match::whileAway:
+      return room.Label7.Caption.get() == kAway;
+    case Match::anything:
+      return true;
+  }
+  return false;
+}
+
+}  // namespace
+
+void enterPressed(Client& client, frmMain& room) {
+  const std::string text = room.txtinput.Text;
+  const auto row =
+      std::ranges::find_if(kRows, [&](const Row& each) { return matches(each, text, room); });
+  const FaultRule rule = FaultRule::stopExcept(fault_number::kSubscript);
+  rule.handle([&] { row->run({client, room, rule, *row, text}); });
+}
+
+}  // namespace kelvaron

@@ -1,0 +1,140 @@
+#include "chat/main_window.h"
+
+#include "build_settings.h"
+#include "chat/colors.h"
+#include "chat/commands.h"
+#include "chat/private_message.h"
+#include "chat/user_list_entry.h"
+#include "session/client.h"
+#include "session/connection.h"
+#include "session/login_window.h"
+
+namespace kelvaron {
+
+frmMain::frmMain(Client& client)
+    : MainWindow({.name = "frmMain",
+                  .caption = "Kelvaron 4.1",
+                  .width = 960 * kTwipsPerPixel,
+                  .height = 632 * kTwipsPerPixel}),
+      client_(client) {
+  look();
+  wire();
+}
+
+void frmMain::look() {
+  BackColor = colors::kBlack;
+  Image1.AccessibleName = "Kelvaron home page";
+  Label3.ForeColor = colors::kWhite;
+  Label3.Font_ = Font{.points = 18, .bold = true, .family = FontFamily::tahoma};
+  for (Label* label : {&Label2, &Label5, &Label4}) {
+    label->ForeColor = colors::kLabel;
+    label->Alignment_ = Alignment::right;
+  }
+  Label1.ForeColor = colors::kValue;
+  Label6.ForeColor = colors::kValue;
+  Label7.ForeColor = colors::kStatus;
+  Label1.AccessibleName = "Logged in as";
+  Label6.AccessibleName = "Server";
+  Label7.AccessibleName = "Status";
+
+  Frame1.Visible = false;
+  Frame1.ForeColor = colors::kBuffering;
+  Label9.ForeColor = colors::kBufferingPercent;
+
+  txtOutput.BackColor = colors::kBlack;
+  txtOutput.AccessibleName = "Chat";
+  txtinput.BackColor = colors::kBlack;
+  txtinput.AccessibleName = "Message";
+  List1.BackColor = colors::kBlack;
+  List1.ForeColor = colors::kUsers;
+  List1.AccessibleName = "Users";
+  // Somebody who goes away or into a game between two rebuilds stays selected.
+  List1.identity = [](std::string_view entry) { return std::string(nicknameOf(entry)); };
+  Command2.Enabled = false;
+  for (TextBox* scratch : {&Text1, &Text2}) {
+    scratch->Visible = false;
+    scratch->MultiLine = true;
+  }
+}
+
+void frmMain::wire() {
+  txtinput.Change = [this] { txtinput_Change(); };
+  txtinput.Click = [this] { txtinput.SelColor = colors::kSpeech; };
+  txtinput.DblClick = [this] { txtinput.SelColor = colors::kSpeech; };
+  txtinput.KeyDown = [this](int keyCode, int) { txtinput_KeyDown(keyCode); };
+  Image1.Click = [this] { Image1_Click(); };
+  List1.MouseUp = [this](MouseButton button) { List1_MouseUp(button); };
+  List1.DblClick = [this] { List1_DblClick(); };
+
+  mnuConnect.Click = [this] { reconnect(client_); };
+  mnuDisconnect.Click = [this] { disconnect(client_); };
+  dconnect.Click = [this] { disconnect(client_); };
+  mnuQuit.Click = [this] { quit(client_); };
+  mnuPM.Click = [this] { mnuPM_Click(); };
+}
+
+void frmMain::Form_Load() {
+  version = "BETA";
+  txtOutput.setSelColor(colors::kPlain);
+  txtinput.SelColor = colors::kSpeech;
+  Label1.Caption = client_.form<frmLogin>().txtUserName.Text.get();
+  client_.ports.sound.play("boom");
+}
+
+void frmMain::Form_Unload() { leaveWithFarewell(client_); }
+
+void frmMain::AppendChat(std::string_view text) {
+  txtOutput.caretToEnd();
+  txtOutput.insert(std::string(text) + "\r\n");
+}
+
+void frmMain::writePrivateMessage(std::string_view heading, std::string_view text) {
+  txtOutput.caretToEnd();
+  txtOutput.setSelColor(colors::kPrivateHeading);
+  txtOutput.insert(heading);
+  txtOutput.setSelColor(colors::kPrivateText);
+  txtOutput.insert(std::string(text) + "\r\n");
+  txtOutput.setSelColor(colors::kPlain);
+  txtinput.SelColor = colors::kSpeech;
+}
+
+void frmMain::txtinput_Change() {
+  txtinput.SelColor = colors::kSpeech;
+  txtinput.SelStart = static_cast<int>(txtinput.Text.get().size());
+}
+
+void frmMain::txtinput_KeyDown(int keyCode) {
+  if (keyCode == key_code::kEnter) enterPressed(client_, *this);
+}
+
+void frmMain::Image1_Click() { client_.ports.application.showPage(std::string(build::kHomePage)); }
+
+void frmMain::List1_MouseUp(MouseButton button) {
+  if (button != MouseButton::right) {
+    client_.ports.application.DoEvents();
+    return;
+  }
+  mnuJoinGame.Enabled = hasTag(List1.Text(), kHostsCsTag);
+  PopupMenu(mnuUser);
+}
+
+void frmMain::List1_DblClick() {
+  if (refusesPrivateMessage()) return;
+  SendPM& form = client_.form<SendPM>();
+  form.Label2.Caption = List1.Text();
+  form.Show();
+}
+
+void frmMain::mnuPM_Click() {
+  if (refusesPrivateMessage()) return;
+  client_.form<SendPM>().Show();
+}
+
+bool frmMain::refusesPrivateMessage() {
+  if (!hasTag(List1.Text(), kInGameTag)) return false;
+  client_.MsgBox(
+      "You can not send a private message to a user that is currently in a game. Try again later");
+  return true;
+}
+
+}  // namespace kelvaron

@@ -1,0 +1,12 @@
+# What a distributor of Kelvaron chooses; it reaches the code through build_settings.h alone.
+# All servers and stations default to loopback, where the companion server answers.
+set(KELVARON_MASTER_SERVER "127.0.0.1" CACHE STRING "Address of the master chat server")
+set(KELVARON_SECOND_SERVER "127.0.0.1" CACHE STRING "Address of the second chat server")
+set(KELVARON_TOURNAMENT_SERVER "127.0.0.1" CACHE STRING "Address of the tournament chat server")
+set(KELVARON_HOME_PAGE "http://localhost/kelvaron/" CACHE STRING "Home page that the logo opens")
+set(KELVARON_CONTACT_ADDRESS "moderators@localhost" CACHE STRING "E-mail address told to banned users")
+set(KELVARON_RADIO_HOST_KKRZ "127.0.0.1" CACHE STRING "Host of the station KKRZ")
+set(KELVARON_RADIO_HOST_KSHE "127.0.0.1" CACHE STRING "Host of the station KSHE")
+set(KELVARON_RADIO_HOST_KWJJ "127.0.0.1" CACHE STRING "Host of the station KWJJ")
+
+configure_file(${CMAKE_CURRENT_LIST_DIR}/build_settings.h.in ${CMAKE_BINARY_DIR}/generated/build_settings.h @ONLY)

@@ -1,0 +1,404 @@
+#include "platform/styled_text.h"
+
+#include <algorithm>
+#include <iterator>
+#include <stdexcept>
+#include <utility>
+
+namespace kelvaron {
+namespace {
+
+constexpr std::size_t kChunkBytes = std::size_t{1} << 20U;
+constexpr std::size_t kLongestLine = std::size_t{1} << 31U;
+constexpr std::size_t kLinesPerOffset = 512;
+constexpr std::size_t kLineEndBytes = 2;
+
+constexpr auto isLineEnd = [](char c) { return c == '\r' || c == '\n'; };
+
+/// Calls `piece` for the text up to each line end and for what follows the last one, and `lineEnd`
+/// between them.
+template <typename Piece, typename LineEnd>
+void forEachPiece(std::string_view text, Piece piece, LineEnd lineEnd) {
+  for (;;) {
+    const auto found = std::find_if(text.begin(), text.end(), isLineEnd);
+    const auto length = static_cast<std::size_t>(found - text.begin());
+    piece(text.substr(0, length));
+    if (found == text.end()) {
+      return;
+    }
+    lineEnd();
+    text.remove_prefix(text.substr(length).starts_with("\r\n") ? length + 2 : length + 1);
+  }
+}
+
+std::uint32_t narrow(std::size_t value) { return static_cast<std::uint32_t>(value); }
+
+}  // namespace
+
+TextPosition StyledText::Change::follow(TextPosition before) const {
+  if (cleared) {
+    return {};
+  }
+  if (before <= TextPosition{first, column}) {
+    return before;
+  }
+  if (before.line >= first + removed) {
+    return {before.line - removed + inserted, before.column};
+  }
+  return {first + inserted - 1, before.column - column + endColumn};
+}
+
+StyledText::StyledText() { startLine(); }
+
+std::size_t StyledText::lineCount() const { return lines_.size(); }
+
+std::string_view StyledText::line(std::size_t index) const {
+  const Line& line = lines_[index];
+  if (line.length == 0) {
+    return {};
+  }
+  return {chunks_[line.chunk].bytes.get() + line.offset, line.length};
+}
+
+std::size_t StyledText::endOfRuns(std::size_t index) const {
+  return index + 1 < lines_.size() ? lines_[index + 1].firstRun : runs_.size();
+}
+
+std::size_t StyledText::runCount(std::size_t index) const {
+  return endOfRuns(index) - lines_[index].firstRun;
+}
+
+StyledText::Run StyledText::run(std::size_t index, std::size_t runIndex) const {
+  const std::size_t stored = lines_[index].firstRun + runIndex;
+  const bool last = stored + 1 == endOfRuns(index);
+  return {runs_[stored].begin, last ? lines_[index].length : runs_[stored + 1].begin,
+          runs_[stored].style};
+}
+
+std::size_t StyledText::runAt(std::size_t index, std::size_t column) const {
+  const auto begin = runs_.begin() + lines_[index].firstRun;
+  const auto end = runs_.begin() + static_cast<std::ptrdiff_t>(endOfRuns(index));
+  const auto behind =
+      std::upper_bound(begin, end, column,
+                       [](std::size_t value, const StoredRun& run) { return value < run.begin; });
+  return static_cast<std::size_t>(behind - begin) - 1;
+}
+
+std::string StyledText::text() const { return text({0, 0}, end()); }
+
+std::size_t StyledText::length() const {
+  return contentBytes_ + kLineEndBytes * (lines_.size() - 1);
+}
+
+std::string StyledText::text(TextPosition from, TextPosition to, std::string_view lineEnd) const {
+  from = clamped(from);
+  to = clamped(to);
+  if (to <= from) {
+    return {};
+  }
+  std::string result;
+  result.reserve(offsetOf(to) - offsetOf(from));
+  for (std::size_t index = from.line; index <= to.line; ++index) {
+    const std::string_view bytes = line(index);
+    const std::size_t begin = index == from.line ? from.column : 0;
+    const std::size_t end = index == to.line ? to.column : bytes.size();
+    result.append(bytes.substr(begin, end - begin));
+    if (index != to.line) {
+      result.append(lineEnd);
+    }
+  }
+  return result;
+}
+
+std::size_t StyledText::lineOffset(std::size_t index) const {
+  const std::size_t known = index / kLinesPerOffset;
+  std::size_t offset = offsets_[known];
+  for (std::size_t i = known * kLinesPerOffset; i < index; ++i) {
+    offset += lines_[i].length + kLineEndBytes;
+  }
+  return offset;
+}
+
+std::size_t StyledText::offsetOf(TextPosition position) const {
+  position = clamped(position);
+  return lineOffset(position.line) + position.column;
+}
+
+TextPosition StyledText::positionOf(std::size_t offset) const {
+  if (offset >= length()) {
+    return end();
+  }
+  const auto behind = std::upper_bound(offsets_.begin(), offsets_.end(), offset);
+  const auto known = static_cast<std::size_t>(behind - offsets_.begin()) - 1;
+  std::size_t index = known * kLinesPerOffset;
+  offset -= offsets_[known];
+  while (offset >= lines_[index].length + kLineEndBytes) {
+    offset -= lines_[index].length + kLineEndBytes;
+    ++index;
+  }
+  return {index, std::min<std::size_t>(offset, lines_[index].length)};
+}
+
+TextPosition StyledText::end() const { return {lines_.size() - 1, lines_.back().length}; }
+
+TextPosition StyledText::clamped(TextPosition position) const {
+  if (position.line >= lines_.size()) {
+    return end();
+  }
+  return {position.line, std::min<std::size_t>(position.column, lines_[position.line].length)};
+}
+
+TextStyle StyledText::styleAt(TextPosition position) const {
+  const Line& line = lines_[position.line];
+  if (line.length != 0) {
+    const std::size_t character = position.column == 0 ? 0 : position.column - 1;
+    return runs_[line.firstRun + runAt(position.line, character)].style;
+  }
+  return line.firstRun != 0 ? runs_[line.firstRun - 1].style : styleAtEnd_;
+}
+
+void StyledText::setCaret(TextPosition position) {
+  caret_ = clamped(position);
+  style_ = caret_ == end() ? styleAtEnd_ : styleAt(caret_);
+}
+
+void StyledText::setColor(Color color) {
+  style_.color = color;
+  if (caret_ == end()) {
+    styleAtEnd_ = style_;
+  }
+}
+
+void StyledText::setBold(bool bold) {
+  style_.bold = bold;
+  if (caret_ == end()) {
+    styleAtEnd_ = style_;
+  }
+}
+
+void StyledText::insert(std::string_view text) {
+  if (text.empty()) {
+    return;
+  }
+  if (text.size() > kLongestLine - lines_[caret_.line].length) {
+    throw std::length_error("A line of the text view would be too long.");
+  }
+  const TextPosition from = caret_;
+  if (caret_ == end()) {
+    append(text);
+    caret_ = end();
+  } else {
+    insertInside(text);
+  }
+  if (onChange) {
+    onChange({from.line, 1, caret_.line - from.line + 1, from.column, caret_.column, false});
+  }
+}
+
+void StyledText::clear() {
+  const std::size_t removed = lines_.size();
+  chunks_.clear();
+  lines_.clear();
+  runs_.clear();
+  offsets_.clear();
+  contentBytes_ = 0;
+  storedBytes_ = 0;
+  startLine();
+  caretToEnd();
+  if (onChange) {
+    onChange({0, removed, 1, 0, 0, true});
+  }
+}
+
+void StyledText::append(std::string_view text) {
+  forEachPiece(
+      text, [this](std::string_view piece) { appendPiece(piece); }, [this] { startLine(); });
+}
+
+void StyledText::startLine() {
+  lines_.push_back({0, 0, 0, narrow(runs_.size())});
+  if ((lines_.size() - 1) % kLinesPerOffset == 0) {
+    offsets_.push_back(length());
+  }
+}
+
+void StyledText::appendPiece(std::string_view piece) {
+  if (piece.empty()) {
+    return;
+  }
+  makeRoomInLastLine(piece.size());
+  Line& line = lines_.back();
+  if (line.firstRun == runs_.size() || runs_.back().style != style_) {
+    runs_.push_back({line.length, style_});
+  }
+  Chunk& chunk = chunks_.back();
+  std::copy(piece.begin(), piece.end(), chunk.bytes.get() + chunk.used);
+  chunk.used += piece.size();
+  line.length += narrow(piece.size());
+  contentBytes_ += piece.size();
+  storedBytes_ += piece.size();
+}
+
+/// Afterwards the last line ends where the last chunk does, with room for `bytes` behind it.
+void StyledText::makeRoomInLastLine(std::size_t bytes) {
+  Line& line = lines_.back();
+  const bool stored = line.length != 0;
+  Chunk* old = stored ? &chunks_[line.chunk] : nullptr;
+  const bool endsItsChunk = stored && old->used == line.offset + line.length;
+  if (endsItsChunk && line.chunk + 1 == chunks_.size() && old->capacity - old->used >= bytes) {
+    return;
+  }
+  const std::size_t needed = line.length + bytes;
+  const std::string_view before = this->line(lines_.size() - 1);
+  const std::uint32_t oldChunk = line.chunk;
+  if (chunks_.empty() || chunks_.back().capacity - chunks_.back().used < needed) {
+    // A long line gets as much again, so that writing it in pieces copies each byte a few times.
+    const std::size_t capacity = needed <= kChunkBytes / 2 ? kChunkBytes : 2 * needed;
+    chunks_.push_back({std::make_unique_for_overwrite<char[]>(capacity), 0, capacity});
+  }
+  Chunk& chunk = chunks_.back();
+  line.chunk = narrow(chunks_.size() - 1);
+  line.offset = narrow(chunk.used);
+  std::copy(before.begin(), before.end(), chunk.bytes.get() + chunk.used);
+  chunk.used += before.size();
+  storedBytes_ += before.size();
+  if (endsItsChunk && oldChunk != line.chunk) {
+    Chunk& left = chunks_[oldChunk];
+    left.used -= before.size();
+    storedBytes_ -= before.size();
+    if (left.used == 0) {
+      left = Chunk{};
+    }
+  }
+}
+
+/// Puts bytes behind the last chunk's content; the result lacks its runs.
+StyledText::Line StyledText::store(std::string_view bytes) {
+  if (bytes.empty()) {
+    return {};
+  }
+  if (chunks_.empty() || chunks_.back().capacity - chunks_.back().used < bytes.size()) {
+    const std::size_t capacity = std::max(kChunkBytes, bytes.size());
+    chunks_.push_back({std::make_unique_for_overwrite<char[]>(capacity), 0, capacity});
+  }
+  Chunk& chunk = chunks_.back();
+  const Line line{narrow(chunks_.size() - 1), narrow(chunk.used), narrow(bytes.size()), 0};
+  std::copy(bytes.begin(), bytes.end(), chunk.bytes.get() + chunk.used);
+  chunk.used += bytes.size();
+  storedBytes_ += bytes.size();
+  return line;
+}
+
+void StyledText::insertInside(std::string_view text) {
+  const std::size_t index = caret_.line;
+  const std::string old{line(index)};
+  std::vector<Run> oldRuns;
+  for (std::size_t i = 0; i < runCount(index); ++i) {
+    oldRuns.push_back(run(index, i));
+  }
+
+  std::vector<Line> lines;
+  std::vector<StoredRun> runs;
+  std::string bytes;
+  std::size_t firstRun = 0;
+  const auto add = [&](std::string_view piece, TextStyle style) {
+    if (!piece.empty() && (runs.size() == firstRun || runs.back().style != style)) {
+      runs.push_back({narrow(bytes.size()), style});
+    }
+    bytes.append(piece);
+  };
+  const auto addOld = [&](std::size_t begin, std::size_t end) {
+    for (const Run& run : oldRuns) {
+      const std::size_t from = std::max(run.begin, begin);
+      const std::size_t to = std::min(run.end, end);
+      if (from < to) {
+        add(std::string_view(old).substr(from, to - from), run.style);
+      }
+    }
+  };
+  const auto finishLine = [&] {
+    lines.push_back(store(bytes));
+    lines.back().firstRun = narrow(firstRun);
+    firstRun = runs.size();
+    bytes.clear();
+  };
+
+  addOld(0, caret_.column);
+  forEachPiece(
+      text, [&](std::string_view piece) { add(piece, style_); }, finishLine);
+  const TextPosition behind{index + lines.size(), bytes.size()};
+  addOld(caret_.column, old.size());
+  finishLine();
+
+  replaceLine(index, lines, runs);
+  caret_ = behind;
+  compactWhenWasteful();
+}
+
+/// Puts lines in the place of one; their `firstRun` counts from 0 in `runs`.
+void StyledText::replaceLine(std::size_t index, const std::vector<Line>& lines,
+                             const std::vector<StoredRun>& runs) {
+  const std::size_t firstRun = lines_[index].firstRun;
+  const std::size_t behindRuns = endOfRuns(index);
+  const std::uint32_t shift = narrow(firstRun + runs.size()) - narrow(behindRuns);
+  contentBytes_ -= lines_[index].length;
+
+  const auto oldRun = runs_.begin() + static_cast<std::ptrdiff_t>(firstRun);
+  const auto runPlace =
+      runs_.erase(oldRun, runs_.begin() + static_cast<std::ptrdiff_t>(behindRuns));
+  runs_.insert(runPlace, runs.begin(), runs.end());
+
+  lines_[index] = lines.front();
+  auto place = lines_.begin() + static_cast<std::ptrdiff_t>(index);
+  if (lines.size() > 1) {
+    lines_.insert(place + 1, lines.begin() + 1, lines.end());
+  }
+  const std::size_t behindLines = index + lines.size();
+  for (std::size_t i = index; i < behindLines; ++i) {
+    lines_[i].firstRun += narrow(firstRun);
+    contentBytes_ += lines_[i].length;
+  }
+  if (shift != 0) {
+    for (std::size_t i = behindLines; i < lines_.size(); ++i) {
+      lines_[i].firstRun += shift;  // unsigned: a negative shift wraps round to the right number
+    }
+  }
+
+  offsets_.resize(index / kLinesPerOffset + 1);
+  std::size_t offset = offsets_.back();
+  for (std::size_t i = (offsets_.size() - 1) * kLinesPerOffset; i < lines_.size(); ++i) {
+    if (i % kLinesPerOffset == 0 && i / kLinesPerOffset == offsets_.size()) {
+      offsets_.push_back(offset);
+    }
+    offset += lines_[i].length + kLineEndBytes;
+  }
+}
+
+/// Insertions leave the old bytes of their line behind; once they are more than the text itself,
+/// the text is stored anew.
+void StyledText::compactWhenWasteful() {
+  const std::size_t waste = storedBytes_ - contentBytes_;
+  if (waste <= std::max(contentBytes_, kChunkBytes)) {
+    return;
+  }
+  const std::vector<Chunk> old = std::exchange(chunks_, {});
+  storedBytes_ = 0;
+  for (Line& line : lines_) {
+    if (line.length != 0) {
+      const Line moved = store({old[line.chunk].bytes.get() + line.offset, line.length});
+      line.chunk = moved.chunk;
+      line.offset = moved.offset;
+    }
+  }
+}
+
+std::size_t StyledText::memoryUsed() const {
+  std::size_t bytes =
+      chunks_.capacity() * sizeof(Chunk) + offsets_.capacity() * sizeof(offsets_[0]);
+  for (const Chunk& chunk : chunks_) {
+    bytes += chunk.capacity;
+  }
+  return bytes + lines_.size() * sizeof(Line) + runs_.size() * sizeof(StoredRun);
+}
+
+}  // namespace kelvaron

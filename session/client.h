@@ -1,0 +1,79 @@
+// The client: the one object that owns the session, and through which every form reaches the
+// ports, the other forms, the connection and the user's own name.
+#pragma once
+
+#include <functional>
+#include <memory>
+#include <span>
+#include <string>
+
+#include "platform/edge.h"
+#include "platform/form_slots.h"
+#include "platform/ports.h"
+#include "session/dispatch.h"
+
+namespace kelvaron {
+
+class MainWindow;
+
+class Client {
+ public:
+  /// `inbound` is the table of inbound keywords; `mainWindow` touches the main window, which a
+  /// higher folder builds. Edge and ports outlive the client.
+  Client(Edge& edge, const Ports& ports, std::span<const InboundRow> inbound,
+         std::function<MainWindow&(Client&)> mainWindow);
+  Client(const Client&) = delete;
+  Client& operator=(const Client&) = delete;
+  ~Client();
+
+  Edge& edge;
+  const Ports ports;
+  FormSlots slots;
+
+  /// The application's title: boxes without a title of their own carry it.
+  std::string title = "Kelvaron";
+  /// The user's nickname as typed at login; empty at start.
+  std::string UserName;
+  /// The address of the server chosen at the last login, for reconnecting.
+  std::string serverAddress;
+
+  /// The form of kind `F`, made at the first touch.
+  template <class F>
+  F& form() {
+    return slots.touch<F>(*this);
+  }
+  template <class F>
+  F* loadedForm() const {
+    return slots.loaded<F>();
+  }
+  /// The main window, made at the first touch.
+  MainWindow& mainWindow() { return touchMainWindow_(*this); }
+  /// Whether the main window is on the screen; makes none.
+  bool mainWindowShown() const;
+
+  /// The one connection to the chat server.
+  Socket& sckClient() { return *sckClient_; }
+  /// Sends one line (see outbound.h) at once. Fault 40006 without a connection.
+  void send(const std::string& line) { sckClient_->SendData(line); }
+
+  /// A message box; an empty title stands for the application's.
+  void MsgBox(const std::string& text, int style = box_style::kPlain,
+              const std::string& boxTitle = {});
+
+ private:
+  void arrival();
+
+  std::span<const InboundRow> inbound_;
+  std::function<MainWindow&(Client&)> touchMainWindow_;
+  std::unique_ptr<Socket> sckClient_;
+  // A box in a handler of an inbound line lets events run. What the socket tells meanwhile waits,
+  // so that lines are handled in their order.
+  bool handlingArrival_ = false;
+  bool arrivalWaits_ = false;
+  bool closeWaits_ = false;
+};
+
+/// Opens the login window, or ends the program if another instance runs.
+void start(Client& client);
+
+}  // namespace kelvaron

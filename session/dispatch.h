@@ -1,0 +1,41 @@
+// What arrives from the chat server: cut into lines and fields, each line given to its handler.
+#pragma once
+
+#include <span>
+#include <string_view>
+
+#include "platform/fault.h"
+#include "session/protocol_line.h"
+
+namespace kelvaron {
+
+class Client;
+
+/// What a handler of an inbound line works with.
+struct InboundContext {
+  Client& client;
+  const ProtocolLine& line;
+  /// The fault rule in force for the rest of this arrival. A handler runs its steps through it and
+  /// may set another one.
+  FaultRule& rule;
+};
+
+using InboundHandler = void (*)(InboundContext&);
+
+/// The folder that owns a line.
+enum class Subsystem { session, chat, game, peer, moderation };
+
+/// A row of the table of inbound keywords. A row without a handler waits for its subsystem to be
+/// built: its line is passed over.
+struct InboundRow {
+  std::string_view keyword;
+  Subsystem owner;
+  InboundHandler handler;
+};
+
+/// Handles all that arrived in one read: cuts it at every CR LF, drops what stands behind the last
+/// one, and runs each line's handler. A fault ends the rest of the read, quietly but for a missing
+/// file, unless a handler has set the rule that goes on.
+void handleArrival(Client& client, std::string_view received, std::span<const InboundRow> table);
+
+}  // namespace kelvaron

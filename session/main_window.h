@@ -1,0 +1,23 @@
+// What the session needs of the main window `frmMain`; chat/ builds it.
+#pragma once
+
+#include "platform/controls.h"
+#include "platform/list_box.h"
+
+namespace kelvaron {
+
+class MainWindow : public Form {
+ public:
+  using Form::Form;
+
+  /// `Label1`: the user's nickname as shown, with "¥" in front after a moderator grant.
+  virtual Label& shownName() = 0;
+  /// `Label6`: the location of the chosen server.
+  virtual Label& serverLocation() = 0;
+  /// `txtOutput`: the chat view.
+  virtual RichTextBox& output() = 0;
+  /// `List1`: the users.
+  virtual ListBox& users() = 0;
+};
+
+}  // namespace kelvaron

@@ -1,0 +1,132 @@
+// The frame of an arrival: cutting, the keyword compare, and the two fault rules.
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include "tests/support/line_server.h"
+#include "tests/support/test_desktop.h"
+
+namespace kelvaron {
+namespace {
+
+using ::testing::ElementsAre;
+using ::testing::IsEmpty;
+using testing::LineServer;
+using testing::TestDesktop;
+
+class Dispatch : public ::testing::Test {
+ protected:
+  void SetUp() override {
+    ASSERT_TRUE(desktop.logIn("bob"));
+    ASSERT_TRUE(desktop.until([&] { return server.lines.size() == 2; }));
+  }
+  // One arrival with just these bytes.
+  void arrive(std::string_view bytes) {
+    desktop.edge.run([&] { handleArrival(*desktop.client, bytes, inboundTable()); });
+  }
+  std::vector<std::string> users() { return desktop.room().List1.entries(); }
+
+  PollLoop loop;
+  LineServer server{loop};
+  TestDesktop desktop{loop, server.port()};
+};
+
+TEST_F(Dispatch, ListsAfterArrivals) {
+  struct Case {
+    const char* about;
+    std::vector<std::string> arrivals;
+    std::vector<std::string> users;
+  };
+  const std::vector<Case> cases = {
+      {"a rebuild in one read", {"Userscl\r\nUsers\tann\r\nUsers\tbob\r\n"}, {"ann", "bob"}},
+      {"cut inside a line: only that line is lost",
+       {"Userscl\r\nUse", "rs\tann\r\nUsers\tbob\r\n"},
+       {"bob"}},
+      {"no line end: nothing is handled", {"Userscl\r\n", "Users\tann"}, {}},
+      {"an unknown keyword leaves no trace", {"Userscl\r\nFUTURE\tx\r\nUsers\tann\r\n"}, {"ann"}},
+      {"keywords differ by case", {"Userscl\r\nUSERS\tann\r\nusers\tann\r\n"}, {}},
+      {"a line without its field ends the read", {"Userscl\r\nUsers\r\nUsers\tann\r\n"}, {}},
+      {"but not behind a room line",
+       {"Userscl\r\nMessage\tann: \thi\r\nUsers\r\nUsers\tann\r\n"},
+       {"ann"}},
+      {"the rule that goes on ends with its read",
+       {"Userscl\r\nMessage\tann: \thi\r\n", "Users\r\nUsers\tann\r\n"},
+       {}},
+      {"an empty line is a fault", {"Userscl\r\n\r\nUsers\tann\r\n"}, {}},
+      {"and is passed over behind a room line",
+       {"Userscl\r\nMessage\tann: \thi\r\n\r\nUsers\tann\r\n"},
+       {"ann"}},
+      {"an empty entry is an entry", {"Userscl\r\nUsers\t\r\n"}, {""}},
+      {"duplicates stay", {"Userscl\r\nUsers\tann\r\nUsers\tann\r\n"}, {"ann", "ann"}},
+      {"sorted without regard to case",
+       {"Userscl\r\nUsers\tbob\r\nUsers\tAnn\r\nUsers\tcy[IG]\r\nUsers\tAL\r\n"},
+       {"AL", "Ann", "bob", "cy[IG]"}},
+      {"lines of later subsystems are passed over",
+       {"Userscl\r\nXCEPT\r\nGAME\r\nPING\tx\r\nKicker\r\nUsers\tann\r\n"},
+       {"ann"}},
+      {"NUL and other bytes are text",
+       {std::string("Userscl\r\nUsers\ta\0b\xFF\r\n", 22)},
+       {std::string("a\0b\xFF", 4)}},
+  };
+  for (const Case& each : cases) {
+    for (const std::string& bytes : each.arrivals) arrive(bytes);
+    EXPECT_EQ(users(), each.users) << each.about;
+    EXPECT_THAT(desktop.boxes, IsEmpty()) << each.about;
+  }
+}
+
+TEST_F(Dispatch, TableHasEveryKeywordOnceInItsOrder) {
+  std::vector<std::string_view> keywords;
+  for (const InboundRow& row : inboundTable()) keywords.push_back(row.keyword);
+  EXPECT_THAT(keywords,
+              ElementsAre("BANUSER", "STATUSTEXT", "BAD", "banned", "MSGBOX", "XCEPT", "Announce",
+                          "Message", "Kicked", "Kicker", "DOUBLE", "Users", "Userscl", "MOTD",
+                          "IPFILE", "PM", "GAME", "START", "GETPROFILE", "GETPROFILE2", "DECLINE",
+                          "PROFILE", "getip", "BANIP", "PING", "THEPING", "GETUSERIP", "OKUSERIP",
+                          "GETIPFT", "RETURNFT", "PLAYSOUND"));
+}
+
+TEST_F(Dispatch, MissingFileIsTheOneFaultThatIsTold) {
+  constexpr InboundHandler missingFile = [](InboundContext&) {
+    throw Fault(fault_number::kFileNotFound, "File not found");
+  };
+  constexpr InboundHandler notConnected = [](InboundContext&) {
+    throw Fault(fault_number::kNotConnected, "Not connected");
+  };
+  const std::array<InboundRow, 2> rows = {
+      {{"FILE", Subsystem::peer, missingFile}, {"SEND", Subsystem::peer, notConnected}}};
+  handleArrival(*desktop.client, "SEND\r\nFILE\r\n", rows);
+  EXPECT_THAT(desktop.boxes, IsEmpty());
+  handleArrival(*desktop.client, "FILE\r\nFILE\r\n", rows);
+  ASSERT_EQ(desktop.boxes.size(), 1U);
+  EXPECT_EQ(desktop.boxes[0].text,
+            "Someone is trying to view your profile But you havent made one. Please create it to "
+            "avoid seeing this message");
+  EXPECT_EQ(desktop.boxes[0].title, "Kelvaron");
+}
+
+TEST_F(Dispatch, LinesBehindAnOpenBoxKeepTheirOrder) {
+  desktop.whileBoxIsOpen = [&](const testing::Box&) {
+    server.say("Announce\tsecond\r\n");
+    const auto deadline = std::chrono::steady_clock::now() + std::chrono::milliseconds(100);
+    while (std::chrono::steady_clock::now() < deadline) {
+      loop.runOnce(std::chrono::milliseconds(10));
+    }
+  };
+  server.say("MSGBOX\tlook\r\nAnnounce\tfirst\r\n");
+  EXPECT_TRUE(desktop.until([&] { return desktop.sounds.size() == 3; }));
+  EXPECT_EQ(desktop.chat(), "first\nsecond\n");
+}
+
+TEST_F(Dispatch, TenThousandUsersInOneBurstLoseNone) {
+  std::string burst = "Userscl\r\n";
+  for (int i = 0; i < 10'000; ++i) burst += "Users\tuser" + std::to_string(i) + "\r\n";
+  // The bytes come in pieces that never end where a line ends, in turns of their own.
+  for (std::size_t at = 0; at < burst.size(); at += 1013) {
+    server.say(std::string_view(burst).substr(at, 1013));
+    loop.runOnce(std::chrono::milliseconds(0));
+  }
+  EXPECT_TRUE(desktop.until([&] { return users().size() == 10'000; })) << users().size();
+}
+
+}  // namespace
+}  // namespace kelvaron

@@ -1,0 +1,194 @@
+// Start of the program and the login window.
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include "tests/support/line_server.h"
+#include "tests/support/test_desktop.h"
+
+namespace kelvaron {
+namespace {
+
+using ::testing::ElementsAre;
+using ::testing::IsEmpty;
+using testing::LineServer;
+using testing::TestDesktop;
+
+class Login : public ::testing::Test {
+ protected:
+  // Presses Login with a name; the window is the one that is open.
+  void press(const std::string& name) {
+    desktop.edge.run([&] { desktop.login().txtUserName.Text = name; });
+    desktop.raise(desktop.login().cmdOK.Click);
+  }
+
+  PollLoop loop;
+  LineServer server{loop};
+  TestDesktop desktop{loop, server.port()};
+};
+
+TEST_F(Login, SecondInstanceSaysSoAndEndsBeforeAnyWindow) {
+  desktop.anotherInstance = true;
+  start(*desktop.client);
+  EXPECT_TRUE(desktop.ended());
+  EXPECT_FALSE(desktop.shows<frmLogin>());
+  ASSERT_EQ(desktop.boxes.size(), 1U);
+  EXPECT_EQ(desktop.boxes[0].title, "Doh!");
+  EXPECT_EQ(desktop.boxes[0].text,
+            "Im sorry but there is another Kelvaron open. Please close it before opening another");
+}
+
+TEST_F(Login, FoldersThatExistCauseNoMessage) {
+  desktop.folders = {"sounds", "received"};
+  start(*desktop.client);
+  EXPECT_TRUE(desktop.shows<frmLogin>());
+  EXPECT_EQ(desktop.login().Check1.Value.get(), 1);
+  EXPECT_THAT(desktop.boxes, IsEmpty());
+}
+
+TEST_F(Login, NamesThatAreRefused) {
+  const std::string spaces = "You are not allowed to use Spaces in your name. Try again";
+  const std::string marks = "You are not allowed to use \xA5 or [] in your name. Try again";
+  const std::string tooLong =
+      "Too many characters in your name. Please limit your user name to 12 characters";
+  const std::string connection =
+      "An error occured while connecting. Please try again. The server may be down.";
+  struct Case {
+    std::string name;
+    std::string text;
+  };
+  const std::vector<Case> cases = {
+      {"a b", spaces},
+      {"a [b", spaces},
+      {" ", spaces},
+      {"\xA5"
+       "bob",
+       marks},
+      {"a[b", marks},
+      {"a]b", marks},
+      {"1234567890123456", tooLong},
+      {"[234567890123456", marks},
+      {"", connection},
+  };
+  start(*desktop.client);
+  for (const Case& each : cases) {
+    desktop.boxes.clear();
+    press(each.name);
+    ASSERT_EQ(desktop.boxes.size(), 1U) << each.name;
+    EXPECT_EQ(desktop.boxes[0].text, each.text) << each.name;
+    EXPECT_EQ(desktop.boxes[0].title, each.name.empty() ? "Connection Error" : "Kelvaron");
+    EXPECT_TRUE(desktop.login().cmdOK.Enabled);
+    EXPECT_EQ(desktop.login().Caption.get(), "Kelvaron Login");
+  }
+  EXPECT_THAT(desktop.sockets.hosts, IsEmpty());
+}
+
+TEST_F(Login, FifteenCharactersLogIn) {
+  EXPECT_TRUE(desktop.logIn("123456789012345"));
+  ASSERT_TRUE(desktop.until([&] { return server.lines.size() == 2; }));
+  EXPECT_THAT(server.lines, ElementsAre("Name\t123456789012345\t127.0.0.1", "MOTD"));
+  EXPECT_EQ(desktop.client->loadedForm<frmLogin>(), nullptr);
+  EXPECT_EQ(desktop.room().Label1.Caption.get(), "123456789012345");
+  EXPECT_EQ(desktop.room().Label7.Caption.get(), "Ready To Play");
+  EXPECT_THAT(desktop.sounds, ElementsAre("boom"));
+}
+
+TEST_F(Login, WhileConnectingTheWindowWaits) {
+  start(*desktop.client);
+  press("bob");
+  EXPECT_EQ(desktop.login().Caption.get(), "Kelvaron Login - Connecting...");
+  EXPECT_FALSE(desktop.login().cmdOK.Enabled);
+  EXPECT_FALSE(desktop.login().cmdCancel.Enabled);
+  EXPECT_FALSE(desktop.login().txtUserName.Enabled);
+  EXPECT_EQ(desktop.login().MousePointer_.get(), MousePointer::hourglass);
+  EXPECT_FALSE(desktop.shows<frmMain>());
+}
+
+TEST_F(Login, ChoiceOfServer) {
+  using Boxes = std::vector<CheckBox frmLogin::*>;
+  struct Case {
+    Boxes pressed;
+    Boxes setByKeyboard;
+    std::string location;
+  };
+  const std::vector<Case> cases = {
+      {{}, {}, "Oregon USA (Master Server)"},
+      {{&frmLogin::Check2}, {}, "Washington USA"},
+      {{&frmLogin::Check3, &frmLogin::Check1}, {}, "Oregon USA (Master Server)"},
+      {{&frmLogin::Check3}, {}, "Tournament Server"},
+      // The keyboard can leave several set: the last one counts.
+      {{}, {&frmLogin::Check2}, "Washington USA"},
+      {{}, {&frmLogin::Check3, &frmLogin::Check2}, "Tournament Server"},
+  };
+  for (const Case& each : cases) {
+    TestDesktop other(loop, server.port());
+    start(*other.client);
+    for (const auto box : each.pressed) {
+      other.raise((other.login().*box).MouseDown, MouseButton::left);
+      other.raise((other.login().*box).MouseUp, MouseButton::left);
+    }
+    for (const auto box : each.setByKeyboard) (other.login().*box).Value = 1;
+    other.edge.run([&] { other.login().txtUserName.Text = "bob"; });
+    other.raise(other.login().cmdOK.Click);
+    EXPECT_EQ(other.room().Label6.Caption.get(), each.location);
+    EXPECT_TRUE(other.until([&] { return other.shows<frmMain>(); }));
+  }
+}
+
+TEST_F(Login, WithNoServerChosenTheConnectionErrorComesAndTheWindowIsReadyAgain) {
+  start(*desktop.client);
+  desktop.login().Check1.Value = 0;
+  press("bob");
+  ASSERT_EQ(desktop.boxes.size(), 1U);
+  EXPECT_EQ(desktop.boxes[0].title, "Connection Error");
+  EXPECT_EQ(desktop.boxes[0].style, 48);
+  EXPECT_TRUE(desktop.login().cmdOK.Enabled);
+  desktop.login().Check1.Value = 1;
+  press("bob");
+  EXPECT_TRUE(desktop.until([&] { return desktop.shows<frmMain>(); }));
+}
+
+TEST_F(Login, ShownNameIsThatOfTheFirstAttempt) {
+  start(*desktop.client);
+  press("");  // makes the room, with no name
+  press("bob");
+  EXPECT_TRUE(desktop.until([&] { return desktop.shows<frmMain>(); }));
+  EXPECT_EQ(desktop.room().Label1.Caption.get(), "");
+  EXPECT_EQ(desktop.client->UserName, "bob");
+}
+
+TEST_F(Login, DoubleLeadsToASecondLoginUnderAnotherName) {
+  ASSERT_TRUE(desktop.logIn("bob"));
+  ASSERT_TRUE(desktop.until([&] { return server.lines.size() == 2; }));
+  server.say("DOUBLE\r\n");
+  ASSERT_TRUE(desktop.until([&] { return desktop.shows<frmLogin>(); }));
+  EXPECT_TRUE(desktop.shows<frmMain>());
+  EXPECT_EQ(desktop.login().txtUserName.Text.get(), "");
+  EXPECT_EQ(desktop.login().Check1.Value.get(), 1);
+  server.lines.clear();
+  press("bobby");
+  ASSERT_TRUE(desktop.until([&] { return server.lines.size() == 2; }));
+  EXPECT_EQ(server.lines[0], "Name\tbobby\t127.0.0.1");
+  EXPECT_FALSE(desktop.shows<frmLogin>());
+  EXPECT_EQ(desktop.room().Label1.Caption.get(), "bob");
+}
+
+TEST_F(Login, CancelAndClosingTheWindowEndTheProgram) {
+  start(*desktop.client);
+  desktop.edge.run([&] { desktop.client->slots.unload(desktop.login()); });
+  EXPECT_TRUE(desktop.ended());
+
+  TestDesktop other(loop, server.port());
+  start(*other.client);
+  other.raise(other.login().cmdCancel.Click);
+  EXPECT_TRUE(other.ended());
+
+  // With the room open, closing the second login window leaves the room.
+  TestDesktop third(loop, server.port());
+  ASSERT_TRUE(third.logIn("bob"));
+  third.edge.run([&] { third.client->form<frmLogin>().Show(); });
+  third.edge.run([&] { third.client->slots.unload(third.login()); });
+  EXPECT_FALSE(third.ended());
+}
+
+}  // namespace
+}  // namespace kelvaron

@@ -1,0 +1,81 @@
+#include "tests/support/test_desktop.h"
+
+namespace kelvaron::testing {
+namespace {
+
+constexpr std::chrono::milliseconds kPatience{5000};
+
+class RoutedSocket : public NativeSocket {
+ public:
+  RoutedSocket(EventLoop& loop, std::shared_ptr<ConnectionRequests> requests,
+               RoutedSocketPort& port)
+      : NativeSocket(loop, std::move(requests)), port_(port) {}
+
+  void Connect(const std::string& host, std::uint16_t) override {
+    NativeSocket::Connect(host, port_.port());
+    port_.hosts.push_back(host);
+  }
+
+ private:
+  RoutedSocketPort& port_;
+};
+
+}  // namespace
+
+std::unique_ptr<Socket> RoutedSocketPort::makeSocket() {
+  return std::make_unique<RoutedSocket>(loop_, requests_, *this);
+}
+
+TestDesktop::TestDesktop(PollLoop& sharedLoop, std::uint16_t serverPort)
+    : loop(sharedLoop), sockets(sharedLoop, serverPort) {
+  client = makeClient(edge, Ports{sockets, *this, *this, *this, *this});
+}
+
+bool TestDesktop::logIn(const std::string& name) {
+  start(*client);
+  edge.run([&] {
+    login().txtUserName.Text = name;
+    login().cmdOK.Click();
+  });
+  return until([&] { return shows<frmMain>(); });
+}
+
+void TestDesktop::enter(const std::string& text) {
+  edge.run([&] { room().txtinput.Text = text; });
+  raise(room().txtinput.KeyDown, key_code::kEnter, 0);
+}
+
+std::string TestDesktop::chat() {
+  const StyledText& content = room().txtOutput.Content;
+  return content.text({}, content.end(), "\n");
+}
+
+bool TestDesktop::until(const std::function<bool()>& condition) {
+  return loop.runUntil(condition, kPatience);
+}
+
+void TestDesktop::MsgBox(const std::string& text, int style, const std::string& title) {
+  boxes.push_back({text, style, title});
+  if (whileBoxIsOpen) whileBoxIsOpen(boxes.back());
+  edge.throwIfEnded();
+}
+
+std::string TestDesktop::InputBox(const std::string& prompt, const std::string& title,
+                                  const std::string& /*initial*/) {
+  boxes.push_back({prompt, box_style::kPlain, title});
+  if (inputs.empty()) return {};
+  const std::string answer = inputs.front();
+  inputs.pop_front();
+  return answer;
+}
+
+void TestDesktop::MkDir(const std::string& name) {
+  if (!folders.insert(name).second) throw Fault(75, "The folder exists");
+}
+
+void TestDesktop::DoEvents() {
+  loop.runOnce(std::chrono::milliseconds(0));
+  edge.throwIfEnded();
+}
+
+}  // namespace kelvaron::testing

@@ -1,0 +1,100 @@
+// A desktop for tests: real sockets on a real loop, dialogs that answer from a script, and a
+// record of what was shown and played.
+#pragma once
+
+#include <chrono>
+#include <deque>
+#include <functional>
+#include <memory>
+#include <set>
+#include <string>
+#include <vector>
+
+#include "chat/main_window.h"
+#include "client/kelvaron_client.h"
+#include "native/native_socket.h"
+#include "native/poll_loop.h"
+#include "session/login_window.h"
+
+namespace kelvaron::testing {
+
+struct Box {
+  std::string text;
+  int style = 0;
+  std::string title;
+};
+
+/// Sockets whose every connection goes to one port of loopback, whatever port was asked for.
+class RoutedSocketPort : public SocketPort {
+ public:
+  RoutedSocketPort(EventLoop& loop, std::uint16_t port) : loop_(loop), port_(port) {}
+  std::unique_ptr<Socket> makeSocket() override;
+
+  /// Hosts that were connected to, in order.
+  std::vector<std::string> hosts;
+  void routeTo(std::uint16_t port) { port_ = port; }
+  std::uint16_t port() const { return port_; }
+
+ private:
+  EventLoop& loop_;
+  std::uint16_t port_;
+  std::shared_ptr<ConnectionRequests> requests_ = std::make_shared<ConnectionRequests>();
+};
+
+/// One client with its desktop. Several can share a loop.
+class TestDesktop : private Dialogs, private SoundPort, private FilePort, private Application {
+ public:
+  TestDesktop(PollLoop& loop, std::uint16_t serverPort);
+
+  /// Starts the client and logs in under the name; returns whether the room came up.
+  bool logIn(const std::string& name);
+
+  frmLogin& login() { return client->form<frmLogin>(); }
+  frmMain& room() { return client->form<frmMain>(); }
+  /// Whether a form of the kind is on the screen; makes none.
+  template <class F>
+  bool shows() const {
+    const F* form = client->loadedForm<F>();
+    return form != nullptr && form->Visible;
+  }
+  bool ended() const { return edge.ended(); }
+
+  /// Raises an event as the shell does.
+  template <class... Args, class... Values>
+  void raise(const Event<Args...>& event, Values... values) {
+    edge.run([&] { event(values...); });
+  }
+  /// Types the text into the input line and presses Enter.
+  void enter(const std::string& text);
+  /// What the chat view shows, lines joined by "\n".
+  std::string chat();
+  /// Turns the loop until the condition holds; false after five seconds.
+  bool until(const std::function<bool()>& condition);
+
+  PollLoop& loop;
+  Edge edge;
+  RoutedSocketPort sockets;
+  std::unique_ptr<Client> client;
+
+  std::vector<Box> boxes;
+  /// Runs while a box is open.
+  std::function<void(const Box&)> whileBoxIsOpen;
+  std::deque<std::string> inputs;
+  std::vector<std::string> sounds;
+  std::set<std::string> folders;
+  std::vector<std::string> pages;
+  bool anotherInstance = false;
+
+ private:
+  void MsgBox(const std::string& text, int style, const std::string& title) override;
+  std::string InputBox(const std::string& prompt, const std::string& title,
+                       const std::string& initial) override;
+  void play(std::string_view name) override { sounds.emplace_back(name); }
+  void MkDir(const std::string& name) override;
+  bool PrevInstance() const override { return anotherInstance; }
+  [[noreturn]] void End() override { throw ProgramEnd{}; }
+  void DoEvents() override;
+  void showPage(const std::string& address) override { pages.push_back(address); }
+};
+
+}  // namespace kelvaron::testing
