@@ -1,0 +1,32 @@
+#include "desktop/bare_name.h"
+
+#include <algorithm>
+#include <system_error>
+
+#include "platform/text.h"
+
+namespace kelvaron {
+
+bool isBareName(std::string_view name) {
+  constexpr unsigned char kFirstPrintable = 32;
+  constexpr unsigned char kDelete = 127;
+  return !name.empty() && name.front() != '.' &&
+         std::ranges::none_of(name, [](char character) {
+           const auto byte = static_cast<unsigned char>(character);
+           return byte < kFirstPrintable || byte == kDelete || character == '/' ||
+                  character == '\\' || character == ':';
+         });
+}
+
+std::optional<std::filesystem::path> findByName(const std::filesystem::path& folder,
+                                                std::string_view name) {
+  const std::string wanted = upper(name);
+  std::error_code error;
+  std::filesystem::directory_iterator entry(folder, error);
+  for (; !error && entry != std::filesystem::directory_iterator(); entry.increment(error)) {
+    if (upper(fromUtf8(entry->path().filename().string())) == wanted) return entry->path();
+  }
+  return std::nullopt;
+}
+
+}  // namespace kelvaron

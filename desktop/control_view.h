@@ -1,0 +1,113 @@
+// What shows a control: the part that the views of all kinds share.
+#pragma once
+
+#include <QObject>
+#include <QPoint>
+#include <QPointer>
+#include <QWidget>
+#include <memory>
+#include <utility>
+
+#include "desktop/event_gate.h"
+#include "platform/controls.h"
+
+namespace kelvaron {
+
+class ControlView;
+
+/// A length in twips as the toolkit's device-independent pixels, and back.
+constexpr int toPixels(int twips) { return twips / kTwipsPerPixel; }
+constexpr int toTwips(int pixels) { return pixels * kTwipsPerPixel; }
+
+/// What a control's view asks of the window that it stands in.
+class ViewHost {
+ public:
+  ViewHost() = default;
+  ViewHost(const ViewHost&) = delete;
+  ViewHost& operator=(const ViewHost&) = delete;
+  virtual ~ViewHost() = default;
+
+  virtual EventGate& gate() = 0;
+  /// Press the form's default or cancel button. False when it has none that can be pressed.
+  virtual bool pressDefault() = 0;
+  virtual bool pressCancel() = 0;
+  /// Where the next pop-up menu opens, in place of the pointer.
+  virtual void setPopUpPoint(QPoint global) = 0;
+  virtual void openPage(const QString& address) = 0;
+  /// What the user typed where nothing can be typed: goes to the form's input line.
+  virtual void typeAhead(const QString& text) = 0;
+};
+
+/// Shows one control on one widget. Changes of the control's properties reach the widget once a
+/// turn of the event loop, or at once where a view says so; its place follows at once.
+class ControlView : public QObject {
+ public:
+  ControlView(Control& control, ViewHost& host, QWidget* widget);
+  ~ControlView() override;
+
+  QWidget& widget() const { return *widget_; }
+  Control* control() const { return control_; }
+  bool attached() const { return control_ != nullptr; }
+
+  /// Hooks up and shows the control. Called once, by whoever made the view.
+  void attach();
+  /// Lets go of the control, which is about to be destroyed. The widget stays but does nothing.
+  virtual void detach();
+  /// Shows now what waits for the next turn.
+  void settle();
+
+  /// The label whose caption names this control, if it has no name of its own.
+  virtual void setNameFromLabel(const QString& name);
+  /// Whether the keyboard can be here.
+  virtual bool takesKeyboard() const { return false; }
+  /// Types at the end of the text. Only text boxes can.
+  virtual void type(const QString& /*text*/) {}
+
+ protected:
+  /// Reads the control's own properties (`Visible`, `Enabled` and the place are done here).
+  virtual void refresh() = 0;
+  virtual bool refreshesAtOnce() const { return false; }
+  /// The Enter key. Returns whether it was used up.
+  virtual bool enterPressed(Qt::KeyboardModifiers modifiers);
+
+  bool eventFilter(QObject* watched, QEvent* event) override;
+
+  ViewHost& host() const { return host_; }
+
+  /// Runs a handler of the control; returns whether the control is still there.
+  template <class Handler>
+  bool run(Handler&& handler) {
+    if (!attached()) return false;
+    host_.gate().run(std::forward<Handler>(handler));
+    return attached();
+  }
+
+  /// True while the view itself changes the widget: signals that this raises are no user's doing.
+  class Showing {
+   public:
+    explicit Showing(ControlView& view) : view_(view) { ++view_.showing_; }
+    Showing(const Showing&) = delete;
+    Showing& operator=(const Showing&) = delete;
+    ~Showing() { --view_.showing_; }
+
+   private:
+    ControlView& view_;
+  };
+  bool showing() const { return showing_ > 0; }
+
+ private:
+  void changed();
+  void refreshAll();
+  void refreshPlace();
+
+  Control* control_;
+  ViewHost& host_;
+  QPointer<QWidget> widget_;
+  bool waits_ = false;
+  int showing_ = 0;
+};
+
+/// The view of a control that is seen: any kind but a timer.
+std::unique_ptr<ControlView> makeView(Control& control, ViewHost& host, QWidget* parent);
+
+}  // namespace kelvaron

@@ -1,0 +1,28 @@
+// Message box and input box. Both wait for the user while events go on.
+#pragma once
+
+#include "desktop/event_gate.h"
+#include "platform/ports.h"
+
+class QDialog;
+
+namespace kelvaron {
+
+/// Text is plain text, whoever wrote it, can be selected and copied, and never makes a box larger
+/// than the screen: what is too long scrolls.
+class QtDialogs final : public Dialogs {
+ public:
+  explicit QtDialogs(EventGate& gate) : gate_(gate) {}
+
+  void MsgBox(const std::string& text, int style, const std::string& title) override;
+  std::string InputBox(const std::string& prompt, const std::string& title,
+                       const std::string& initial) override;
+
+ private:
+  /// Returns whether the user agreed.
+  bool ask(QDialog& dialog);
+
+  EventGate& gate_;
+};
+
+}  // namespace kelvaron

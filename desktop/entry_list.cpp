@@ -1,0 +1,58 @@
+#include "desktop/entry_list.h"
+
+#include <QContextMenuEvent>
+#include <QMouseEvent>
+
+#include "desktop/list_box_view.h"
+
+namespace kelvaron {
+
+EntryList::EntryList(QWidget* parent) : QListView(parent) {
+  setUniformItemSizes(true);
+  setEditTriggers(NoEditTriggers);
+  setTextElideMode(Qt::ElideRight);
+  setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+}
+
+void EntryList::mousePressEvent(QMouseEvent* event) {
+  view->settle();
+  // A press below the last entry leaves the selection alone.
+  if (event->button() == Qt::LeftButton && indexAt(event->position().toPoint()).isValid()) {
+    QListView::mousePressEvent(event);
+  }
+}
+
+void EntryList::mouseReleaseEvent(QMouseEvent* event) {
+  if (event->button() == Qt::LeftButton) {
+    QListView::mouseReleaseEvent(event);
+    view->leftReleased();
+  } else if (event->button() == Qt::RightButton) {
+    view->rightReleased();
+  }
+}
+
+void EntryList::mouseDoubleClickEvent(QMouseEvent* event) {
+  if (event->button() != Qt::LeftButton) return;
+  view->settle();
+  if (indexAt(event->position().toPoint()).isValid()) QListView::mouseDoubleClickEvent(event);
+  view->doubleClicked();
+}
+
+void EntryList::contextMenuEvent(QContextMenuEvent* event) {
+  event->accept();
+  // By mouse the release has told it.
+  if (event->reason() != QContextMenuEvent::Keyboard) return;
+  const QRect entry = visualRect(currentIndex());
+  const QPoint point = entry.isValid() && viewport()->rect().contains(entry.bottomLeft())
+                           ? entry.bottomLeft()
+                           : viewport()->rect().topLeft();
+  view->menuKeyPressed(viewport()->mapToGlobal(point));
+}
+
+void EntryList::keyPressEvent(QKeyEvent* event) {
+  view->settle();
+  QListView::keyPressEvent(event);
+  view->keyHandled();
+}
+
+}  // namespace kelvaron

@@ -1,0 +1,25 @@
+// The rows of a list on the screen.
+#pragma once
+
+#include <QAbstractListModel>
+#include <string>
+#include <vector>
+
+namespace kelvaron {
+
+/// A copy of the list's entries, taken whole; text is converted as rows come into sight.
+class EntryModel : public QAbstractListModel {
+ public:
+  using QAbstractListModel::QAbstractListModel;
+
+  /// Takes other entries with one reset. Returns false, and does nothing, when they are the same.
+  bool take(const std::vector<std::string>& entries);
+
+  int rowCount(const QModelIndex& parent = {}) const override;
+  QVariant data(const QModelIndex& index, int role) const override;
+
+ private:
+  std::vector<std::string> entries_;
+};
+
+}  // namespace kelvaron

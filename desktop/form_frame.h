@@ -1,0 +1,55 @@
+// The window of a form, as a widget: a menu bar over the inside that the controls stand in.
+#pragma once
+
+#include <QWidget>
+#include <functional>
+
+class QMenuBar;
+class QVBoxLayout;
+
+namespace kelvaron {
+
+class FormFrame : public QWidget {
+ public:
+  struct Kind {
+    bool sizable = false;
+    bool closable = true;
+  };
+  explicit FormFrame(Kind kind);
+
+  /// The inside.
+  QWidget& content() { return *content_; }
+  void setMenuBar(QMenuBar* bar);
+
+  /// Size of the inside. One that the screen has no room for scrolls where the window is not
+  /// sizable; a sizable window stays within the screen.
+  void setContentSize(QSize size);
+  /// Before the first show: in the middle of `anchor`, or of the screen where that is null.
+  void centerOn(const QWidget* anchor);
+
+  std::function<void()> onClose;
+  /// The inside took another size; sizable windows only.
+  std::function<void(QSize)> onContentResized;
+  std::function<void(QPoint)> onMoved;
+  /// Enter and Escape that no control took.
+  std::function<void(int key)> onKey;
+
+ protected:
+  void closeEvent(QCloseEvent* event) override;
+  void moveEvent(QMoveEvent* event) override;
+  void keyPressEvent(QKeyEvent* event) override;
+  bool eventFilter(QObject* watched, QEvent* event) override;
+
+ private:
+  QSize room() const;
+  int barHeight(int width) const;
+  void scrollContent();
+
+  Kind kind_;
+  QVBoxLayout* layout_;
+  QWidget* content_;
+  QMenuBar* bar_ = nullptr;
+  bool scrolls_ = false;
+};
+
+}  // namespace kelvaron

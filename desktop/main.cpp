@@ -1,0 +1,51 @@
+// The desktop client.
+#include <QApplication>
+#include <QIcon>
+
+#include "client/kelvaron_client.h"
+#include "desktop/application.h"
+#include "desktop/dialogs.h"
+#include "desktop/files.h"
+#include "desktop/qt_event_loop.h"
+#include "desktop/shell.h"
+#include "desktop/sounds.h"
+#include "desktop/theme.h"
+#include "native/native_socket.h"
+
+namespace {
+
+QIcon programIcon() {
+  QIcon icon;
+  for (const int size : {16, 32, 48, 64, 128, 256}) {
+    icon.addFile(QStringLiteral(":/pictures/icon_%1.png").arg(size), {size, size});
+  }
+  return icon;
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+  using namespace kelvaron;
+  QApplication application(argc, argv);
+  QApplication::setApplicationName(QStringLiteral("Kelvaron"));
+  QApplication::setDesktopFileName(QStringLiteral("kelvaron"));
+  QApplication::setWindowIcon(programIcon());
+  QApplication::setQuitOnLastWindowClosed(false);
+  applyTheme(application);
+
+  const std::filesystem::path folder = QCoreApplication::applicationDirPath().toStdString();
+  Edge edge;
+  EventGate gate(edge);
+  QtEventLoop loop;
+  NativeSocketPort sockets(loop);
+  QtDialogs dialogs(gate);
+  WaveSounds sounds(folder / "sounds");
+  ProgramFiles files(folder);
+  QtApplication program(gate);
+
+  const std::unique_ptr<Client> client =
+      makeClient(edge, Ports{sockets, dialogs, sounds, files, program});
+  const Shell shell(*client, gate);
+  start(*client);
+  return edge.ended() ? 0 : QApplication::exec();
+}

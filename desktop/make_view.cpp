@@ -1,0 +1,51 @@
+#include "desktop/button_view.h"
+#include "desktop/check_box_view.h"
+#include "desktop/control_view.h"
+#include "desktop/frame_view.h"
+#include "desktop/image_view.h"
+#include "desktop/label_view.h"
+#include "desktop/list_box_view.h"
+#include "desktop/rich_text_box_view.h"
+#include "desktop/text_box_view.h"
+
+namespace kelvaron {
+namespace {
+
+std::unique_ptr<ControlView> make(Control& control, ViewHost& host, QWidget* parent) {
+  switch (control.kind) {
+    case ControlKind::label:
+      return std::make_unique<LabelView>(static_cast<Label&>(control), host, parent);
+    case ControlKind::textBox:
+    case ControlKind::richTextLine:
+      if (auto& box = static_cast<TextBox&>(control); box.MultiLine) {
+        return std::make_unique<TextAreaView>(box, host, parent);
+      } else {
+        return std::make_unique<TextLineView>(box, host, parent);
+      }
+    case ControlKind::richTextBox:
+      return std::make_unique<RichTextBoxView>(static_cast<RichTextBox&>(control), host, parent);
+    case ControlKind::listBox:
+      return std::make_unique<ListBoxView>(static_cast<ListBox&>(control), host, parent);
+    case ControlKind::checkBox:
+      return std::make_unique<CheckBoxView>(static_cast<CheckBox&>(control), host, parent);
+    case ControlKind::button:
+      return std::make_unique<ButtonView>(static_cast<CommandButton&>(control), host, parent);
+    case ControlKind::frame:
+      return std::make_unique<FrameView>(static_cast<Frame&>(control), host, parent);
+    case ControlKind::image:
+      return std::make_unique<ImageView>(static_cast<Image&>(control), host, parent);
+    case ControlKind::timer:
+      break;
+  }
+  return nullptr;
+}
+
+}  // namespace
+
+std::unique_ptr<ControlView> makeView(Control& control, ViewHost& host, QWidget* parent) {
+  std::unique_ptr<ControlView> view = make(control, host, parent);
+  if (view) view->attach();
+  return view;
+}
+
+}  // namespace kelvaron

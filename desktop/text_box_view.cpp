@@ -1,0 +1,157 @@
+#include "desktop/text_box_view.h"
+
+#include <QKeyEvent>
+#include <QTextDocument>
+#include <algorithm>
+#include <limits>
+
+#include "desktop/qt_values.h"
+#include "desktop/theme.h"
+
+namespace kelvaron {
+namespace {
+
+void setColors(QWidget& widget, const std::optional<Color>& text, const std::optional<Color>& base) {
+  QPalette palette;
+  if (text) palette.setColor(QPalette::Text, toQt(*text));
+  if (base) palette.setColor(QPalette::Base, toQt(*base));
+  if (widget.palette() != palette) widget.setPalette(palette);
+}
+
+}  // namespace
+
+TextBoxView::TextBoxView(TextBox& box, ViewHost& host, QWidget* widget)
+    : ControlView(box, host, widget) {}
+
+void TextBoxView::type(const QString& text) {
+  widget().setFocus();
+  setText(this->text() + text);
+  setCaret(static_cast<int>(this->text().size()));
+}
+
+void TextBoxView::textEdited() {
+  if (showing() || !attached()) return;
+  const QString edited = text();
+  std::string typed = toControl(edited);
+  box().SelStart.setQuietly(static_cast<int>(toControl(edited.left(caret())).size()));
+  if (run([&] { box().Text = std::move(typed); })) {
+    const Showing showing(*this);
+    refresh();
+  }
+}
+
+void TextBoxView::caretMoved() {
+  if (showing() || !attached()) return;
+  box().SelStart.setQuietly(static_cast<int>(toControl(text().left(caret())).size()));
+}
+
+void TextBoxView::refresh() {
+  refreshLook();
+  const std::string& content = box().Text.get();
+  if (const QString shown = toWidget(content); text() != shown) setText(shown);
+  const auto start = static_cast<std::size_t>(std::max(0, box().SelStart.get()));
+  const auto wanted = static_cast<int>(toWidget(content.substr(0, start)).size());
+  if (start <= content.size() && caret() != wanted) setCaret(wanted);
+}
+
+bool TextBoxView::enterPressed(Qt::KeyboardModifiers modifiers) {
+  if (host().pressDefault()) return true;
+  const int shift = modifiers.testFlag(Qt::ShiftModifier) ? 1 : 0;
+  run([&] { box().KeyDown(key_code::kEnter, shift); });
+  return true;
+}
+
+bool TextBoxView::eventFilter(QObject* watched, QEvent* event) {
+  const bool leaves = ControlView::eventFilter(watched, event);
+  if (leaves || !attached()) return leaves;
+  if (event->type() == QEvent::MouseButtonDblClick) {
+    run([this] { box().DblClick(); });
+  } else if (event->type() == QEvent::MouseButtonRelease) {
+    run([this] { box().Click(); });
+  }
+  return false;
+}
+
+TextLineView::TextLineView(TextBox& box, ViewHost& host, QWidget* parent)
+    : TextBoxView(box, host, new QLineEdit(parent)), edit_(static_cast<QLineEdit&>(widget())) {
+  edit_.setMaxLength(std::numeric_limits<int>::max());
+  edit_.setDragEnabled(false);
+  connect(&edit_, &QLineEdit::textChanged, this, [this] { textEdited(); });
+  connect(&edit_, &QLineEdit::cursorPositionChanged, this, [this] { caretMoved(); });
+}
+
+std::string TextLineView::toControl(const QString& text) const {
+  return withoutLineEnds(storedText(text));
+}
+
+QString TextLineView::toWidget(const std::string& text) const {
+  return shownText(withoutLineEnds(text));
+}
+
+void TextLineView::refreshLook() {
+  edit_.setReadOnly(box().Locked);
+  const char mask = box().PasswordChar;
+  edit_.setEchoMode(mask == '\0' ? QLineEdit::Normal : QLineEdit::Password);
+  if (mask != '\0') {
+    edit_.setProperty(kPasswordCharacter, unicodeOf(static_cast<unsigned char>(mask)));
+  }
+  std::optional<Color> color = box().ForeColor;
+  if (box().kind == ControlKind::richTextLine) color = static_cast<RichTextLine&>(box()).SelColor;
+  setColors(edit_, color, box().BackColor);
+}
+
+TextAreaView::TextAreaView(TextBox& box, ViewHost& host, QWidget* parent)
+    : TextBoxView(box, host, new QPlainTextEdit(parent)),
+      edit_(static_cast<QPlainTextEdit&>(widget())) {
+  edit_.setWordWrapMode(QTextOption::WrapAtWordBoundaryOrAnywhere);
+  edit_.setTabChangesFocus(true);
+  edit_.viewport()->installEventFilter(this);
+  connect(&edit_, &QPlainTextEdit::textChanged, this, [this] { textEdited(); });
+  connect(&edit_, &QPlainTextEdit::cursorPositionChanged, this, [this] { caretMoved(); });
+}
+
+QString TextAreaView::text() const {
+  // Not toPlainText: it makes blanks of no-break spaces.
+  QString text = edit_.document()->toRawText();
+  text.replace(QChar::ParagraphSeparator, '\n').replace(QChar::LineSeparator, '\n');
+  return text;
+}
+
+void TextAreaView::setCaret(int caret) {
+  QTextCursor cursor = edit_.textCursor();
+  cursor.setPosition(std::min(caret, edit_.document()->characterCount() - 1));
+  edit_.setTextCursor(cursor);
+}
+
+std::string TextAreaView::toControl(const QString& text) const {
+  QString lines = text;
+  lines.replace('\n', QStringLiteral("\r\n"));
+  return storedText(lines);
+}
+
+QString TextAreaView::toWidget(const std::string& text) const {
+  QString lines = shownText(text);
+  lines.replace(QStringLiteral("\r\n"), QStringLiteral("\n")).replace('\r', '\n');
+  return lines;
+}
+
+void TextAreaView::refreshLook() {
+  edit_.setReadOnly(box().Locked);
+  if (box().Locked) {
+    edit_.setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);
+  }
+  setColors(edit_, box().ForeColor, box().BackColor);
+}
+
+bool TextAreaView::enterPressed(Qt::KeyboardModifiers modifiers) {
+  // With a default button on the form, Ctrl+Enter begins a new line.
+  if (modifiers.testFlag(Qt::ControlModifier)) {
+    edit_.insertPlainText(QStringLiteral("\n"));
+    return true;
+  }
+  if (host().pressDefault()) return true;
+  run([this] { box().KeyDown(key_code::kEnter, 0); });
+  return false;
+}
+
+}  // namespace kelvaron

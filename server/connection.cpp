@@ -1,0 +1,243 @@
+// The socket's side of a client. All writes and reads are non-blocking calls made when the socket
+// is ready, so a connection that is idle costs no buffer.
+#include "server/connection.h"
+
+#include <netinet/tcp.h>
+
+#include <algorithm>
+#include <array>
+#include <asio/post.hpp>
+#include <span>
+#include <utility>
+
+#include "server/text.h"
+
+namespace kelvaron::server {
+namespace {
+
+constexpr std::string_view kLineEnd = "\r\n";
+constexpr std::size_t kReadSize = 16'384;
+constexpr std::size_t kBuffersPerWrite = 64;  // what the system takes in one call of Asio's
+// Room for the list of some thousand users, so that a list goes to the socket in one piece.
+constexpr int kSendBuffer = 262'144;
+// A machine that is gone without a word is noticed after about these seconds.
+constexpr int kIdleSeconds = 30;
+constexpr int kProbeSeconds = 10;
+constexpr int kProbes = 3;
+
+template <int Name>
+using TcpNumber = asio::detail::socket_option::integer<IPPROTO_TCP, Name>;
+
+std::string address_of(const asio::ip::tcp::socket& socket) {
+  std::error_code error;
+  const auto endpoint = socket.remote_endpoint(error);
+  if (error) return "unknown";
+  const asio::ip::address address = endpoint.address();
+  if (address.is_v6() && address.to_v6().is_v4_mapped()) {
+    return asio::ip::make_address_v4(asio::ip::v4_mapped, address.to_v6()).to_string();
+  }
+  return address.to_string();
+}
+
+// Options make a connection better, none is needed: a system that refuses one still serves.
+void tune(asio::ip::tcp::socket& socket) {
+  std::error_code ignored;
+  socket.set_option(asio::ip::tcp::no_delay(true), ignored);
+  socket.set_option(asio::socket_base::send_buffer_size(kSendBuffer), ignored);
+  socket.set_option(asio::socket_base::keep_alive(true), ignored);
+  socket.set_option(TcpNumber<TCP_KEEPIDLE>(kIdleSeconds), ignored);
+  socket.set_option(TcpNumber<TCP_KEEPINTVL>(kProbeSeconds), ignored);
+  socket.set_option(TcpNumber<TCP_KEEPCNT>(kProbes), ignored);
+  socket.set_option(TcpNumber<TCP_USER_TIMEOUT>((kIdleSeconds + kProbeSeconds * kProbes) * 1000),
+                    ignored);
+}
+
+}  // namespace
+
+Connection::Connection(asio::ip::tcp::socket socket, std::uint64_t id, const Settings& settings,
+                       ConnectionOwner& owner)
+    : socket_(std::move(socket)),
+      pause_(socket_.get_executor()),
+      id_(id),
+      settings_(settings),
+      owner_(&owner),
+      address_(address_of(socket_)),
+      tokens_(static_cast<double>(settings.burst_lines)),
+      tokens_at_(Clock::now()),
+      progress_at_(tokens_at_) {}
+
+void Connection::start() {
+  tune(socket_);
+  std::error_code error;
+  socket_.non_blocking(true, error);
+  if (error) return close(error.message());
+  await_bytes();
+}
+
+void Connection::await_bytes() {
+  socket_.async_wait(asio::ip::tcp::socket::wait_read,
+                     [self = shared_from_this()](std::error_code error) {
+                       if (self->closed_) return;
+                       if (error) return self->close(error.message());
+                       self->read();
+                     });
+}
+
+void Connection::read() {
+  std::array<char, kReadSize> block;
+  std::error_code error;
+  const std::size_t count = socket_.read_some(asio::buffer(block), error);
+  if (error == asio::error::would_block) return await_bytes();
+  if (error == asio::error::eof) return close("closed by the client");
+  if (error) return close(error.message());
+  if (dropping_) return await_bytes();
+  input_.append(block.data(), count);
+  handle_lines();
+}
+
+void Connection::handle_lines() {
+  const auto limit = static_cast<std::size_t>(settings_.line_limit);
+  std::size_t start = 0;
+  std::string line;
+  while (!closed_ && !dropping_) {
+    const std::size_t end = input_.find(kLineEnd, std::max(start, searched_));
+    if ((end == std::string::npos ? input_.size() : end) - start > limit) {
+      drop_input();
+      owner_->on_line_too_long(*this);
+      break;
+    }
+    if (end == std::string::npos) {
+      input_.erase(0, start);
+      searched_ = input_.empty() ? 0 : input_.size() - 1;
+      break;
+    }
+    if (!take_tokens(end - start)) {
+      input_.erase(0, start);
+      searched_ = 0;
+      return pause_for_tokens();
+    }
+    line.assign(input_, start, end - start);
+    start = end + kLineEnd.size();
+    clean_line(line);
+    if (!line.empty()) owner_->on_line(*this, line);
+  }
+  if (!closed_) await_bytes();
+}
+
+// A bucket of `burst_lines` that fills at `lines_per_second`. It may be overdrawn by one line, so
+// that a line dearer than the whole bucket still passes.
+bool Connection::take_tokens(std::size_t line_size) {
+  const Clock::time_point now = Clock::now();
+  const std::chrono::duration<double> elapsed = now - tokens_at_;
+  tokens_at_ = now;
+  tokens_ = std::min(tokens_ + elapsed.count() * static_cast<double>(settings_.lines_per_second),
+                     static_cast<double>(settings_.burst_lines));
+  if (tokens_ < 1.0) return false;
+  tokens_ -= 1.0 + static_cast<double>(line_size / 1024);
+  return true;
+}
+
+// Nothing is read meanwhile: the rest waits in the client's own system.
+void Connection::pause_for_tokens() {
+  const std::chrono::duration<double> needed((1.0 - tokens_) /
+                                             static_cast<double>(settings_.lines_per_second));
+  pause_.expires_after(std::chrono::ceil<std::chrono::milliseconds>(needed));
+  pause_.async_wait([self = shared_from_this()](std::error_code error) {
+    if (self->closed_ || error) return;
+    self->handle_lines();
+  });
+}
+
+void Connection::drop_input() {
+  dropping_ = true;
+  input_ = {};
+  searched_ = 0;
+}
+
+void Connection::send(SharedLines lines, Kind kind) {
+  if (closed_) return;
+  if (kind == Kind::kUserList) {
+    // A list that the socket has begun to take must go out whole; one behind it need not.
+    const auto first = queue_.begin() + (front_sent_ > 0 ? 1 : 0);
+    if (lists_waiting_ > 0) {
+      const auto is_list = [](const Waiting& waiting) { return waiting.kind == Kind::kUserList; };
+      const auto kept = std::remove_if(first, queue_.end(), is_list);
+      lists_waiting_ -= static_cast<std::size_t>(queue_.end() - kept);
+      queue_.erase(kept, queue_.end());
+    }
+    ++lists_waiting_;
+  } else {
+    queued_ += lines->size();
+  }
+  queue_.push_back({std::move(lines), kind});
+  if (queued_ > static_cast<std::size_t>(settings_.queue_limit)) {
+    return close("too much waits for a client that doesn't read");
+  }
+  if (!blocked_ && !flush_asked_) {
+    flush_asked_ = true;
+    owner_->on_unsent(shared_from_this());
+  }
+}
+
+void Connection::flush() {
+  flush_asked_ = false;
+  if (blocked_) return;
+  std::array<asio::const_buffer, kBuffersPerWrite> buffers;
+  while (!closed_ && !blocked_ && !queue_.empty()) {
+    const std::size_t count = std::min(queue_.size(), buffers.size());
+    for (std::size_t i = 0; i < count; ++i) buffers[i] = asio::buffer(*queue_[i].lines);
+    buffers[0] += front_sent_;
+    std::error_code error;
+    const std::size_t written = socket_.write_some(std::span(buffers.data(), count), error);
+    if (error && error != asio::error::would_block) return close(error.message());
+    progress_at_ = Clock::now();
+    consume(written);
+    blocked_ = error == asio::error::would_block;
+  }
+  if (closed_ || !blocked_) return;
+  socket_.async_wait(asio::ip::tcp::socket::wait_write,
+                     [self = shared_from_this()](std::error_code error) {
+                       if (self->closed_) return;
+                       if (error) return self->close(error.message());
+                       self->blocked_ = false;
+                       self->flush();
+                     });
+}
+
+void Connection::consume(std::size_t written) {
+  front_sent_ += written;
+  while (!queue_.empty() && front_sent_ >= queue_.front().lines->size()) {
+    const Waiting& front = queue_.front();
+    front_sent_ -= front.lines->size();
+    if (front.kind == Kind::kUserList) {
+      --lists_waiting_;
+    } else {
+      queued_ -= front.lines->size();
+    }
+    queue_.pop_front();
+  }
+}
+
+bool Connection::is_stalled(Clock::time_point now) const {
+  return blocked_ && now - progress_at_ > std::chrono::milliseconds(settings_.stall_timeout_ms);
+}
+
+void Connection::close(std::string why) {
+  if (closed_) return;
+  closed_ = true;
+  std::error_code ignored;
+  socket_.close(ignored);
+  pause_.cancel();
+  queue_.clear();
+  input_ = {};
+  asio::post(socket_.get_executor(), [self = shared_from_this(), why = std::move(why)] {
+    if (self->owner_ != nullptr) self->owner_->on_closed(*self, why);
+  });
+}
+
+void Connection::detach() {
+  owner_ = nullptr;
+  close("");
+}
+
+}  // namespace kelvaron::server

@@ -1,0 +1,83 @@
+// Whole files by the system's calls, as only these bring a file to the disk before its rename.
+#include "server/file.h"
+
+#include <fcntl.h>
+#include <unistd.h>
+
+#include <array>
+#include <cerrno>
+#include <cstdio>
+#include <system_error>
+#include <utility>
+
+#include "server/store_error.h"
+
+namespace kelvaron::server {
+namespace {
+
+[[noreturn]] void fail(const std::filesystem::path& path, const char* what) {
+  throw StoreError(path.string() + ": " + what + ": " + std::generic_category().message(errno));
+}
+
+class Descriptor {
+ public:
+  Descriptor(const std::filesystem::path& path, int flags)
+      : number_(::open(path.c_str(), flags | O_CLOEXEC, 0600)) {}
+  ~Descriptor() {
+    if (number_ >= 0) ::close(number_);
+  }
+  Descriptor(const Descriptor&) = delete;
+  Descriptor& operator=(const Descriptor&) = delete;
+
+  [[nodiscard]] bool is_open() const { return number_ >= 0; }
+  [[nodiscard]] int number() const { return number_; }
+  /// Whether the close itself told no error.
+  bool close() { return ::close(std::exchange(number_, -1)) == 0; }
+
+ private:
+  int number_;
+};
+
+bool write_all(int descriptor, std::string_view bytes) {
+  while (!bytes.empty()) {
+    const ssize_t written = ::write(descriptor, bytes.data(), bytes.size());
+    if (written < 0 && errno == EINTR) continue;
+    if (written < 0) return false;
+    bytes.remove_prefix(static_cast<std::size_t>(written));
+  }
+  return true;
+}
+
+}  // namespace
+
+std::optional<std::string> read_file(const std::filesystem::path& path) {
+  const Descriptor file(path, O_RDONLY);
+  if (!file.is_open() && errno == ENOENT) return std::nullopt;
+  if (!file.is_open()) fail(path, "can't be opened");
+  std::string bytes;
+  std::array<char, 16384> block{};
+  while (true) {
+    const ssize_t count = ::read(file.number(), block.data(), block.size());
+    if (count < 0 && errno == EINTR) continue;
+    if (count < 0) fail(path, "can't be read");
+    if (count == 0) return bytes;
+    bytes.append(block.data(), static_cast<std::size_t>(count));
+  }
+}
+
+void replace_file(const std::filesystem::path& path, std::string_view bytes) {
+  const std::filesystem::path beside = path.string() + ".new";
+  Descriptor file(beside, O_WRONLY | O_CREAT | O_TRUNC);
+  if (!file.is_open()) fail(beside, "can't be written");
+  if (!write_all(file.number(), bytes) || ::fsync(file.number()) != 0 || !file.close() ||
+      std::rename(beside.c_str(), path.c_str()) != 0) {
+    const int reason = errno;
+    ::unlink(beside.c_str());
+    errno = reason;
+    fail(path, "can't be replaced");
+  }
+  const Descriptor folder(path.parent_path(), O_RDONLY | O_DIRECTORY);
+  if (folder.is_open() && ::fsync(folder.number()) != 0) fail(path, "can't be brought to the disk");
+}
+
+}  // namespace kelvaron::server

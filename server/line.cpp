@@ -1,0 +1,50 @@
+// Cutting lines into fields, and the one place where lines to the clients are put together.
+#include "server/line.h"
+
+#include "server/text.h"
+
+namespace kelvaron::server {
+namespace {
+
+constexpr std::string_view kGrantText = "Moderator Privlidges Granted - You are now a moderator.";
+
+template <class Range>
+std::string join(const Range& fields) {
+  std::string line;
+  for (const std::string_view field : fields) {
+    if (!line.empty()) line += '\t';
+    line += cleaned(field);
+  }
+  line += "\r\n";
+  return line;
+}
+
+std::string coloured(Colour colour, std::string_view text) {
+  return make_line({"STATUSTEXT", std::to_string(static_cast<std::uint32_t>(colour)), text});
+}
+
+}  // namespace
+
+Fields split(std::string_view line) {
+  Fields fields;
+  while (fields.size() < kFieldLimit) {
+    const std::size_t tab = line.find('\t');
+    fields.push_back(line.substr(0, tab));
+    if (tab == std::string_view::npos) break;
+    line.remove_prefix(tab + 1);
+  }
+  return fields;
+}
+
+std::string make_line(std::initializer_list<std::string_view> fields) { return join(fields); }
+std::string make_line(const Fields& fields) { return join(fields); }
+
+std::string status_line(Colour colour, std::string_view text) {
+  std::string shown = cleaned(text);
+  if (shown == kGrantText) shown.insert(0, "* ");
+  return coloured(colour, shown);
+}
+
+std::string grant_line() { return coloured(Colour::kGrant, kGrantText); }
+
+}  // namespace kelvaron::server

@@ -1,0 +1,41 @@
+// A line of the chat protocol: fields separated by TAB, ended by CR LF, the keyword first.
+#pragma once
+
+#include <cstdint>
+#include <initializer_list>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace kelvaron::server {
+
+using Fields = std::vector<std::string_view>;
+
+/// More fields than any line of the protocol has; what stands behind them is dropped.
+inline constexpr std::size_t kFieldLimit = 24;
+
+/// The fields of a line without its line end, at most `kFieldLimit`. They point into `line`.
+Fields split(std::string_view line);
+
+/// The line with its line end. Control characters in a field become blanks, so the result is one
+/// line with as many fields as were given, whatever they hold.
+std::string make_line(std::initializer_list<std::string_view> fields);
+std::string make_line(const Fields& fields);
+
+/// Colours of the server's lines, red in the low byte, all readable on black.
+enum class Colour : std::uint32_t {
+  kAction = 0x60B0FF,   // soft orange: someone does something
+  kServer = 0x80FFFF,   // yellow: a moderator speaks to all
+  kRefusal = 0x7878FF,  // light red: what was asked for is not to be had
+  kAnswer = 0xFFD890,   // light blue: what was asked for
+  kGrant = 0x80FF80,    // light green: moderator rights
+};
+
+/// A line in the chat view in its own colour. A text that would read as the grant of moderator
+/// rights gets a "* " before it: only `grant_line` grants.
+std::string status_line(Colour colour, std::string_view text);
+/// The line on which a client marks its user as a moderator; it compares the text letter for
+/// letter.
+std::string grant_line();
+
+}  // namespace kelvaron::server

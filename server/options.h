@@ -1,0 +1,38 @@
+// The command line of the server program.
+#pragma once
+
+#include <filesystem>
+#include <optional>
+#include <span>
+#include <stdexcept>
+#include <string>
+#include <string_view>
+
+#include "server/server.h"
+
+namespace kelvaron::server {
+
+/// What the command line asks for.
+struct CommandLine {
+  bool help = false;
+  struct NewModerator {
+    std::string nick;
+    std::string email;
+  };
+  std::optional<NewModerator> new_moderator;
+  Options options;  // its folder is empty when none was named
+};
+
+/// A command line that can't be understood; the text says why.
+class UsageError : public std::runtime_error {
+ public:
+  using std::runtime_error::runtime_error;
+};
+
+/// `arguments` without the program's name. Throws `UsageError`.
+CommandLine parse_command_line(std::span<const char* const> arguments);
+
+/// The text for `--help`.
+std::string_view usage();
+
+}  // namespace kelvaron::server

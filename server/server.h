@@ -1,0 +1,68 @@
+// A Kelvaron chat server that runs on a loop of the caller's: a program's, a test's or a
+// benchmark's.
+#pragma once
+
+#include <asio/io_context.hpp>
+#include <asio/ip/tcp.hpp>
+#include <asio/steady_timer.hpp>
+#include <cstdint>
+#include <filesystem>
+#include <functional>
+#include <memory>
+#include <optional>
+#include <string>
+#include <string_view>
+
+#include "server/settings.h"
+
+namespace kelvaron::server {
+
+class Lobby;
+
+/// Where every client looks for a server.
+inline constexpr std::uint16_t kDefaultPort = 3069;
+
+struct Options {
+  std::string address = "0.0.0.0";              // numeric; "::" takes IPv4 clients too
+  std::uint16_t port = kDefaultPort;            // 0: any free one
+  std::filesystem::path folder{};               // made, with its files, when it isn't there
+  std::optional<Settings> settings{};           // in place of the folder's file
+  std::function<void(std::string_view)> log{};  // one text a line; none: nothing is logged
+};
+
+/// Everything happens on the thread that runs the loop, but for the store's and the hashes' worker.
+/// All functions are to be called there, or while the loop does not run.
+class Server {
+ public:
+  /// Listens at once. Throws `StoreError` for the folder and `std::system_error` for the address or
+  /// port.
+  Server(asio::io_context& io, Options options);
+  ~Server();
+  Server(const Server&) = delete;
+  Server& operator=(const Server&) = delete;
+
+  /// The port that the server listens on.
+  [[nodiscard]] std::uint16_t port() const;
+  /// Reads the reserved nicknames, the bans and the message of the day anew.
+  void reload();
+  /// Closes all connections and takes no more, so that the loop runs out of work.
+  void stop();
+
+ private:
+  void accept();
+  void pause_accepting();
+  void sweep();
+
+  asio::io_context& io_;
+  std::unique_ptr<Lobby> lobby_;
+  asio::ip::tcp::acceptor acceptor_;
+  asio::steady_timer accept_timer_;
+  asio::steady_timer sweep_timer_;
+  std::chrono::milliseconds accept_pause_;
+  std::chrono::milliseconds sweep_every_;
+  bool accept_failed_ = false;  // told to the log once a run of failures
+  bool stopped_ = false;
+  std::shared_ptr<bool> alive_ = std::make_shared<bool>(true);
+};
+
+}  // namespace kelvaron::server

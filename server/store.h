@@ -1,0 +1,73 @@
+// The folder of plain files in which a server keeps what outlives it.
+#pragma once
+
+#include <filesystem>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "server/settings.h"
+#include "server/store_error.h"
+
+namespace kelvaron::server {
+
+struct Moderator {
+  std::string nick;
+  std::string email;
+  std::string hash;  // see password.h
+};
+
+/// What a ban keeps out: users of a nickname, an address, or both.
+enum class BanKind { kUser, kNick, kAddress };
+
+struct Ban {
+  BanKind kind = BanKind::kUser;
+  std::string nick;
+  std::string address;  // as the server saw it
+  std::string told;     // as the client told it; a note only, since many users have the same one
+  std::string by;
+  std::string reason;
+
+  /// Nicknames are compared without regard to case. Addresses of this machine are never banned, so
+  /// that a lobby on one machine stays open.
+  [[nodiscard]] bool keeps_out(std::string_view other_nick, std::string_view other_address) const;
+  bool operator==(const Ban&) const = default;
+};
+
+/// Whether the address is one of the machine itself: 127.0.0.0/8 or ::1.
+bool is_loopback(std::string_view address);
+
+/// Every function reads or replaces a file of the folder anew and throws `StoreError`. Lines that
+/// are empty or begin with "# " are comments, and stay when a file is changed. Not safe for use by
+/// two threads at once: a server calls it from one worker.
+class Store {
+ public:
+  explicit Store(std::filesystem::path folder) : folder_(std::move(folder)) {}
+
+  /// Makes the folder and each missing file with its defaults.
+  void prepare() const;
+
+  [[nodiscard]] Settings settings() const;
+  /// Nicknames that nobody may log in with.
+  [[nodiscard]] std::vector<std::string> reserved() const;
+  [[nodiscard]] std::vector<Moderator> moderators() const;
+  [[nodiscard]] std::vector<Ban> bans() const;
+  /// The message of the day on one line, its lines joined by blanks; empty for none.
+  [[nodiscard]] std::string motd() const;
+
+  /// Adds a moderator, or replaces the one of that nickname.
+  void set_moderator(const Moderator& moderator) const;
+  void add_ban(const Ban& ban) const;
+  /// Notes the address that a banned client told, in the last ban of that nickname.
+  void note_told_address(std::string_view nick, std::string_view told) const;
+
+  [[nodiscard]] const std::filesystem::path& folder() const { return folder_; }
+
+ private:
+  [[nodiscard]] std::vector<std::string> lines(const char* file) const;
+  void replace(const char* file, const std::vector<std::string>& lines) const;
+
+  std::filesystem::path folder_;
+};
+
+}  // namespace kelvaron::server

@@ -1,0 +1,81 @@
+// Upper case, cleaning and the shape of nicknames and sound names.
+#include "server/text.h"
+
+#include <algorithm>
+#include <array>
+
+namespace kelvaron::server {
+namespace {
+
+constexpr std::size_t kSoundLimit = 64;
+constexpr std::array<std::string_view, 3> kTags = {"[IG]", "[CS]", "[AW]"};
+
+bool is_control(char character) {
+  const auto byte = static_cast<unsigned char>(character);
+  return byte < 32 || byte == 127;
+}
+
+unsigned upper(unsigned byte) {
+  if ((byte >= 'a' && byte <= 'z') || (byte >= 0xE0 && byte <= 0xFE && byte != 0xF7)) {
+    return byte - 32;
+  }
+  switch (byte) {
+    case 0x9A:  // s, z with caron and the ligature oe stand 16 behind their capitals
+    case 0x9C:
+    case 0x9E:
+      return byte - 16;
+    case 0xFF:  // y with diaeresis
+      return 0x9F;
+    default:
+      return byte;
+  }
+}
+
+}  // namespace
+
+std::string fold(std::string_view text) {
+  std::string folded(text);
+  for (char& character : folded) {
+    character = static_cast<char>(upper(static_cast<unsigned char>(character)));
+  }
+  return folded;
+}
+
+std::string cleaned(std::string_view field) {
+  std::string text(field);
+  std::replace_if(text.begin(), text.end(), is_control, ' ');
+  return text;
+}
+
+void clean_line(std::string& line) {
+  std::replace_if(
+      line.begin(), line.end(), [](char c) { return c != '\t' && is_control(c); }, ' ');
+}
+
+std::string_view trimmed(std::string_view text) {
+  const std::size_t first = text.find_first_not_of(' ');
+  if (first == std::string_view::npos) return {};
+  return text.substr(first, text.find_last_not_of(' ') - first + 1);
+}
+
+bool is_valid_nick(std::string_view nick) {
+  return !nick.empty() && nick.size() <= kNickLimit &&
+         nick.find_first_of(" []\xA5\xA0\xAD") == std::string_view::npos &&
+         std::none_of(nick.begin(), nick.end(), is_control);
+}
+
+std::string_view bare_nick(std::string_view shown) {
+  shown = trimmed(shown);
+  const auto ends_so = [&](std::string_view tag) { return shown.ends_with(tag); };
+  if (std::any_of(kTags.begin(), kTags.end(), ends_so)) shown.remove_suffix(kTags[0].size());
+  if (shown.starts_with(kModeratorMark)) shown.remove_prefix(kModeratorMark.size());
+  return shown;
+}
+
+bool is_safe_sound(std::string_view name) {
+  return !name.empty() && name.size() <= kSoundLimit &&
+         name.find_first_of("./\\:*?\"<>|") == std::string_view::npos &&
+         std::none_of(name.begin(), name.end(), is_control);
+}
+
+}  // namespace kelvaron::server

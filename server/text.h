@@ -1,0 +1,38 @@
+// What the server must know of text: one byte per character, code page 1252, as on the wire.
+#pragma once
+
+#include <cstddef>
+#include <string>
+#include <string_view>
+
+namespace kelvaron::server {
+
+/// The mark "¥" that a client puts before a moderator's shown name: byte 165.
+inline constexpr std::string_view kModeratorMark = "\xA5";
+/// The longest nickname that a client lets its user type.
+inline constexpr std::size_t kNickLimit = 15;
+
+/// The letters of code page 1252 in upper case: two nicknames are the same when these are equal.
+std::string fold(std::string_view text);
+
+/// Control characters (NUL, TAB, CR and LF among them) become blanks, so that no field can turn
+/// into two fields or two lines.
+std::string cleaned(std::string_view field);
+/// As `cleaned`, in place and with the TABs left alone: for a whole line as it arrives.
+void clean_line(std::string& line);
+
+std::string_view trimmed(std::string_view text);
+
+/// 1 to 15 characters without blanks (the no-break blank and the soft hyphen, which nobody sees,
+/// count too), without "[", "]" and "¥", and without control characters.
+bool is_valid_nick(std::string_view nick);
+
+/// The nickname in a list entry or a shown name: without blanks around it, without the tag behind
+/// it and without the "¥" before it. No valid nickname has a bracket or the mark of its own.
+std::string_view bare_nick(std::string_view shown);
+
+/// A sound's name that can't lead out of a client's folder of sounds: 1 to 64 characters, none of
+/// them a dot, a separator, a wildcard, a quote or a control character.
+bool is_safe_sound(std::string_view name);
+
+}  // namespace kelvaron::server

@@ -1,0 +1,142 @@
+// A client on the real shell for tests, and a form with controls of every kind.
+#pragma once
+
+#include <gtest/gtest.h>
+
+#include <QApplication>
+#include <QTest>
+#include <QTimer>
+#include <functional>
+#include <string>
+#include <vector>
+
+#include "desktop/dialogs.h"
+#include "desktop/qt_event_loop.h"
+#include "desktop/shell.h"
+#include "native/native_socket.h"
+#include "platform/list_box.h"
+#include "platform/menu.h"
+#include "session/client.h"
+
+namespace kelvaron::testing {
+
+class ManyControls : public Form {
+ public:
+  explicit ManyControls(Client& owner)
+      : Form({.name = "ManyControls", .caption = "Many", .width = 6000, .height = 4500}),
+        client(owner) {
+    area.MultiLine = true;
+    area.AccessibleName = "Notes";
+    people.AccessibleName = "People";
+    secret.PasswordChar = '*';
+    ok.Click = [this] { log.emplace_back("ok"); };
+    cancel.Click = [this] { log.emplace_back("cancel"); };
+    go.Click = [this] { log.emplace_back("go"); };
+  }
+  void Form_Resize() override {
+    log.push_back("resize " + std::to_string(ScaleWidth.get()) + "x" +
+                  std::to_string(ScaleHeight.get()));
+  }
+
+  Client& client;
+  std::vector<std::string> log;
+
+  Label nameLabel{*this, "nameLabel", {150, 150, 1200, 300}, "&Name:"};
+  TextBox name{*this, "name", {1500, 150, 3000, 375}};
+  TextBox area{*this, "area", {1500, 600, 3000, 900}};
+  TextBox secret{*this, "secret", {1500, 1550, 3000, 375}};
+  Frame frame{*this, "frame", {150, 2000, 2400, 900}, "Group"};
+  CheckBox tick{frame, "tick", {150, 300, 2000, 330}, "Tick"};
+  ListBox people{*this, "people", {2700, 2000, 1800, 900}, true, ListBox::Selection::several};
+  CommandButton ok{*this, "ok", {150, 3000, 1200, 450}, "Fine"};
+  CommandButton cancel{*this, "cancel", {1500, 3000, 1200, 450}, "Away"};
+  Timer timer{*this, "timer", 5, false};
+  MenuItem file{*this, "file", "File"};
+  MenuItem go{file, "go", "Go"};
+  MenuItem line{file, "line", "-"};
+  MenuItem greyed{file, "greyed", "Later", MenuItem::State::greyed};
+  MenuItem popUp{*this, "popUp", "Pop", MenuItem::State::hidden};
+  MenuItem popped{popUp, "popped", "Popped"};
+};
+
+/// A second form; what it is like is set before it is shown.
+class Plain : public Form {
+ public:
+  explicit Plain(Client& owner)
+      : Form({.name = "Plain", .caption = "Plain", .width = 3000, .height = 1500}), client(owner) {}
+  void Form_Load() override {
+    if (onLoad) onLoad(*this);
+  }
+  void Form_Unload() override { ++unloads; }
+  void Form_Resize() override { sizes.emplace_back(ScaleWidth.get(), ScaleHeight.get()); }
+
+  Client& client;
+  std::vector<std::pair<int, int>> sizes;
+  CommandButton button{*this, "button", {150, 150, 1200, 450}, "Press"};
+  static inline int unloads = 0;
+  static inline std::function<void(Plain&)> onLoad;
+};
+
+class Desk : private SoundPort, private FilePort, private Application {
+ public:
+  Desk()
+      : gate(edge),
+        sockets(loop),
+        dialogs(gate),
+        client(edge, Ports{sockets, dialogs, *this, *this, *this}, {},
+               [](Client&) -> MainWindow& { throw Fault(fault_number::kInvalidCall, "no room"); }),
+        shell(client, gate) {
+    Plain::unloads = 0;
+    Plain::onLoad = nullptr;
+  }
+
+  /// The form on the screen.
+  template <class F>
+  F& show() {
+    F& form = client.form<F>();
+    form.Show();
+    turn();
+    return form;
+  }
+  /// Lets the event loop turn until nothing waits.
+  static void turn() { QTest::qWait(1); }
+
+  QWidget* frame(const Form& form) const {
+    const ShownForm* shown = shell.shown(form);
+    return shown == nullptr ? nullptr : shown->frame();
+  }
+  template <class Widget = QWidget>
+  Widget& widget(const Form& form, const Control& control) const {
+    return dynamic_cast<Widget&>(shell.shown(form)->viewOf(control)->widget());
+  }
+
+  /// Runs `act` with the next modal dialog, once it is open.
+  static void whenBoxOpens(std::function<void(QWidget&)> act) {
+    QTimer::singleShot(20, [act = std::move(act)] {
+      if (QWidget* box = QApplication::activeModalWidget()) {
+        act(*box);
+      } else {
+        ADD_FAILURE() << "no box is open";
+      }
+    });
+  }
+
+  Edge edge;
+  EventGate gate;
+  QtEventLoop loop;
+  NativeSocketPort sockets;
+  QtDialogs dialogs;
+  std::vector<std::string> pages;
+  Client client;
+  Shell shell;
+
+ private:
+  void play(std::string_view /*name*/) override {}
+  void MkDir(const std::string& /*name*/) override {}
+  bool PrevInstance() const override { return false; }
+  [[noreturn]] void End() override { throw ProgramEnd{}; }
+  void DoEvents() override {}
+  void showPage(const std::string& address) override { pages.push_back(address); }
+};
+
+}  // namespace kelvaron::testing

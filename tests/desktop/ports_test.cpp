@@ -1,0 +1,105 @@
+// The ports of the desktop that need no window.
+#include <gtest/gtest.h>
+#include <unistd.h>
+
+#include <QDesktopServices>
+#include <QTemporaryDir>
+#include <QTest>
+#include <QUrl>
+#include <chrono>
+#include <filesystem>
+#include <fstream>
+
+#include "desktop/application.h"
+#include "desktop/bare_name.h"
+#include "desktop/files.h"
+#include "desktop/qt_event_loop.h"
+#include "desktop/sounds.h"
+#include "platform/fault.h"
+#include "tests/desktop/page_catcher.h"
+
+namespace kelvaron::testing {
+namespace {
+
+using namespace std::chrono_literals;
+
+TEST(Names, OnlyBareOnes) {
+  for (const char* good : {"boom", "Boom 2", "a.b", "\xFC"}) EXPECT_TRUE(isBareName(good)) << good;
+  for (const char* bad : {"", ".", "..", ".hidden", "a/b", "..\\b", "c:b", "a\nb", "a\x7F"}) {
+    EXPECT_FALSE(isBareName(bad)) << bad;
+  }
+}
+
+TEST(Files, FoldersAndSoundsBesideTheProgram) {
+  const QTemporaryDir folder;
+  const std::filesystem::path path = folder.path().toStdString();
+  ProgramFiles files(path);
+  files.MkDir("Sounds");
+  EXPECT_TRUE(std::filesystem::is_directory(path / "Sounds"));
+  for (const char* refused : {"Sounds", "sOUNDS", "", "../up", "a/b"}) {
+    try {
+      files.MkDir(refused);
+      ADD_FAILURE() << refused;
+    } catch (const Fault& fault) {
+      EXPECT_EQ(fault.number(), 75);
+    }
+  }
+  std::ofstream(path / "Sounds" / "Boom.WAV") << "x";
+  const WaveSounds sounds(path / "Sounds");
+  EXPECT_EQ(sounds.find("bOOM"), path / "Sounds" / "Boom.WAV");
+  EXPECT_FALSE(sounds.find("bang"));
+  EXPECT_FALSE(sounds.find("../Sounds/Boom"));
+}
+
+TEST(Sounds, AFloodDoesNotWait) {
+  const QTemporaryDir folder;
+  const std::filesystem::path path = folder.path().toStdString();
+  std::ofstream(path / "broken.wav") << "not a wave";
+  WaveSounds sounds(path);
+  const auto start = std::chrono::steady_clock::now();
+  for (int i = 0; i < 1000; ++i) sounds.play(i % 2 == 0 ? "broken" : "missing");
+  EXPECT_LT(std::chrono::steady_clock::now() - start, 500ms);
+}
+
+TEST(Pages, OnlyOfTheWeb) {
+  Edge edge;
+  EventGate gate(edge);
+  QtApplication application(gate);
+  PageCatcher catcher;
+  for (const char* scheme : {"http", "https", "file", "ssh", "mailto"}) {
+    QDesktopServices::setUrlHandler(scheme, &catcher, "open");
+  }
+  for (const char* address :
+       {"http://one.example/", "HTTPS://two.example/a", "file:///etc/passwd", "ssh://x",
+        "mailto:a@b", "relative", "http:", "-option"}) {
+    application.showPage(address);
+  }
+  EXPECT_EQ(catcher.opened, (QStringList{"http://one.example/", "https://two.example/a"}));
+}
+
+TEST(Loop, TimersAndDescriptors) {
+  QtEventLoop loop;
+  const auto start = std::chrono::steady_clock::now();
+  std::chrono::steady_clock::duration waited{};
+  std::unique_ptr<LoopWatch> timer;
+  timer = loop.after(20ms, [&] {
+    waited = std::chrono::steady_clock::now() - start;
+    timer.reset();
+  });
+  int pipe[2];
+  ASSERT_EQ(::pipe(pipe), 0);
+  int turns = 0;
+  std::unique_ptr<LoopWatch> watch;
+  watch = loop.watch(pipe[0], EventLoop::Readiness::readable, [&] {
+    if (++turns == 3) watch.reset();
+  });
+  ASSERT_EQ(::write(pipe[1], "x", 1), 1);
+  QTest::qWait(100);
+  EXPECT_GE(waited, 20ms);
+  EXPECT_EQ(turns, 3);
+  ::close(pipe[0]);
+  ::close(pipe[1]);
+}
+
+}  // namespace
+}  // namespace kelvaron::testing

@@ -1,0 +1,201 @@
+// Windows come, go and end, from within their own handlers too.
+#include <gmock/gmock.h>
+
+#include <QCloseEvent>
+#include <QLabel>
+#include <QLineEdit>
+#include <QPlainTextEdit>
+#include <QPointer>
+#include <QPushButton>
+#include <QScreen>
+#include <QScrollArea>
+
+#include "tests/desktop/desk.h"
+
+namespace kelvaron::testing {
+namespace {
+
+using ::testing::ElementsAre;
+using ::testing::Pair;
+
+TEST(Windows, UnloadFromOwnHandler) {
+  Desk desk;
+  auto& form = desk.show<Plain>();
+  const QPointer<QWidget> frame = desk.frame(form);
+  form.button.Click = [&] {
+    desk.client.slots.unload(form);
+    EXPECT_FALSE(frame->isVisible());
+    desk.client.MsgBox("still here");
+    EXPECT_FALSE(frame.isNull()) << "its button is on the stack";
+  };
+  Desk::whenBoxOpens([](QWidget& box) { QTest::keyClick(&box, Qt::Key_Escape); });
+  desk.widget<QPushButton>(form, form.button).click();
+  EXPECT_EQ(desk.client.loadedForm<Plain>(), nullptr);
+  Desk::turn();
+  EXPECT_TRUE(frame.isNull());
+  EXPECT_NE(&desk.show<Plain>(), nullptr);
+}
+
+TEST(Windows, UnloadWhileItsOwnBoxIsOpen) {
+  Desk desk;
+  auto& form = desk.show<Plain>();
+  const QPointer<QWidget> frame = desk.frame(form);
+  form.button.Click = [&] { desk.client.MsgBox("asked from the window"); };
+  Desk::whenBoxOpens([&](QWidget& box) {
+    desk.edge.run([&] { desk.client.slots.unload(form); });
+    Desk::turn();
+    EXPECT_TRUE(box.isVisible());
+    EXPECT_FALSE(frame.isNull());
+    QTest::keyClick(&box, Qt::Key_Return);
+  });
+  desk.widget<QPushButton>(form, form.button).click();
+  Desk::turn();
+  EXPECT_TRUE(frame.isNull());
+}
+
+TEST(Windows, CloseButton) {
+  for (const bool closable : {true, false}) {
+    Desk desk;
+    auto& form = desk.client.form<Plain>();
+    form.ControlBox = closable;
+    desk.show<Plain>();
+    EXPECT_EQ(desk.frame(form)->windowFlags().testFlag(Qt::WindowCloseButtonHint), closable);
+    desk.frame(form)->close();
+    EXPECT_EQ(Plain::unloads, closable ? 1 : 0);
+    EXPECT_EQ(desk.client.loadedForm<Plain>() == nullptr, closable);
+  }
+}
+
+TEST(Windows, SizeAndResize) {
+  Desk desk;
+  auto& fixed = desk.show<Plain>();
+  EXPECT_THAT(fixed.sizes, ElementsAre(Pair(3000, 1500)));
+  EXPECT_EQ(desk.frame(fixed)->size(), QSize(200, 100));
+  desk.frame(fixed)->resize(500, 500);
+  Desk::turn();
+  EXPECT_EQ(desk.frame(fixed)->size(), QSize(200, 100));
+  desk.client.slots.unload(fixed);
+
+  auto& form = desk.client.form<Plain>();
+  form.Sizable = true;
+  desk.show<Plain>();
+  desk.frame(form)->resize(300, 120);
+  Desk::turn();
+  EXPECT_THAT(form.sizes, ElementsAre(Pair(3000, 1500), Pair(4500, 1800)));
+  form.ScaleWidth = 3150;
+  Desk::turn();
+  EXPECT_EQ(desk.frame(form)->size(), QSize(210, 120));
+}
+
+TEST(Windows, LargerThanTheScreen) {
+  Desk desk;
+  const QSize screen = QGuiApplication::primaryScreen()->availableSize();
+  for (const bool sizable : {false, true}) {
+    auto& form = desk.client.form<Plain>();
+    form.Sizable = sizable;
+    form.ScaleWidth = toTwips(screen.width() + 400);
+    form.ScaleHeight = toTwips(screen.height() + 400);
+    desk.show<Plain>();
+    const QWidget& frame = *desk.frame(form);
+    EXPECT_EQ(frame.size(), frame.size().boundedTo(screen));
+    EXPECT_EQ(frame.findChild<QScrollArea*>() == nullptr, sizable);
+    // The design's own size comes first, so that a layout measured there fits afterwards.
+    EXPECT_EQ(form.sizes.front().first, toTwips(screen.width() + 400));
+    EXPECT_EQ(form.sizes.size(), sizable ? 2U : 1U);
+    desk.client.slots.unload(form);
+  }
+}
+
+TEST(Windows, KeyboardGoesWhereItIsWanted) {
+  Desk desk;
+  auto& form = desk.client.form<ManyControls>();
+  form.secret.SetFocus();
+  desk.show<ManyControls>();
+  EXPECT_EQ(desk.frame(form)->focusWidget(), &desk.widget(form, form.secret));
+  form.tick.SetFocus();
+  Desk::turn();
+  EXPECT_EQ(desk.frame(form)->focusWidget(), &desk.widget(form, form.tick));
+
+  auto& plain = desk.show<Plain>();
+  EXPECT_EQ(desk.frame(plain)->focusWidget(), &desk.widget(plain, plain.button));
+}
+
+TEST(Boxes, StrangersTextIsPlainAndFitsTheScreen) {
+  Desk desk;
+  const std::string markup = "<b>bold</b> <img src='x'> & \xE4";
+  const std::string longWord(30000, 'w');
+  for (const std::string& text : {markup, longWord, std::string(5000, '\n') + "end"}) {
+    Desk::whenBoxOpens([&](QWidget& box) {
+      const QSize screen = box.screen()->availableSize();
+      EXPECT_EQ(box.size(), box.size().boundedTo(screen));
+      if (const auto* area = box.findChild<QPlainTextEdit*>()) {
+        EXPECT_EQ(area->toPlainText().toStdString(), text);
+      } else {
+        const auto labels = box.findChildren<QLabel*>();
+        EXPECT_EQ(labels.back()->text(), QStringLiteral("<b>bold</b> <img src='x'> & ä"));
+        EXPECT_EQ(labels.back()->textFormat(), Qt::PlainText);
+      }
+      EXPECT_EQ(box.windowTitle(), "Title");
+      QTest::keyClick(&box, Qt::Key_Return);
+    });
+    desk.client.MsgBox(text, box_style::kCritical, "Title");
+  }
+}
+
+TEST(Boxes, Input) {
+  Desk desk;
+  const auto ask = [&](Qt::Key last) {
+    Desk::whenBoxOpens([last](QWidget& box) {
+      auto* edit = box.findChild<QLineEdit*>();
+      EXPECT_EQ(edit->selectedText(), "before");
+      QTest::keyClicks(edit, QStringLiteral("né→w"));
+      QTest::keyClick(edit, last);
+    });
+    return desk.dialogs.InputBox("Who?", "Ask", "before");
+  };
+  EXPECT_EQ(ask(Qt::Key_Return), "n\xE9?w");
+  EXPECT_EQ(ask(Qt::Key_Escape), "");
+}
+
+TEST(Boxes, FaultOfAHandlerIsTold) {
+  Desk desk;
+  auto& form = desk.show<Plain>();
+  form.button.Click = [] { throw Fault(fault_number::kOverflow, "Overflow it is"); };
+  std::string told;
+  Desk::whenBoxOpens([&](QWidget& box) {
+    told = box.findChildren<QLabel*>().back()->text().toStdString();
+    QTest::keyClick(&box, Qt::Key_Return);
+  });
+  desk.widget<QPushButton>(form, form.button).click();
+  EXPECT_EQ(told, "Overflow it is");
+}
+
+TEST(End, ClosesOpenBoxesAndGoesNoFurther) {
+  Desk desk;
+  bool wentOn = false;
+  QTimer::singleShot(0, [&] {
+    auto& form = desk.show<Plain>();
+    form.button.Click = [&] {
+      desk.client.MsgBox("outer");
+      wentOn = true;
+    };
+    Desk::whenBoxOpens([&](QWidget&) {
+      Desk::whenBoxOpens([&](QWidget&) {
+        desk.edge.run([&] { desk.client.ports.application.End(); });
+      });
+      desk.edge.run([&] {
+        desk.client.MsgBox("inner");
+        wentOn = true;
+      });
+    });
+    desk.widget<QPushButton>(form, form.button).click();
+  });
+  EXPECT_EQ(QApplication::exec(), 0);
+  EXPECT_TRUE(desk.edge.ended());
+  EXPECT_FALSE(wentOn);
+  for (const QWidget* window : QApplication::topLevelWidgets()) EXPECT_FALSE(window->isVisible());
+  EXPECT_THROW(desk.client.MsgBox("too late"), ProgramEnd);
+}
+
+}  // namespace
+}  // namespace kelvaron::testing

@@ -1,0 +1,134 @@
+// What keeps one client, or many, from harming the room.
+#include <gtest/gtest.h>
+#include <sys/resource.h>
+#include <sys/socket.h>
+#include <unistd.h>
+
+#include <chrono>
+
+#include "tests/server/peer.h"
+
+namespace kelvaron::server {
+namespace {
+
+using std::chrono::milliseconds;
+using std::chrono::steady_clock;
+
+TEST(Limits, ALineTooLongDropsTheClientAloneWithANotice) {
+  Settings settings = quick_settings();
+  settings.line_limit = 1000;
+  TwoUsers room(settings);
+  const std::string head = "Message\talice: \t";
+  const std::string longest(1000 - head.size(), 'x');
+  room.alice.send(head + longest);
+  EXPECT_EQ(room.alice.sent_to(room.bob), Lines{head + longest});
+  room.alice.send_raw(head + longest + "y");  // no end in sight
+  EXPECT_TRUE(
+      room.alice.gets("STATUSTEXT\t7895295\tYour line was too long. You are disconnected."));
+  room.alice.send_raw("\r\nMessage\talice: \tafter\r\n" + std::string(100'000, 'z'));
+  EXPECT_TRUE(room.alice.is_closed());
+  EXPECT_EQ(room.bob.lines(), Lines{});
+  EXPECT_EQ(room.bob.lines(true), Lines{}) << "one farewell, read already";
+  Peer carol(room.running.port(), "carol");
+  EXPECT_TRUE(carol.gets_list({"bob", "carol"}));
+}
+
+TEST(Limits, AFloodIsSlowedDownAndLosesNothing) {
+  Settings settings = quick_settings();
+  settings.burst_lines = 20;
+  settings.lines_per_second = 50;
+  TwoUsers room(settings);
+  std::string flood;
+  for (int i = 0; i < 60; ++i) flood += "PM\tbob\t" + std::to_string(i) + "\talice\r\n";
+  const auto start = steady_clock::now();
+  room.alice.send_raw(flood);
+  Peer carol(room.running.port(), "carol");
+  carol.lines();
+  EXPECT_LT(steady_clock::now() - start, milliseconds(500)) << "the others don't wait";
+  for (int i = 0; i < 60; ++i) {
+    const std::string line = "PM\talice\t" + std::to_string(i);
+    ASSERT_TRUE(room.bob.gets(line)) << line;
+  }
+  // 41 lines above the burst at 50 a second, one of the burst being the login.
+  EXPECT_GT(steady_clock::now() - start, milliseconds(700));
+}
+
+TEST(Limits, TimeOutsCloseTheSilentAndTheStalled) {
+  Settings settings = quick_settings();
+  settings.login_timeout_ms = 100;
+  settings.stall_timeout_ms = 300;
+  TwoUsers room(settings);
+  Peer silent(room.running.port());
+  EXPECT_TRUE(silent.is_closed());
+  // bob reads nothing while the room talks.
+  for (int i = 0; i < 200; ++i) room.alice.send("PM\tbob\t" + std::string(60'000, 'x') + "\talice");
+  EXPECT_TRUE(room.alice.gets("Announce\tbob has left Kelvaron"));
+}
+
+TEST(Limits, AClientThatDoesNotReadIsDroppedAtTheLimitOfItsQueue) {
+  Settings settings = quick_settings();
+  settings.queue_limit = 100'000;
+  TwoUsers room(settings);
+  const std::string line = "PM\tbob\t" + std::string(60'000, 'x') + "\talice";
+  for (int i = 0; i < 300; ++i) room.alice.send(line);
+  EXPECT_TRUE(room.alice.gets("Announce\tbob has left Kelvaron"));
+  EXPECT_TRUE(room.alice.gets_list({"alice"}));
+}
+
+TEST(Limits, ConnectionsInAll) {
+  Settings settings = quick_settings();
+  settings.connections = 3;
+  TwoUsers room(settings);
+  {
+    Peer third(room.running.port(), "carol");
+    Peer fourth(room.running.port());
+    EXPECT_TRUE(fourth.gets("STATUSTEXT\t7895295\tThe server is full. Try again later."));
+    EXPECT_TRUE(fourth.is_closed());
+  }
+  ASSERT_TRUE(room.alice.gets("Announce\tcarol has left Kelvaron"));
+  const Peer again(room.running.port(), "dave");
+}
+
+TEST(Limits, NoDescriptorsLeftIsSurvived) {
+  TwoUsers room;
+  rlimit before{};
+  ASSERT_EQ(getrlimit(RLIMIT_NOFILE, &before), 0);
+  // Sockets that are made, but not connected, before the descriptors run out.
+  std::vector<int> waiting;
+  for (int i = 0; i < 3; ++i) waiting.push_back(::socket(AF_INET, SOCK_STREAM, 0));
+  rlimit none = before;
+  none.rlim_cur = static_cast<rlim_t>(waiting.back()) + 1;
+  ASSERT_EQ(setrlimit(RLIMIT_NOFILE, &none), 0);
+  const asio::ip::tcp::endpoint server(asio::ip::address_v4::loopback(), room.running.port());
+  for (const int descriptor : waiting) {
+    EXPECT_EQ(::connect(descriptor, server.data(), static_cast<socklen_t>(server.size())), 0);
+  }
+  room.alice.send("PM\tbob\tstill here\talice");
+  EXPECT_TRUE(room.bob.gets("PM\talice\tstill here"));
+  ASSERT_EQ(setrlimit(RLIMIT_NOFILE, &before), 0);
+  Peer carol(room.running.port(), "carol");
+  EXPECT_TRUE(carol.gets_list({"alice", "bob", "carol"}));
+  for (const int descriptor : waiting) ::close(descriptor);
+}
+
+TEST(Limits, EveryClientOfManyGetsEveryLine) {
+  constexpr int kClients = 150;
+  TemporaryFolder folder;
+  RunningServer running(folder.path());
+  std::vector<std::unique_ptr<Peer>> peers;
+  for (int i = 0; i < kClients; ++i) {
+    peers.push_back(std::make_unique<Peer>(running.port(), "user" + std::to_string(i)));
+  }
+  for (const auto& peer : peers) peer->send("Message\tx: \tfrom " + peer->nick());
+  for (const auto& reader : peers) {
+    std::size_t messages = 0;
+    while (messages < peers.size()) {
+      const std::string line = reader->next();
+      ASSERT_NE(line, "(nothing)");
+      if (line.starts_with("Message\t")) ++messages;
+    }
+  }
+}
+
+}  // namespace
+}  // namespace kelvaron::server

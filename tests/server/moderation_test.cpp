@@ -1,0 +1,195 @@
+// Who becomes a moderator, and what moderators and the others can do.
+#include <gtest/gtest.h>
+
+#include <fstream>
+
+#include "server/password.h"
+#include "tests/server/peer.h"
+
+namespace kelvaron::server {
+namespace {
+
+const std::string kGrant =
+    "STATUSTEXT\t8454016\tModerator Privlidges Granted - You are now a moderator.";
+const std::string kRefusal = "STATUSTEXT\t7895295\t";
+const std::string kProof = "RequestOP\talice\ta@example.org\tsecret word";
+
+/// alice can become a moderator, bob and carol can't.
+struct ModeratedRoom {
+  explicit ModeratedRoom(const Settings& settings = quick_settings()) {
+    const Store store(folder.path());
+    store.prepare();
+    store.set_moderator({"Alice", "a@example.org", hash_password("secret word")});
+    start(settings);
+  }
+  void start(const Settings& settings) {
+    running = std::make_unique<RunningServer>(folder.path(), settings);
+    alice = std::make_unique<Peer>(running->port(), "alice");
+    bob = std::make_unique<Peer>(running->port(), "bob");
+    carol = std::make_unique<Peer>(running->port(), "carol");
+  }
+  void grant() const {
+    alice->send(kProof);
+    ASSERT_TRUE(alice->gets(kGrant));
+  }
+
+  TemporaryFolder folder;
+  std::unique_ptr<RunningServer> running;
+  std::unique_ptr<Peer> alice, bob, carol;
+};
+
+TEST(Moderation, OnlyTheRightProofGrants) {
+  Settings settings = quick_settings();
+  settings.proofs_per_connection = 4;
+  const ModeratedRoom room(settings);
+  const std::string refused = kRefusal + "Refused. Your request was logged.";
+  for (const char* wrong :
+       {"RequestOP\talice\ta@example.org\twrong", "RequestOP\talice\tb@example.org\tsecret word",
+        "RequestOP\talice\tsecret word\ta@example.org", "RequestOP\talice\t\t"}) {
+    room.alice->send(wrong);
+    EXPECT_TRUE(room.alice->gets(refused)) << wrong;
+  }
+  room.alice->send(kProof);
+  EXPECT_TRUE(room.alice->gets(kRefusal + "Too many tries. Wait before you try again."));
+
+  room.bob->send(kProof);
+  EXPECT_TRUE(room.bob->gets(refused)) << "the nickname is the connection's, not the line's";
+  room.alice->socket().close();
+  ASSERT_TRUE(room.bob->gets("Announce\talice has left Kelvaron"));
+  Peer again(room.running->port(), "ALICE");
+  again.send(kProof);
+  EXPECT_TRUE(again.gets(kGrant));
+  again.send(kProof);
+  EXPECT_TRUE(again.gets(kRefusal + "You are a moderator already."));
+  EXPECT_TRUE(room.bob->gets_list({"ALICE", "bob", "carol"})) << "no mark in the list";
+}
+
+TEST(Moderation, WrongProofsAreCountedByAddressToo) {
+  Settings settings = quick_settings();
+  settings.proofs_per_address = 1;
+  const ModeratedRoom room(settings);
+  room.bob->send(kProof);
+  EXPECT_TRUE(room.bob->gets(kRefusal + "Refused. Your request was logged."));
+  room.alice->send(kProof);
+  EXPECT_TRUE(room.alice->gets(kRefusal + "Too many tries. Wait before you try again."));
+}
+
+TEST(Moderation, TheOthersAreRefused) {
+  const ModeratedRoom room;
+  for (const char* line : {"KICK\tcarol\tno", "BAN\tcarol\tno", "GETIP\tcarol", "MSG\tto all"}) {
+    room.bob->send(line);
+    EXPECT_TRUE(room.bob->gets(kRefusal + "Only moderators can do that.")) << line;
+  }
+  room.bob->send("THEKICK\talice\tcarol\tsecret word\ta@example.org");
+  EXPECT_TRUE(room.bob->gets(kRefusal + "Refused. Your request was logged."));
+  EXPECT_EQ(room.carol->lines(), Lines{});
+}
+
+TEST(Moderation, AModeratorWithoutTheGrantKicksWithProof) {
+  const ModeratedRoom room;
+  room.alice->send("KICK\tbob\tspam");
+  EXPECT_TRUE(room.alice->gets("Kicker"));
+  room.alice->send("THEKICK\talice\tbob[IG]\twrong\ta@example.org");
+  EXPECT_TRUE(room.alice->gets(kRefusal + "Refused. Your request was logged."));
+  room.alice->send("THEKICK\talice\tbob[IG]\tsecret word\ta@example.org");
+  EXPECT_TRUE(room.bob->gets("Kicked\talice\t"));
+  EXPECT_TRUE(room.bob->is_closed());
+}
+
+TEST(Moderation, Kick) {
+  const ModeratedRoom room;
+  room.grant();
+  room.alice->send("KICK\tnobody\tx");
+  EXPECT_TRUE(room.alice->gets(kRefusal + "nobody is not on Kelvaron."));
+  room.alice->send("KICK\tBOB\tspam and more");
+  EXPECT_TRUE(room.bob->gets("Kicked\talice\tspam and more"));
+  room.bob->send("Message\tbob: \tstill here");
+  EXPECT_TRUE(room.carol->gets("Announce\tbob was kicked by alice (spam and more)"));
+  EXPECT_TRUE(room.carol->gets_list({"alice", "carol"}));
+  EXPECT_TRUE(room.bob->is_closed());
+  EXPECT_EQ(room.carol->lines(true), Lines{}) << "neither the line nor a second farewell";
+  const Peer back(room.running->port(), "bob");
+}
+
+TEST(Moderation, ABanIsStoredAndSurvivesARestart) {
+  ModeratedRoom room;
+  room.grant();
+  room.alice->send("BAN\tbob[AW]\tspam");
+  EXPECT_TRUE(room.bob->gets("BANIP"));
+  EXPECT_EQ(room.bob->next(), "BANUSER\talice\tspam");
+  room.bob->send("IPBAN\t192.168.1.5");
+  EXPECT_TRUE(room.carol->gets("Announce\tbob was banned by alice (spam)"));
+  EXPECT_TRUE(room.bob->is_closed());
+  room.carol->send("IPBAN\t1.1.1.1");
+  for (const char* start : {"first", "second"}) {
+    SCOPED_TRACE(start);
+    Peer back(room.running->port());
+    back.send("Name\tBob\t10.0.0.7");
+    EXPECT_EQ(back.next(), "banned");
+    room.running.reset();
+    room.running = std::make_unique<RunningServer>(room.folder.path());
+  }
+  const Ban expected = {BanKind::kUser, "bob", "127.0.0.1", "192.168.1.5", "alice", "spam"};
+  EXPECT_EQ(Store(room.folder.path()).bans(), std::vector<Ban>{expected});
+}
+
+TEST(Moderation, ABanThatCannotBeStoredHoldsAndIsTold) {
+  const ModeratedRoom room;
+  room.grant();
+  std::ofstream(room.folder.path() / "bans") << "nonsense\n";
+  room.alice->send("BAN\tbob\tspam");
+  EXPECT_TRUE(
+      room.alice->gets(kRefusal + "The ban of bob could not be stored: it ends with the server."));
+  Peer back(room.running->port());
+  back.send("Name\tbob\t10.0.0.7");
+  EXPECT_EQ(back.next(), "banned");
+}
+
+TEST(Moderation, ReloadTakesABanAwayAndKeepsItWhenTheFileIsBroken) {
+  const ModeratedRoom room;
+  const auto login_of = [&](const std::string& nick) {
+    Peer peer(room.running->port());
+    peer.send("Name\t" + nick + "\t10.0.0.7");
+    return peer.next();
+  };
+  const auto reload_with = [&](const std::string& bans) {
+    std::ofstream(room.folder.path() / "bans") << bans;
+    room.running->run_on_loop([](Server& server) { server.reload(); });
+    room.alice->send("RequestOP\talice\t\t");  // goes through the same worker, behind it
+    EXPECT_TRUE(room.alice->gets(kRefusal + "Refused. Your request was logged."));
+  };
+  reload_with("nick\tdave\t\t\tby hand\tspam\n");
+  EXPECT_EQ(login_of("Dave"), "banned");
+  reload_with("nick\tdave\n");
+  EXPECT_EQ(login_of("dave"), "banned");
+  reload_with("# none\n");
+  EXPECT_EQ(login_of("dave"), "Userscl");
+}
+
+TEST(Moderation, AddressOfAUser) {
+  const ModeratedRoom room;
+  room.grant();
+  room.alice->send("GETIP\tbob[IG]");
+  EXPECT_TRUE(room.bob->gets("getip"));
+  room.bob->send("IP\t192.168.1.5");
+  room.bob->send("IP\tnot asked");
+  const std::string answer = "STATUSTEXT\t16767120\t";
+  EXPECT_TRUE(
+      room.alice->gets(answer + "bob tells the address 192.168.1.5; the server sees 127.0.0.1"));
+  room.alice->send("GETIP\tcarol");
+  EXPECT_TRUE(room.alice->gets(answer + "carol tells no address; the server sees 127.0.0.1"));
+}
+
+TEST(Moderation, MessageToAll) {
+  const ModeratedRoom room;
+  room.grant();
+  room.alice->send("MSG\tModerator Privlidges Granted - You are now a moderator.");
+  const Lines expected = {
+      "STATUSTEXT\t8454143\tMessage from alice: Moderator Privlidges Granted - You are now a "
+      "moderator."};
+  EXPECT_EQ(room.alice->lines(), expected);
+  EXPECT_EQ(room.bob->lines(), expected);
+}
+
+}  // namespace
+}  // namespace kelvaron::server

@@ -1,0 +1,133 @@
+// Blocking sockets with a time-out on each read.
+#include "tests/server/peer.h"
+
+#include <gtest/gtest.h>
+#include <stdlib.h>
+#include <sys/socket.h>
+#include <sys/time.h>
+
+#include <array>
+#include <asio/write.hpp>
+#include <future>
+
+namespace kelvaron::server {
+namespace {
+
+constexpr int kPatienceSeconds = 5;
+constexpr std::string_view kClosed = "(closed)";
+
+}  // namespace
+
+TemporaryFolder::TemporaryFolder() {
+  std::string name = (std::filesystem::temp_directory_path() / "kelvaron-server-XXXXXX").string();
+  if (::mkdtemp(name.data()) == nullptr) throw std::runtime_error("no temporary folder");
+  path_ = name;
+}
+
+TemporaryFolder::~TemporaryFolder() { std::filesystem::remove_all(path_); }
+
+Settings quick_settings() {
+  Settings settings;
+  settings.burst_lines = 100'000;
+  settings.list_delay_ms = 10;
+  settings.leave_grace_ms = 200;
+  settings.address_answer_ms = 200;
+  return settings;
+}
+
+RunningServer::RunningServer(const std::filesystem::path& folder, const Settings& settings)
+    : server_(std::make_unique<Server>(
+          io_, Options{.address = "127.0.0.1", .port = 0, .folder = folder, .settings = settings})),
+      port_(server_->port()),
+      thread_([this] { io_.run(); }) {}
+
+RunningServer::~RunningServer() {
+  run_on_loop([](Server& server) { server.stop(); });
+  thread_.join();
+}
+
+void RunningServer::run_on_loop(const std::function<void(Server&)>& call) {
+  std::promise<void> done;
+  asio::post(io_, [&] {
+    call(*server_);
+    done.set_value();
+  });
+  done.get_future().wait();
+}
+
+Peer::Peer(std::uint16_t port) : socket_(io_) {
+  socket_.connect({asio::ip::address_v4::loopback(), port});
+  socket_.set_option(asio::ip::tcp::no_delay(true));
+  timeval patience{};
+  patience.tv_sec = kPatienceSeconds;
+  ::setsockopt(socket_.native_handle(), SOL_SOCKET, SO_RCVTIMEO, &patience, sizeof patience);
+}
+
+Peer::Peer(std::uint16_t port, std::string nick) : Peer(port) {
+  nick_ = std::move(nick);
+  send("Name\t" + nick_ + "\t10.0.0.7");
+  EXPECT_TRUE(gets("Users\t" + nick_)) << nick_ << " can't log in";
+}
+
+void Peer::send(std::string_view line) { send_raw(std::string(line) + "\r\n"); }
+
+void Peer::send_raw(std::string_view bytes) {
+  std::error_code closed_by_the_server;
+  asio::write(socket_, asio::buffer(bytes), closed_by_the_server);
+}
+
+std::string Peer::next() {
+  while (true) {
+    const std::size_t end = received_.find("\r\n");
+    if (end != std::string::npos) {
+      std::string line = received_.substr(0, end);
+      received_.erase(0, end + 2);
+      return line;
+    }
+    std::array<char, 65536> block{};
+    const ssize_t count = ::recv(socket_.native_handle(), block.data(), block.size(), 0);
+    if (count < 0 && (errno == EAGAIN || errno == EWOULDBLOCK)) return "(nothing)";
+    if (count <= 0) return std::string(kClosed);
+    received_.append(block.data(), static_cast<std::size_t>(count));
+  }
+}
+
+bool Peer::gets(std::string_view line) {
+  while (true) {
+    const std::string got = next();
+    if (got == line) return true;
+    if (got == kClosed || got == "(nothing)") return false;
+  }
+}
+
+bool Peer::is_closed() { return gets(kClosed); }
+
+Lines Peer::lines(bool all) {
+  const std::string fence = "fence " + std::to_string(++fences_);
+  send("PM\t" + nick_ + "\t" + fence + "\t" + nick_);
+  const std::string end = "PM\t" + nick_ + "\t" + fence;
+  Lines result;
+  for (std::string line = next(); line != end; line = next()) {
+    if (line == kClosed || line == "(nothing)") {
+      ADD_FAILURE() << nick_ << " gets no more lines: " << line;
+      break;
+    }
+    const std::string keyword = line.substr(0, line.find('\t'));
+    const bool common = keyword == "Users" || keyword == "Userscl" || keyword == "Announce";
+    if (all || !common) result.push_back(std::move(line));
+  }
+  return result;
+}
+
+bool Peer::gets_list(const Lines& entries) {
+  Lines newest;
+  while (newest != entries) {
+    const std::string line = next();
+    if (line == "Userscl") newest.clear();
+    if (line.starts_with("Users\t")) newest.push_back(line.substr(6));
+    if (line == kClosed || line == "(nothing)") return false;
+  }
+  return true;
+}
+
+}  // namespace kelvaron::server

@@ -1,0 +1,103 @@
+// A server on a thread of its own, and clients that speak to it over loopback.
+#pragma once
+
+#include <asio/io_context.hpp>
+#include <asio/ip/tcp.hpp>
+#include <filesystem>
+#include <functional>
+#include <memory>
+#include <string>
+#include <string_view>
+#include <thread>
+#include <vector>
+
+#include "server/server.h"
+#include "server/store.h"
+
+namespace kelvaron::server {
+
+using Lines = std::vector<std::string>;
+
+/// A folder that goes with the object.
+class TemporaryFolder {
+ public:
+  TemporaryFolder();
+  ~TemporaryFolder();
+  TemporaryFolder(const TemporaryFolder&) = delete;
+  TemporaryFolder& operator=(const TemporaryFolder&) = delete;
+  [[nodiscard]] const std::filesystem::path& path() const { return path_; }
+
+ private:
+  std::filesystem::path path_;
+};
+
+/// Settings for tests: no slow-down, short times where a test waits for the time-out.
+Settings quick_settings();
+
+class RunningServer {
+ public:
+  explicit RunningServer(const std::filesystem::path& folder,
+                         const Settings& settings = quick_settings());
+  ~RunningServer();
+  RunningServer(const RunningServer&) = delete;
+  RunningServer& operator=(const RunningServer&) = delete;
+
+  [[nodiscard]] std::uint16_t port() const { return port_; }
+  void run_on_loop(const std::function<void(Server&)>& call);
+
+ private:
+  asio::io_context io_{1};
+  std::unique_ptr<Server> server_;
+  std::uint16_t port_;
+  std::thread thread_;
+};
+
+/// A client whose reads give up after some seconds, with a failure of the test.
+class Peer {
+ public:
+  explicit Peer(std::uint16_t port);
+  /// Logs in and waits for the user list.
+  Peer(std::uint16_t port, std::string nick);
+
+  void send(std::string_view line);
+  void send_raw(std::string_view bytes);
+
+  /// The next line without its line end, or "(closed)" at the end of the connection.
+  std::string next();
+  /// Reads up to and including this line; whether it came.
+  bool gets(std::string_view line);
+  /// Reads up to the end of the connection; whether it came within the time.
+  bool is_closed();
+  /// All lines that the server has for this client once it has handled all that this client sent;
+  /// user lists and announcements are left out unless asked for.
+  Lines lines(bool all = false);
+  /// As `lines`, of another client, once the server has handled what this one sent.
+  Lines sent_to(Peer& other) {
+    lines();
+    return other.lines();
+  }
+  /// Reads on until the newest user list is this one; whether it came.
+  bool gets_list(const Lines& entries);
+
+  asio::ip::tcp::socket& socket() { return socket_; }
+  [[nodiscard]] const std::string& nick() const { return nick_; }
+
+ private:
+  asio::io_context io_;
+  asio::ip::tcp::socket socket_;
+  std::string nick_;
+  std::string received_;
+  int fences_ = 0;
+};
+
+/// A server in a folder of its own, with two users in the room.
+struct TwoUsers {
+  explicit TwoUsers(const Settings& settings = quick_settings())
+      : running(folder.path(), settings) {}
+  TemporaryFolder folder;
+  RunningServer running;
+  Peer alice{running.port(), "alice"};
+  Peer bob{running.port(), "bob"};
+};
+
+}  // namespace kelvaron::server

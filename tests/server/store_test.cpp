@@ -1,0 +1,142 @@
+// The folder of files, the settings and the command line.
+#include "server/store.h"
+
+#include <gtest/gtest.h>
+
+#include <fstream>
+#include <sstream>
+
+#include "server/file.h"
+#include "server/options.h"
+#include "server/password.h"
+#include "tests/server/peer.h"
+
+namespace kelvaron::server {
+namespace {
+
+template <class Call>
+std::string error_of(Call call) {
+  try {
+    call();
+  } catch (const std::runtime_error& error) {
+    return error.what();
+  }
+  return "no error";
+}
+
+TEST(Store, DefaultsOfAFreshFolder) {
+  TemporaryFolder folder;
+  const Store store(folder.path() / "new" / "deeper");
+  store.prepare();
+  EXPECT_EQ(store.reserved(), (std::vector<std::string>{"QZN", "Sorrel"}));
+  EXPECT_TRUE(store.bans().empty());
+  EXPECT_TRUE(store.moderators().empty());
+  EXPECT_EQ(store.motd(), "Welcome to Kelvaron.");
+  EXPECT_EQ(store.settings().line_limit, 65'536);
+  std::ofstream(store.folder() / "reserved") << "admin\n";
+  store.prepare();
+  EXPECT_EQ(store.reserved(), std::vector<std::string>{"admin"}) << "what is there stays";
+}
+
+TEST(Store, ChangesKeepTheRestOfTheFile) {
+  TemporaryFolder folder;
+  const Store store(folder.path());
+  std::ofstream(folder.path() / "bans") << "# mine\r\nnick\tx\t\t\tby hand\t\r\n";
+  store.add_ban({BanKind::kUser, "bob", "10.1.1.1", "", "alice", "a\tb\nc"});
+  store.note_told_address("BOB", "10.0.0.7");
+  store.note_told_address("unknown", "1.1.1.1");
+  EXPECT_EQ(*read_file(folder.path() / "bans"),
+            "# mine\nnick\tx\t\t\tby hand\t\nuser\tbob\t10.1.1.1\t10.0.0.7\talice\ta b c\n");
+  store.set_moderator({"#ann", "a@example.org", "one"});
+  store.set_moderator({"bob", "b@example.org", "two"});
+  store.set_moderator({"#ANN", "c@example.org", "three"});
+  EXPECT_EQ(*read_file(folder.path() / "moderators"),
+            "bob\tb@example.org\ttwo\n#ANN\tc@example.org\tthree\n");
+  EXPECT_EQ(std::distance(std::filesystem::directory_iterator(folder.path()), {}), 2)
+      << "nothing is left beside the files";
+}
+
+TEST(Store, WhatABanKeepsOut) {
+  const std::vector<std::tuple<BanKind, std::string, std::string, bool>> cases = {
+      {BanKind::kUser, "BOB", "10.9.9.9", true},     {BanKind::kUser, "eve", "10.1.1.1", true},
+      {BanKind::kNick, "bob", "10.9.9.9", true},     {BanKind::kNick, "eve", "10.1.1.1", false},
+      {BanKind::kAddress, "bob", "10.9.9.9", false}, {BanKind::kAddress, "eve", "10.1.1.1", true},
+      {BanKind::kUser, "eve", "10.1.1.10", false},
+  };
+  for (const auto& [kind, nick, address, out] : cases) {
+    const Ban ban{kind, "bob", "10.1.1.1", "", "", ""};
+    EXPECT_EQ(ban.keeps_out(nick, address), out) << nick << ' ' << address;
+  }
+  for (const char* own : {"127.0.0.1", "127.1.2.3", "::1"}) {
+    EXPECT_FALSE((Ban{BanKind::kUser, "bob", own, "", "", ""}.keeps_out("eve", own))) << own;
+  }
+}
+
+TEST(Store, FaultsNameTheFileAndTheLine) {
+  TemporaryFolder folder;
+  const Store store(folder.path());
+  const std::vector<std::tuple<std::string, std::string, std::string>> cases = {
+      {"settings", "# x\n\nline_limit = 12x\n", "settings, line 3: line_limit must be a number"},
+      {"settings", "line_limit = 1", "settings, line 1: line_limit must be a number from 256"},
+      {"settings", "line_limit = 99999999999999999999", "settings, line 1: line_limit must be"},
+      {"settings", "speed = 3\n", "settings, line 1: there is no setting \"speed\""},
+      {"settings", "line_limit\n", "settings, line 1: a line must read: key = value"},
+      {"reserved", "good\na b\n", "reserved, line 2: \"a b\" can't be a nickname"},
+      {"moderators", "bob\tx@example.org\n", "moderators, line 1: a line must hold"},
+      {"bans", "\nuser\tbob\n", "bans, line 2: a line must hold"},
+      {"bans", "ip\tbob\t\t\t\t\n", "bans, line 1: a line must hold"},
+  };
+  for (const auto& [file, text, fault] : cases) {
+    SCOPED_TRACE(text);
+    store.prepare();
+    std::ofstream(folder.path() / file) << text;
+    asio::io_context io;
+    const auto start = [&] {
+      const Server server(io, {.address = "127.0.0.1", .port = 0, .folder = folder.path()});
+    };
+    EXPECT_TRUE(error_of(start).starts_with(fault)) << error_of(start);
+    EXPECT_EQ(*read_file(folder.path() / file), text) << "the file is left alone";
+    std::filesystem::remove(folder.path() / file);
+  }
+  std::ofstream(folder.path() / "plain") << "x";
+  EXPECT_NE(error_of([&] { Store(folder.path() / "plain").prepare(); }), "no error");
+  std::filesystem::create_directory(folder.path() / "motd.new");
+  EXPECT_TRUE(error_of([&] {
+                replace_file(folder.path() / "motd", "x");
+              }).ends_with("can't be written: Is a directory"));
+}
+
+TEST(Store, PasswordsAreKeptAsHashes) {
+  const std::string hash = hash_password("secret word");
+  EXPECT_TRUE(hash.starts_with("$argon2id$"));
+  EXPECT_TRUE(is_password(hash, "secret word"));
+  EXPECT_FALSE(is_password(hash, "secret word "));
+  for (const std::string& broken : {std::string(), std::string("secret word"),
+                                    std::string(4096, '$'), hash.substr(0, hash.size() - 1)}) {
+    EXPECT_FALSE(is_password(broken, "secret word")) << broken;
+  }
+}
+
+TEST(Options, CommandLine) {
+  const std::vector<std::pair<std::vector<const char*>, std::string>> wrong = {
+      {{"--port"}, "--port needs a value"},
+      {{"--port", "65536"}, "a port is a number from 0 to 65535, not \"65536\""},
+      {{"--port", "30x"}, "a port is a number from 0 to 65535, not \"30x\""},
+      {{"--address", "localhost"}, "\"localhost\" is not a numeric address"},
+      {{"--folder", ""}, "the folder's name is empty"},
+      {{"--add-moderator", "bob"}, "--add-moderator needs a nickname and an e-mail address"},
+      {{"--add-moderator", "bob", "a\tb"}, "that is no e-mail address"},
+      {{"extra"}, "unknown option \"extra\""},
+  };
+  for (const auto& [arguments, fault] : wrong) {
+    EXPECT_EQ(error_of([&, &line = arguments] { parse_command_line(line); }), fault);
+  }
+  const std::vector<const char*> right = {"--address", "::", "--folder", "d", "--port", "0"};
+  const CommandLine line = parse_command_line(right);
+  EXPECT_EQ(line.options.address, "::");
+  EXPECT_EQ(line.options.folder, "d");
+  EXPECT_EQ(line.options.port, 0);
+}
+
+}  // namespace
+}  // namespace kelvaron::server
