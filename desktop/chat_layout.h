@@ -17,7 +17,7 @@ namespace kelvaron {
 struct ChatRow {
   std::size_t line = 0;
   std::size_t row = 0;
-  auto operator<=>(const ChatRow&) const = default;
+  auto operator<=>(const ChatRow&) const = default;  // NOLINT(modernize-use-nullptr)
 };
 
 class ChatLayout {

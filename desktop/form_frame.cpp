@@ -65,7 +65,7 @@ void FormFrame::scrollContent() {
   if (std::exchange(scrolls_, true)) return;
   auto* area = new QScrollArea(this);
   area->setFrameShape(QFrame::NoFrame);
-  layout_->replaceWidget(content_, area);
+  delete layout_->replaceWidget(content_, area);
   area->setWidget(content_);
   layout_->setSizeConstraint(QLayout::SetDefaultConstraint);
   setMaximumSize(room());

@@ -23,7 +23,7 @@ namespace kelvaron {
 struct TextPosition {
   std::size_t line = 0;
   std::size_t column = 0;
-  auto operator<=>(const TextPosition&) const = default;
+  auto operator<=>(const TextPosition&) const = default;  // NOLINT(modernize-use-nullptr)
 };
 
 /// How characters look.

@@ -133,7 +133,8 @@ bool Connection::take_tokens(std::size_t line_size) {
   tokens_ = std::min(tokens_ + elapsed.count() * static_cast<double>(settings_.lines_per_second),
                      static_cast<double>(settings_.burst_lines));
   if (tokens_ < 1.0) return false;
-  tokens_ -= 1.0 + static_cast<double>(line_size / 1024);
+  const std::size_t price = 1 + line_size / 1024;
+  tokens_ -= static_cast<double>(price);
   return true;
 }
 

@@ -86,6 +86,12 @@ void allow_many_connections() {
   setrlimit(RLIMIT_NOFILE, &limit);
 }
 
+/// "127.0.0.1:3069", "[::1]:3069".
+std::string place(const std::string& address, std::uint16_t port) {
+  const bool v6 = address.find(':') != std::string::npos;
+  return (v6 ? '[' + address + ']' : address) + ':' + std::to_string(port);
+}
+
 int serve(Options options) {
   allow_many_connections();
   asio::io_context io(1);
@@ -108,7 +114,7 @@ int serve(Options options) {
     });
   };
   await_reload();
-  std::cout << "kelvaron-server listens on " << address << ':' << server.port() << ", folder "
+  std::cout << "kelvaron-server listens on " << place(address, server.port()) << ", folder "
             << folder << std::endl;
   io.run();
   return 0;
@@ -122,7 +128,7 @@ int run(CommandLine line) {
   Options& options = line.options;
   if (options.folder.empty()) options.folder = default_folder();
   if (line.new_moderator) return add_moderator(Store(options.folder), *line.new_moderator);
-  const std::string where = options.address + ":" + std::to_string(options.port);
+  const std::string where = place(options.address, options.port);
   try {
     return serve(std::move(options));
   } catch (const std::system_error& error) {

@@ -66,7 +66,8 @@ TEST(Pages, OnlyOfTheWeb) {
   EventGate gate(edge);
   QtApplication application(gate);
   PageCatcher catcher;
-  for (const char* scheme : {"http", "https", "file", "ssh", "mailto"}) {
+  const QStringList schemes = {"http", "https", "file", "ssh", "mailto"};
+  for (const QString& scheme : schemes) {
     QDesktopServices::setUrlHandler(scheme, &catcher, "open");
   }
   for (const char* address :
@@ -74,6 +75,7 @@ TEST(Pages, OnlyOfTheWeb) {
         "mailto:a@b", "relative", "http:", "-option"}) {
     application.showPage(address);
   }
+  for (const QString& scheme : schemes) QDesktopServices::unsetUrlHandler(scheme);
   EXPECT_EQ(catcher.opened, (QStringList{"http://one.example/", "https://two.example/a"}));
 }
 

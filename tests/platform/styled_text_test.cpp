@@ -215,7 +215,7 @@ TEST(StyledText, ALineMayBeLongerThanAChunkAndGrowInPieces) {
   expected += "\r\n" + whole;
   EXPECT_TRUE(text.text() == expected);
   EXPECT_EQ(text.runCount(1), 1U);
-  EXPECT_LT(text.memoryUsed(), 4 * expected.size());
+  EXPECT_LT(text.memoryUsed(), expected.size() * 7 / 4) << "outgrown chunks are given back";
 }
 
 TEST(StyledText, InsertionsInTheMiddleDoNotPileUpMemory) {
@@ -345,7 +345,7 @@ void expectSame(const StyledText& text, const Model& model) {
 
 TEST(StyledText, AgreesWithANaiveModelOverRandomEdits) {
   constexpr std::array<Color, 3> kColors = {kRed, kGreen, kBlue};
-  for (unsigned seed = 0; seed < 30; ++seed) {
+  for (unsigned seed = 0; seed < 16; ++seed) {
     std::mt19937 random(seed);
     const auto below = [&random](std::size_t n) { return random() % n; };
     // Some rounds fill more than the 512 lines between two noted offsets, some more than a chunk.

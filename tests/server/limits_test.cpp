@@ -4,6 +4,8 @@
 #include <sys/socket.h>
 #include <unistd.h>
 
+#include <algorithm>
+#include <array>
 #include <chrono>
 
 #include "tests/server/peer.h"
@@ -75,6 +77,28 @@ TEST(Limits, AClientThatDoesNotReadIsDroppedAtTheLimitOfItsQueue) {
   EXPECT_TRUE(room.alice.gets_list({"alice"}));
 }
 
+TEST(Limits, UserListsDoNotPileUpForAClientThatDoesNotRead) {
+  constexpr int kChanges = 12;
+  Settings settings = quick_settings();
+  settings.queue_limit = 100'000'000;
+  TwoUsers room(settings);
+  // More than the sockets between bob and the server hold, so that the rest waits in the server.
+  for (int i = 0; i < 200; ++i) room.alice.send("PM\tbob\t" + std::string(60'000, 'x') + "\talice");
+  for (int i = 0; i < kChanges; ++i) {
+    room.alice.send(i % 2 == 0 ? "INGAME\talice" : "RETURN\talice");
+    ASSERT_TRUE(room.alice.gets_list({i % 2 == 0 ? "alice[IG]" : "alice", "bob"}));
+  }
+  room.alice.send("[AW]\talice");
+  ASSERT_TRUE(room.alice.gets_list({"alice[AW]", "bob"}));
+  const Lines all = room.bob.lines(true);
+  EXPECT_EQ(std::count_if(all.begin(), all.end(),
+                          [](const std::string& line) { return line.starts_with("PM\t"); }),
+            200);
+  // One list may have come before the sockets were full.
+  EXPECT_LE(std::count(all.begin(), all.end(), "Userscl"), 3);
+  EXPECT_EQ(Lines(all.end() - 3, all.end()), (Lines{"Userscl", "Users\talice[AW]", "Users\tbob"}));
+}
+
 TEST(Limits, ConnectionsInAll) {
   Settings settings = quick_settings();
   settings.connections = 3;
@@ -94,8 +118,8 @@ TEST(Limits, NoDescriptorsLeftIsSurvived) {
   rlimit before{};
   ASSERT_EQ(getrlimit(RLIMIT_NOFILE, &before), 0);
   // Sockets that are made, but not connected, before the descriptors run out.
-  std::vector<int> waiting;
-  for (int i = 0; i < 3; ++i) waiting.push_back(::socket(AF_INET, SOCK_STREAM, 0));
+  std::array<int, 3> waiting{};
+  for (int& each : waiting) each = ::socket(AF_INET, SOCK_STREAM, 0);
   rlimit none = before;
   none.rlim_cur = static_cast<rlim_t>(waiting.back()) + 1;
   ASSERT_EQ(setrlimit(RLIMIT_NOFILE, &none), 0);
@@ -116,6 +140,7 @@ TEST(Limits, EveryClientOfManyGetsEveryLine) {
   TemporaryFolder folder;
   RunningServer running(folder.path());
   std::vector<std::unique_ptr<Peer>> peers;
+  peers.reserve(kClients);
   for (int i = 0; i < kClients; ++i) {
     peers.push_back(std::make_unique<Peer>(running.port(), "user" + std::to_string(i)));
   }
