@@ -18,7 +18,8 @@ void QtApplication::DoEvents() {
 
 void QtApplication::showPage(const std::string& address) {
   const QUrl url(shownText(address), QUrl::StrictMode);
-  const bool page = url.scheme() == QStringLiteral("http") || url.scheme() == QStringLiteral("https");
+  const bool page =
+      url.scheme() == QStringLiteral("http") || url.scheme() == QStringLiteral("https");
   if (page && !url.host().isEmpty()) QDesktopServices::openUrl(url);
 }
 

@@ -41,7 +41,8 @@ void ControlView::changed() {
     return;
   }
   if (std::exchange(waits_, true)) return;
-  QMetaObject::invokeMethod(this, [this] { settle(); }, Qt::QueuedConnection);
+  QMetaObject::invokeMethod(
+      this, [this] { settle(); }, Qt::QueuedConnection);
 }
 
 void ControlView::settle() {
@@ -57,8 +58,8 @@ void ControlView::refreshAll() {
 }
 
 void ControlView::refreshPlace() {
-  widget_->setGeometry(toPixels(control_->Left), toPixels(control_->Top),
-                       toPixels(control_->Width), toPixels(control_->Height));
+  widget_->setGeometry(toPixels(control_->Left), toPixels(control_->Top), toPixels(control_->Width),
+                       toPixels(control_->Height));
 }
 
 bool ControlView::enterPressed(Qt::KeyboardModifiers /*modifiers*/) { return host_.pressDefault(); }

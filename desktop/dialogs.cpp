@@ -123,7 +123,8 @@ class MessageBox : public Box {
           this->style()->standardIcon(*icon).pixmap(QSize(size, size), devicePixelRatioF()));
       grid().addWidget(picture, 0, 0, Qt::AlignTop);
     }
-    grid().addWidget(makeText(text, *this), 0, 1, Qt::AlignVCenter);
+    const int column = grid().itemAtPosition(0, 0) == nullptr ? 0 : 1;
+    grid().addWidget(makeText(text, *this), 0, column, 1, 2 - column, Qt::AlignVCenter);
     buttons().button(QDialogButtonBox::Ok)->setFocus();
   }
 };

@@ -57,8 +57,8 @@ void FormFrame::setContentSize(QSize size) {
     resize(inside.width(), inside.height() + barHeight(inside.width()));
     return;
   }
-  if (size != size.boundedTo(space)) scrollContent();
   content_->setFixedSize(size);
+  if (size != size.boundedTo(space)) scrollContent();
 }
 
 void FormFrame::scrollContent() {
@@ -110,8 +110,7 @@ void FormFrame::keyPressEvent(QKeyEvent* event) {
 }
 
 bool FormFrame::eventFilter(QObject* watched, QEvent* event) {
-  if (watched == content_ && event->type() == QEvent::Resize && kind_.sizable &&
-      onContentResized) {
+  if (watched == content_ && event->type() == QEvent::Resize && kind_.sizable && onContentResized) {
     onContentResized(content_->size());
   }
   return QWidget::eventFilter(watched, event);

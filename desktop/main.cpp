@@ -1,6 +1,8 @@
 // The desktop client.
 #include <QApplication>
 #include <QIcon>
+#include <QTimer>
+#include <chrono>
 
 #include "client/kelvaron_client.h"
 #include "desktop/application.h"
@@ -13,6 +15,9 @@
 #include "native/native_socket.h"
 
 namespace {
+
+// Reading the icon's pictures would hold up the first window.
+constexpr std::chrono::milliseconds kIconDelay{100};
 
 QIcon programIcon() {
   QIcon icon;
@@ -29,7 +34,6 @@ int main(int argc, char** argv) {
   QApplication application(argc, argv);
   QApplication::setApplicationName(QStringLiteral("Kelvaron"));
   QApplication::setDesktopFileName(QStringLiteral("kelvaron"));
-  QApplication::setWindowIcon(programIcon());
   QApplication::setQuitOnLastWindowClosed(false);
   applyTheme(application);
 
@@ -46,6 +50,7 @@ int main(int argc, char** argv) {
   const std::unique_ptr<Client> client =
       makeClient(edge, Ports{sockets, dialogs, sounds, files, program});
   const Shell shell(*client, gate);
+  QTimer::singleShot(kIconDelay, [] { QApplication::setWindowIcon(programIcon()); });
   start(*client);
   return edge.ended() ? 0 : QApplication::exec();
 }

@@ -12,7 +12,8 @@ Menus::Menus(Form& form, EventGate& gate, QWidget& window) : gate_(gate) {
   if (items.empty()) return;
   bar_ = new QMenuBar(&window);
   for (MenuItem* item : items) add(*item, *bar_);
-  bar_->setVisible(std::ranges::any_of(items, [](const MenuItem* item) { return item->Visible.get(); }));
+  bar_->setVisible(
+      std::ranges::any_of(items, [](const MenuItem* item) { return item->Visible.get(); }));
 }
 
 void Menus::detach() {

@@ -16,12 +16,9 @@ class DescriptorWatch final : public LoopWatch {
  public:
   DescriptorWatch(int descriptor, QSocketNotifier::Type type, std::function<void()> ready)
       : notifier_(new QSocketNotifier(descriptor, type)) {
-    // The copy keeps the call alive when it destroys this watch.
+    // The toolkit keeps the call alive while it runs, also when it destroys this watch.
     QObject::connect(notifier_.get(), &QSocketNotifier::activated, notifier_.get(),
-                     [ready = std::make_shared<std::function<void()>>(std::move(ready))] {
-                       const auto alive = ready;
-                       (*alive)();
-                     });
+                     [ready = std::move(ready)] { ready(); });
   }
   ~DescriptorWatch() override {
     notifier_->setEnabled(false);
@@ -40,10 +37,7 @@ class TimerWatch final : public LoopWatch {
     timer_->setSingleShot(true);
     timer_->setTimerType(Qt::PreciseTimer);
     QObject::connect(timer_.get(), &QTimer::timeout, timer_.get(),
-                     [due = std::make_shared<std::function<void()>>(std::move(due))] {
-                       const auto alive = due;
-                       (*alive)();
-                     });
+                     [due = std::move(due)] { due(); });
     timer_->start(delay);
   }
   ~TimerWatch() override {

@@ -10,9 +10,7 @@ RichTextBoxView::RichTextBoxView(RichTextBox& box, ViewHost& host, QWidget* pare
   // Queued, so that no handler runs while the chat view is on the stack.
   connect(
       chat, &ChatView::linkActivated, this,
-      [this](const QUrl& url) {
-        this->host().openPage(QString::fromLatin1(url.toEncoded()));
-      },
+      [this](const QUrl& url) { this->host().openPage(QString::fromLatin1(url.toEncoded())); },
       Qt::QueuedConnection);
   connect(
       chat, &ChatView::typed, this, [this](const QString& text) { this->host().typeAhead(text); },

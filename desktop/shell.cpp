@@ -9,10 +9,9 @@ namespace kelvaron {
 Shell::Shell(Client& client, EventGate& gate)
     : client_(client),
       gate_(gate),
-      services_{gate, [this](Form& form) { client_.slots.unload(form); },
-                [this](const std::string& address) {
-                  client_.ports.application.showPage(address);
-                }} {
+      services_{
+          gate, [this](Form& form) { client_.slots.unload(form); },
+          [this](const std::string& address) { client_.ports.application.showPage(address); }} {
   client_.slots.onLoaded = [this](Form& form) { loaded(form); };
   client_.slots.onUnloaded = [this](const Form& form) { unloaded(form); };
   client_.edge.onEnd = [this] { end(); };
@@ -34,9 +33,7 @@ ShownForm* Shell::shown(const Form& form) const {
   return found == shown_.end() ? nullptr : found->second.get();
 }
 
-void Shell::loaded(Form& form) {
-  shown_[&form] = std::make_unique<ShownForm>(form, services_);
-}
+void Shell::loaded(Form& form) { shown_[&form] = std::make_unique<ShownForm>(form, services_); }
 
 void Shell::unloaded(const Form& form) {
   const auto found = shown_.find(&form);

@@ -29,7 +29,8 @@ Qt::CursorShape shape(MousePointer pointer) {
 const QWidget* anchorFor(const QWidget& frame) {
   const QWidget* anchor = nullptr;
   for (const QWidget* window : QApplication::topLevelWidgets()) {
-    if (window == &frame || !window->isVisible() || dynamic_cast<const FormFrame*>(window) == nullptr) {
+    if (window == &frame || !window->isVisible() ||
+        dynamic_cast<const FormFrame*>(window) == nullptr) {
       continue;
     }
     if (window->isActiveWindow()) return window;
@@ -51,8 +52,7 @@ ShownForm::ShownForm(Form& form, const ShellServices& services)
       later();
     };
     if (control->kind == ControlKind::timer) {
-      timers_.push_back(
-          std::make_unique<TimerView>(static_cast<Timer&>(*control), services_.gate));
+      timers_.push_back(std::make_unique<TimerView>(static_cast<Timer&>(*control), services_.gate));
     }
   }
   if (form.Visible) changed();
@@ -128,7 +128,8 @@ void ShownForm::changed() {
 
 void ShownForm::later() {
   if (std::exchange(waits_, true)) return;
-  QMetaObject::invokeMethod(&turn_, [this] { apply(); }, Qt::QueuedConnection);
+  QMetaObject::invokeMethod(
+      &turn_, [this] { apply(); }, Qt::QueuedConnection);
 }
 
 void ShownForm::apply() {
@@ -150,8 +151,7 @@ void ShownForm::apply() {
   }
   applyPlace();
   // A window that comes by itself leaves the keyboard where the user types.
-  const bool comesByItself =
-      !activates && !asked && QApplication::activeWindow() != nullptr;
+  const bool comesByItself = !activates && !asked && QApplication::activeWindow() != nullptr;
   frame_->setAttribute(Qt::WA_ShowWithoutActivating, comesByItself);
   const bool appears = !frame_->isVisible();
   frame_->show();
@@ -166,9 +166,7 @@ void ShownForm::apply() {
 void ShownForm::build() {
   frame_ = std::make_unique<FormFrame>(
       FormFrame::Kind{.sizable = form_->Sizable, .closable = form_->ControlBox});
-  frame_->onClose = [this] {
-    services_.gate.run([this] { services_.close(*form_); });
-  };
+  frame_->onClose = [this] { services_.gate.run([this] { services_.close(*form_); }); };
   frame_->onMoved = [this](QPoint place) {
     place_ = {toTwips(place.x()), toTwips(place.y())};
     form_->Left.setQuietly(place_.x());

@@ -1,5 +1,6 @@
 #include "desktop/text_box_view.h"
 
+#include <QCoreApplication>
 #include <QKeyEvent>
 #include <QTextDocument>
 #include <algorithm>
@@ -11,7 +12,11 @@
 namespace kelvaron {
 namespace {
 
-void setColors(QWidget& widget, const std::optional<Color>& text, const std::optional<Color>& base) {
+// Pixels between a box's border and its text.
+constexpr int kTextMargin = 4;
+
+void setColors(QWidget& widget, const std::optional<Color>& text,
+               const std::optional<Color>& base) {
   QPalette palette;
   if (text) palette.setColor(QPalette::Text, toQt(*text));
   if (base) palette.setColor(QPalette::Base, toQt(*base));
@@ -76,6 +81,7 @@ TextLineView::TextLineView(TextBox& box, ViewHost& host, QWidget* parent)
     : TextBoxView(box, host, new QLineEdit(parent)), edit_(static_cast<QLineEdit&>(widget())) {
   edit_.setMaxLength(std::numeric_limits<int>::max());
   edit_.setDragEnabled(false);
+  edit_.setTextMargins(kTextMargin, 0, kTextMargin, 0);
   connect(&edit_, &QLineEdit::textChanged, this, [this] { textEdited(); });
   connect(&edit_, &QLineEdit::cursorPositionChanged, this, [this] { caretMoved(); });
 }
@@ -91,9 +97,14 @@ QString TextLineView::toWidget(const std::string& text) const {
 void TextLineView::refreshLook() {
   edit_.setReadOnly(box().Locked);
   const char mask = box().PasswordChar;
-  edit_.setEchoMode(mask == '\0' ? QLineEdit::Normal : QLineEdit::Password);
-  if (mask != '\0') {
-    edit_.setProperty(kPasswordCharacter, unicodeOf(static_cast<unsigned char>(mask)));
+  const QVariant character =
+      mask == '\0' ? QVariant() : QVariant(int{unicodeOf(static_cast<unsigned char>(mask))});
+  if (edit_.property(kPasswordCharacter) != character) {
+    edit_.setProperty(kPasswordCharacter, character);
+    edit_.setEchoMode(mask == '\0' ? QLineEdit::Normal : QLineEdit::Password);
+    // The widget asks its style for the character at these events only.
+    QEvent change(QEvent::StyleChange);
+    QCoreApplication::sendEvent(&edit_, &change);
   }
   std::optional<Color> color = box().ForeColor;
   if (box().kind == ControlKind::richTextLine) color = static_cast<RichTextLine&>(box()).SelColor;
@@ -105,6 +116,7 @@ TextAreaView::TextAreaView(TextBox& box, ViewHost& host, QWidget* parent)
       edit_(static_cast<QPlainTextEdit&>(widget())) {
   edit_.setWordWrapMode(QTextOption::WrapAtWordBoundaryOrAnywhere);
   edit_.setTabChangesFocus(true);
+  edit_.document()->setDocumentMargin(kTextMargin + 2);
   edit_.viewport()->installEventFilter(this);
   connect(&edit_, &QPlainTextEdit::textChanged, this, [this] { textEdited(); });
   connect(&edit_, &QPlainTextEdit::cursorPositionChanged, this, [this] { caretMoved(); });

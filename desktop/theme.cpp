@@ -15,6 +15,7 @@ constexpr QColor kButton{44, 49, 60};
 constexpr QColor kAccent{128, 226, 180};
 constexpr QColor kSelection{38, 96, 84};
 constexpr QColor kDisabledText{136, 141, 152};
+constexpr QColor kMenu{33, 37, 45};
 constexpr QColor kLine{70, 77, 92};
 constexpr QColor kHandle{78, 86, 102};
 constexpr QColor kHandleHeld{120, 132, 154};
@@ -126,6 +127,8 @@ int Theme::pixelMetric(PixelMetric metric, const QStyleOption* option,
       return 10;
     case PM_ScrollBarExtent:
       return 14;
+    case PM_MenuPanelWidth:
+      return 1;
     case PM_FocusFrameHMargin:
       return 6;
     case PM_IndicatorWidth:
@@ -154,6 +157,8 @@ int Theme::styleHint(StyleHint hint, const QStyleOption* option, const QWidget* 
       break;
     case SH_ItemView_ShowDecorationSelected:
       return 1;
+    case SH_DialogButtonBox_ButtonsHaveIcons:
+      return 0;
     default:
       break;
   }
@@ -172,6 +177,11 @@ void Theme::drawPrimitive(PrimitiveElement element, const QStyleOption* option, 
       break;
     case PE_FrameGroupBox:
       drawPanel(*painter, option->rect, Qt::NoBrush, kLine);
+      break;
+    case PE_PanelMenu:
+    case PE_FrameMenu:
+      painter->fillRect(option->rect, kLine);
+      painter->fillRect(option->rect.adjusted(1, 1, -1, -1), kMenu);
       break;
     case PE_PanelButtonCommand:
       drawButton(*painter, *option);

@@ -18,7 +18,6 @@ namespace kelvaron::testing {
 namespace {
 
 using ::testing::ElementsAre;
-using ::testing::IsEmpty;
 
 TEST(ControlsShow, PropertiesInTheNextTurn) {
   Desk desk;
@@ -39,21 +38,27 @@ TEST(ControlsShow, PropertiesInTheNextTurn) {
        [&] { return frame.windowTitle() == QStringLiteral("Büro"); }},
       {"label", [&] { form.nameLabel.Caption = "<b>x</b>"; },
        [&] { return label.text() == "<b>x</b>" && label.textFormat() == Qt::PlainText; }},
-      {"colour", [&] { form.nameLabel.ForeColor = Color{1, 2, 3}; },
+      {"colour",
+       [&] {
+         form.nameLabel.ForeColor = Color{1, 2, 3};
+       },
        [&] { return label.palette().color(QPalette::WindowText) == QColor(1, 2, 3); }},
       {"text", [&] { form.name.Text = "\xA5zero\x80"; },
        [&] { return name.text() == QStringLiteral("¥zero€"); }},
       {"lines", [&] { form.area.Text = "a\r\nb\rc"; },
        [&] { return area.toPlainText() == "a\nb\nc"; }},
       {"locked", [&] { form.name.Locked = true; }, [&] { return name.isReadOnly(); }},
+      {"mask", [&] { form.secret.Text = "abc"; },
+       [&] { return desk.widget<QLineEdit>(form, form.secret).displayText() == "***"; }},
       {"caret", [&] { form.name.SelStart = 2; }, [&] { return name.cursorPosition() == 2; }},
       {"tick", [&] { form.tick.Value = 1; }, [&] { return tick.isChecked(); }},
       {"disabled", [&] { form.tick.Enabled = false; }, [&] { return !tick.isEnabled(); }},
       {"hidden frame", [&] { form.frame.Visible = false; }, [&] { return !tick.isVisible(); }},
-      {"place", [&] { form.ok.Move({300, 3300, 1500, 600}); },
+      {"place",
        [&] {
-         return desk.widget(form, form.ok).geometry() == QRect(20, 220, 100, 40);
-       }},
+         form.ok.Move({300, 3300, 1500, 600});
+       },
+       [&] { return desk.widget(form, form.ok).geometry() == QRect(20, 220, 100, 40); }},
       {"pointer", [&] { form.MousePointer_ = MousePointer::hourglass; },
        [&] { return desk.widget(form, form.frame).parentWidget()->cursor() == Qt::WaitCursor; }},
       {"size", [&] { form.ScaleWidth = 7500; },

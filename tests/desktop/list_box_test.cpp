@@ -88,8 +88,9 @@ TEST(ListBoxes, SelectingByMouseAndKeyboard) {
 
   QTest::mousePress(desk.list.viewport(), Qt::LeftButton, {}, desk.at(0));
   for (const int row : {1, 2, 3}) {
-    QMouseEvent drag(QEvent::MouseMove, desk.at(row), desk.list.viewport()->mapToGlobal(desk.at(row)),
-                     Qt::NoButton, Qt::LeftButton, {});
+    QMouseEvent drag(QEvent::MouseMove, desk.at(row),
+                     desk.list.viewport()->mapToGlobal(desk.at(row)), Qt::NoButton, Qt::LeftButton,
+                     {});
     QApplication::sendEvent(desk.list.viewport(), &drag);
   }
   QTest::mouseRelease(desk.list.viewport(), Qt::LeftButton, {}, desk.at(3));
@@ -120,7 +121,8 @@ TEST(ListBoxes, ClickBeforeARebuildIsShown) {
   EXPECT_EQ(desk.form.people.Text(), "p100");
   desk.form.people.setListIndex(desk.form.people.ListCount() - 1);
   Desk::turn();
-  EXPECT_TRUE(desk.list.viewport()->rect().intersects(desk.list.visualRect(desk.list.currentIndex())));
+  EXPECT_TRUE(
+      desk.list.viewport()->rect().intersects(desk.list.visualRect(desk.list.currentIndex())));
 }
 
 }  // namespace

@@ -3,11 +3,14 @@
 
 #include <QApplication>
 
+#include "desktop/theme.h"
+
 int main(int argc, char** argv) {
   if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM")) {
     qputenv("QT_QPA_PLATFORM", "offscreen");
   }
   testing::InitGoogleTest(&argc, argv);
-  const QApplication application(argc, argv);
+  QApplication application(argc, argv);
+  kelvaron::applyTheme(application);
   return RUN_ALL_TESTS();
 }

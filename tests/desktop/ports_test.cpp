@@ -70,9 +70,8 @@ TEST(Pages, OnlyOfTheWeb) {
   for (const QString& scheme : schemes) {
     QDesktopServices::setUrlHandler(scheme, &catcher, "open");
   }
-  for (const char* address :
-       {"http://one.example/", "HTTPS://two.example/a", "file:///etc/passwd", "ssh://x",
-        "mailto:a@b", "relative", "http:", "-option"}) {
+  for (const char* address : {"http://one.example/", "HTTPS://two.example/a", "file:///etc/passwd",
+                              "ssh://x", "mailto:a@b", "relative", "http:", "-option"}) {
     application.showPage(address);
   }
   for (const QString& scheme : schemes) QDesktopServices::unsetUrlHandler(scheme);

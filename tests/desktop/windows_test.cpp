@@ -98,6 +98,8 @@ TEST(Windows, LargerThanTheScreen) {
     desk.show<Plain>();
     const QWidget& frame = *desk.frame(form);
     EXPECT_EQ(frame.size(), frame.size().boundedTo(screen));
+    EXPECT_GT(frame.width(), screen.width() * 3 / 4);
+    EXPECT_GT(frame.height(), screen.height() * 3 / 4);
     EXPECT_EQ(frame.findChild<QScrollArea*>() == nullptr, sizable);
     // The design's own size comes first, so that a layout measured there fits afterwards.
     EXPECT_EQ(form.sizes.front().first, toTwips(screen.width() + 400));
@@ -118,6 +120,38 @@ TEST(Windows, KeyboardGoesWhereItIsWanted) {
 
   auto& plain = desk.show<Plain>();
   EXPECT_EQ(desk.frame(plain)->focusWidget(), &desk.widget(plain, plain.button));
+}
+
+TEST(Windows, WhatComesByItselfLeavesTheKeyboard) {
+  Desk desk;
+  auto& typedIn = desk.show<ManyControls>();
+  ASSERT_TRUE(QTest::qWaitForWindowActive(desk.frame(typedIn)));
+  struct Row {
+    const char* what;
+    std::function<void(Form&)> bring;
+    bool activates;
+  };
+  const std::vector<Row> rows = {
+      {"from the network", [&](Form& form) { desk.edge.run([&] { form.Visible = true; }); }, false},
+      {"for the user", [&](Form& form) { desk.gate.run([&] { form.Visible = true; }); }, true},
+      {"to the front", [&](Form& form) { desk.edge.run([&] { form.Show(); }); }, true},
+  };
+  for (const Row& row : rows) {
+    auto& form = desk.client.form<Plain>();
+    row.bring(form);
+    QTest::qWait(50);
+    ASSERT_TRUE(desk.frame(form)->isVisible()) << row.what;
+    EXPECT_NE(desk.frame(form)->testAttribute(Qt::WA_ShowWithoutActivating), row.activates)
+        << row.what;
+    if (QGuiApplication::platformName() != "offscreen") {  // which activates whatever is shown
+      EXPECT_TRUE(QTest::qWaitFor(
+          [&] { return desk.frame(form)->isActiveWindow() == row.activates; }, 1000))
+          << row.what;
+    }
+    desk.client.slots.unload(form);
+    desk.frame(typedIn)->activateWindow();
+    ASSERT_TRUE(QTest::qWaitForWindowActive(desk.frame(typedIn)));
+  }
 }
 
 TEST(Boxes, StrangersTextIsPlainAndFitsTheScreen) {
@@ -180,9 +214,8 @@ TEST(End, ClosesOpenBoxesAndGoesNoFurther) {
       wentOn = true;
     };
     Desk::whenBoxOpens([&](QWidget&) {
-      Desk::whenBoxOpens([&](QWidget&) {
-        desk.edge.run([&] { desk.client.ports.application.End(); });
-      });
+      Desk::whenBoxOpens(
+          [&](QWidget&) { desk.edge.run([&] { desk.client.ports.application.End(); }); });
       desk.edge.run([&] {
         desk.client.MsgBox("inner");
         wentOn = true;

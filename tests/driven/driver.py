@@ -12,7 +12,9 @@ import pyatspi
 
 BIN = os.environ["KELVARON_BIN"]
 WORK = os.environ["KELVARON_WORK"]
-PATIENCE = 8.0
+PATIENCE = float(os.environ.get("KELVARON_DRIVEN_PATIENCE", 8))
+# Accessibility tells places in the toolkit's pixels, the mouse wants the screen's.
+SCALE = float(os.environ.get("QT_SCALE_FACTOR", 1))
 
 LOGIN = "Kelvaron Login"
 ROOM = "Kelvaron 4.1"
@@ -82,7 +84,7 @@ def enabled(node):
 
 
 def extents(node):
-    """Place and size on the screen, in its pixels."""
+    """Place and size on the screen, in the toolkit's pixels."""
     return node.queryComponent().getExtents(pyatspi.DESKTOP_COORDS)
 
 
@@ -118,6 +120,9 @@ class Program:
         for program in cls.running:
             program.stop(signal.SIGKILL)
         cls.running = []
+        for visitor in Visitor.present:
+            visitor.socket.close()
+        Visitor.present = []
 
 
 class Server(Program):
@@ -147,9 +152,12 @@ class Server(Program):
 class Visitor:
     """Somebody else in the room, who speaks the protocol by hand."""
 
+    present = []
+
     def __init__(self, name):
         self.name = name
         self.socket = socket.create_connection(("127.0.0.1", 3069))
+        Visitor.present.append(self)  # whoever is forgotten would hang up
         self.send("Name", name, "127.0.0.1")
 
     def send(self, *fields):
@@ -209,7 +217,7 @@ class Client(Program):
         """Brings a window to the front and gives it the keyboard."""
         self.window(title)
         def find():
-            found = x("search", "--onlyvisible", "--pid", self.process.pid, "--name",
+            found = x("search", "--all", "--onlyvisible", "--pid", self.process.pid, "--name",
                       "^" + title.replace("[", r"\[") + "$")
             return found.split()[-1]
         window = until(find, f"the window {title!r} on the display")
@@ -232,12 +240,17 @@ class Client(Program):
                      f"{role or 'widget'} {name!r} in {window!r}")
 
     def has_focus(self, window, name):
-        until(lambda: has(self.find(window, name), pyatspi.STATE_FOCUSED),
-              f"the keyboard at {name!r}")
+        until(lambda: any(node.name == name and has(node, pyatspi.STATE_FOCUSED)
+                          for node in walk(self.window(window))), f"the keyboard at {name!r}")
+
+    def turn_wheel(self, node, notches):
+        """Up for a positive number."""
+        self.point(node)
+        x("click", "--repeat", abs(notches), "--delay", 5, 4 if notches > 0 else 5)
 
     def point(self, node):
         box = extents(node)
-        x("mousemove", box.x + box.width // 2, box.y + box.height // 2)
+        x("mousemove", int((box.x + box.width / 2) * SCALE), int((box.y + box.height / 2) * SCALE))
         time.sleep(0.03)
 
     def click(self, node, button=1, repeat=1):

@@ -5,18 +5,23 @@
 #   run.sh BIN-FOLDER --pictures FOLDER       makes the pictures of the documents
 #
 # The client looks for its server on port 3069 of loopback, so everything runs in a network of its
-# own where the system allows that.
+# own where the system allows that. A scenario that fails leaves the screen in KELVARON_FAILURES,
+# the system's temporary folder unless told.
 set -u
 here=$(cd "$(dirname "$0")" && pwd)
+if [ $# -lt 1 ] || [ ! -x "$1/kelvaron" ] || [ ! -x "$1/kelvaron-server" ]; then
+  sed -n '4,5p' "$0"
+  echo "BIN-FOLDER holds kelvaron and kelvaron-server." >&2
+  exit 2
+fi
 
 if [ -z "${KELVARON_DRIVEN_NETWORK:-}" ]; then
   export KELVARON_DRIVEN_NETWORK=own
-  up='ip link set lo up && exec "$0" "$@"'
-  if unshare --net true 2>/dev/null; then
-    exec unshare --net bash -c "$up" "$0" "$@"
-  elif unshare --map-root-user --net true 2>/dev/null; then
-    exec unshare --map-root-user --net bash -c "$up" "$0" "$@"
-  fi
+  for user in "" --map-root-user; do
+    own=(unshare $user --net)
+    "${own[@]}" ip link set lo up 2>/dev/null || continue
+    exec "${own[@]}" bash -c 'ip link set lo up && . "$0"' "$0" "$@"
+  done
   export KELVARON_DRIVEN_NETWORK=shared
   if (exec 3<>/dev/tcp/127.0.0.1/3069) 2>/dev/null; then
     echo "Port 3069 is taken and this system refuses network namespaces: cannot run." >&2
@@ -26,15 +31,30 @@ fi
 
 . "$here/../../tools/display.sh"
 work=$(mktemp -d)
-trap 'stop_display; rm -rf "$work"' EXIT
+session=
+finish() {
+  [ -n "$session" ] && kill -- "-$session" 2>/dev/null && wait "$session"
+  stop_display
+  rm -rf "$work"
+}
+trap finish EXIT
+trap 'exit 130' INT TERM
 start_display "${KELVARON_DRIVEN_SCREEN:-1280x1024}" || exit 1
 export KELVARON_BIN="$1" KELVARON_WORK="$work"
+export KELVARON_FAILURES="${KELVARON_FAILURES:-${TMPDIR:-/tmp}}"
 shift
 export QT_QPA_PLATFORM=xcb QT_LINUX_ACCESSIBILITY_ALWAYS_ON=1 NO_AT_BRIDGE=0
-export XDG_RUNTIME_DIR="$work"
+export XDG_RUNTIME_DIR="$work" PYTHONDONTWRITEBYTECODE=1
 chmod 700 "$work"
 # The bus of accessibility has to be there before the first program looks for it.
 awake='gdbus call --session --dest org.a11y.Bus --object-path /org/a11y/bus \
   --method org.a11y.Bus.GetAddress >/dev/null && exec "$@"'
-dbus-run-session -- bash -c "$awake" awake /usr/bin/python3 "$here/scenarios.py" "$@" \
-  2> >(grep -v dbus-daemon >&2)
+noise=(-e dbus-daemon -e 'SpiRegistry daemon' -e 'X connection to')
+# A process group of its own, so that all of it can be ended together.
+setsid dbus-run-session -- bash -c "$awake" awake /usr/bin/python3 "$here/main.py" "$@" \
+  > >(grep --line-buffered -v "${noise[@]}") 2> >(grep --line-buffered -v "${noise[@]}" >&2) &
+session=$!
+wait "$session"
+result=$?
+session=
+exit "$result"

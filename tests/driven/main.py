@@ -1,0 +1,45 @@
+"""Runs the scenarios, all or those named, or makes the pictures."""
+
+import os
+import sys
+import time
+import traceback
+
+import driver
+import pictures
+from scenarios import chat_view, connection, login, menus, talk
+
+SCENARIOS = [scenario for module in (login, talk, menus, chat_view, connection)
+             for scenario in module.SCENARIOS]
+
+
+def passes(name, scenario, *arguments):
+    begun = time.monotonic()
+    try:
+        scenario(*arguments)
+        print(f"ok      {name} ({time.monotonic() - begun:.1f} s)", flush=True)
+        return True
+    except Exception:  # whatever went wrong, the others run
+        screen = os.path.join(os.environ["KELVARON_FAILURES"], f"kelvaron-driven-{name}.png")
+        driver.picture(screen)
+        print(f"FAILED  {name}: the screen is in {screen}", flush=True)
+        traceback.print_exc(file=sys.stdout)
+        return False
+    finally:
+        driver.Program.stop_all()
+
+
+def main(arguments):
+    if arguments[:1] == ["--pictures"]:
+        return 0 if passes("pictures", pictures.pictures, os.path.abspath(arguments[1])) else 1
+    chosen = [s for s in SCENARIOS if not arguments or s.__name__ in arguments]
+    if not chosen:
+        print("There is no such scenario:", *arguments)
+        return 2
+    failed = [s.__name__ for s in chosen if not passes(s.__name__, s)]
+    print(f"{len(chosen) - len(failed)} passed, {len(failed)} failed", *failed)
+    return 1 if failed else 0
+
+
+if __name__ == "__main__":
+    sys.exit(main(sys.argv[1:]))

@@ -1,0 +1,66 @@
+"""The menu bar, and the names that a screen reader tells."""
+
+import time
+
+from driver import LOGIN, ROOM, Client, Server, enabled, key, showing, until, walk
+
+MENUS = {
+    ("Tools",): ["Connect", "Disconnect", "File Server", "Config", "Quit"],
+    ("Tools", "Config"): ["Configure Games", "Edit Profile"],
+    ("Games",): ["Launch CSDOOM Server"],
+    ("Radio",): ["Stop", "Stations", "Volume"],
+    ("Radio", "Stations"): ["Z100 (Top 40 / Dance)", "KSHE 95 (Rock)", "KWJJ (Country)"],
+    ("Help",): ["About Kelvaron", "Request Operator Status", "Operator Commands"],
+    ("Help", "Operator Commands"): ["Kick User", "Get users IP"],
+}
+USED = ("push button", "text", "list", "check box", "radio button", "combo box", "menu",
+        "menu item", "list item", "slider")
+
+
+def every_menu():
+    """Each menu and submenu opened: what is there and can be chosen, and nothing else."""
+    Server("data-menus")
+    ann = Client("ann")
+    ann.log_in("ann")
+    bar = next(n for n in walk(ann.window(ROOM)) if n.getRoleName() == "menu bar")
+    shown = [n.name for n in bar if showing(n)]
+    assert shown == ["Tools", "Games", "Radio", "Help"], shown
+    for path, names in MENUS.items():
+        ann.open_menu(*path)
+        first = ann.menu_entry(names[0])
+        entries = [n for n in first.parent if showing(n) and n.name]
+        assert [n.name for n in entries] == names, (path, [n.name for n in entries])
+        assert all(enabled(n) for n in entries), path
+        for _ in path:
+            key("Escape")
+            time.sleep(0.05)
+        until(lambda: not showing(first), f"the menu {path} to close")
+    assert not enabled(ann.find(ROOM, "Return from CS", "push button"))
+    assert enabled(ann.find(ROOM, "Request A Game", "push button"))
+
+
+def assert_named(client, *titles):
+    for title in titles:
+        for node in walk(client.window(title)):
+            if node.getRoleName() in USED and showing(node):
+                assert node.name, f"a {node.getRoleName()} of {title!r} has no name"
+
+
+def named_widgets():
+    """Everything that a person uses has a name, in each window."""
+    Server("data-named")
+    ann = Client("ann")
+    assert_named(ann, LOGIN)
+    ann.log_in("ann")
+    ann.click(ann.user("ann"), repeat=2)
+    ann.window("Private Message to : ann")
+    ann.enter("/mute bob")
+    ann.answer("Kelvaron")
+    ann.activate(ROOM)
+    ann.click(ann.find(ROOM, "Chat"))
+    key("ctrl+f")
+    ann.find(ROOM, "Find")
+    assert_named(ann, ROOM, "Private Message to : ann", "People you have Muted")
+
+
+SCENARIOS = [every_menu, named_widgets]
