@@ -89,6 +89,22 @@ void drawScrollBar(const QStyle& style, const QStyleOptionSlider& bar, QPainter&
   painter.restore();
 }
 
+// A frame with its caption in a gap of the upper line.
+void drawGroupBox(const QStyleOptionGroupBox& box, QPainter& painter) {
+  constexpr int kIndent = 10;
+  constexpr int kGap = 5;
+  const QRect caption(kIndent + kGap, 0, box.fontMetrics.horizontalAdvance(box.text),
+                      box.fontMetrics.height());
+  painter.save();
+  if (!box.text.isEmpty()) {
+    painter.setClipRegion(QRegion(box.rect) - caption.adjusted(-kGap, 0, kGap, 0));
+  }
+  drawPanel(painter, box.rect.adjusted(0, caption.height() / 2, 0, 0), Qt::NoBrush, kLine);
+  painter.restore();
+  painter.setPen(box.palette.color(QPalette::WindowText));
+  painter.drawText(caption, Qt::AlignLeft | Qt::AlignVCenter, box.text);
+}
+
 }  // namespace
 
 QPalette darkPalette() {
@@ -205,6 +221,9 @@ void Theme::drawComplexControl(ComplexControl control, const QStyleOptionComplex
   const auto* bar = qstyleoption_cast<const QStyleOptionSlider*>(option);
   if (control == CC_ScrollBar && bar != nullptr) {
     drawScrollBar(*this, *bar, *painter, widget);
+  } else if (const auto* box = qstyleoption_cast<const QStyleOptionGroupBox*>(option);
+             control == CC_GroupBox && box != nullptr) {
+    drawGroupBox(*box, *painter);
   } else {
     QProxyStyle::drawComplexControl(control, option, painter, widget);
   }

@@ -26,7 +26,8 @@ NameLookUp::NameLookUp(EventLoop& loop, LookUp lookUp, const std::string& host, 
     // Cannot fail: the descriptor is open as long as this thread holds it, the counter is at 0.
     static_cast<void>(::eventfd_write(signal->get(), 1));
   }).detach();
-  watch_ = loop.watch(signal_->get(), EventLoop::Readiness::readable, [this] { finished(); });
+  watch_ = loop.watch(signal_->get(), EventLoop::Readiness::readable,
+                      liveness_.guard([this] { finished(); }));
 }
 
 void NameLookUp::finished() {

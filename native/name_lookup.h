@@ -8,6 +8,7 @@
 
 #include "native/endpoint.h"
 #include "native/file_descriptor.h"
+#include "native/liveness.h"
 #include "platform/event_loop.h"
 
 namespace kelvaron {
@@ -32,6 +33,7 @@ class NameLookUp {
   std::shared_ptr<FileDescriptor> signal_;
   std::future<Resolution> outcome_;
   Done done_;
+  Liveness liveness_;
   std::unique_ptr<LoopWatch> watch_;
 };
 

@@ -28,7 +28,8 @@ class ProcessPort {
   virtual void run(const std::string& command, WindowStyle style) = 0;
 
   /// A start failed, or a program ended with an error within two seconds: a text for the user that
-  /// names the program, the reason and the last lines that it printed. Raised in a turn of the loop.
+  /// names the program, the reason and the last lines that it printed. Raised in a turn of the
+  /// loop.
   std::function<void(const std::string& text)> onTrouble;
 };
 

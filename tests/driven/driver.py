@@ -201,7 +201,10 @@ class Client(Program):
 
     def windows(self):
         app = self.application()
-        return [w for w in app if w is not None and showing(w)] if app else []
+        if app is None:
+            return []
+        app.clear_cache()  # the library's picture of the windows can lag behind for good
+        return [w for w in app if w is not None and showing(w)]
 
     def window(self, title):
         return until(lambda: next((w for w in self.windows() if w.name == title), None),

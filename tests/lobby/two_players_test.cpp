@@ -16,10 +16,10 @@ namespace {
 using server::RunningServer;
 using server::Store;
 using server::TemporaryFolder;
-using testing::TestDesktop;
 using ::testing::ElementsAre;
 using ::testing::HasSubstr;
 using ::testing::Not;
+using testing::TestDesktop;
 
 class TwoPlayers : public ::testing::Test {
  protected:
@@ -61,10 +61,14 @@ class TwoPlayers : public ::testing::Test {
 
 TEST_F(TwoPlayers, SeeEachOtherAndTalkBothWays) {
   EXPECT_TRUE(reads(*ann, "bob has entered"));
-  ann->enter("hello b\xF6" "b");
+  ann->enter(
+      "hello b\xF6"
+      "b");
   bob->enter("hello ann");
   for (TestDesktop* player : {ann.get(), bob.get()}) {
-    EXPECT_TRUE(reads(*player, "ann: hello b\xF6" "b\n"));
+    EXPECT_TRUE(reads(*player,
+                      "ann: hello b\xF6"
+                      "b\n"));
     EXPECT_TRUE(reads(*player, "bob: hello ann\n"));
   }
   bob->enter("/me waves");
@@ -124,7 +128,9 @@ TEST_F(TwoPlayers, KickNeedsTheRightAndEndsTheOthersProgram) {
 
   ann->client->send(outbound::requestOp("ann", "ann@example.org", "secret"));
   ASSERT_TRUE(reads(*ann, "Moderator Privlidges Granted - You are now a moderator."));
-  EXPECT_EQ(ann->room().Label1.Caption.get(), "\xA5" "ann");
+  EXPECT_EQ(ann->room().Label1.Caption.get(),
+            "\xA5"
+            "ann");
   ann->enter("/kick bob spam and more");
   ASSERT_TRUE(bob->until([&] { return bob->ended(); }));
   ASSERT_FALSE(bob->boxes.empty());

@@ -26,6 +26,27 @@ int faultOf(const std::function<void()>& call) {
   return 0;
 }
 
+/// A loop that delivers every event once more when it is long out of date.
+class StaleLoop : public EventLoop {
+ public:
+  std::unique_ptr<LoopWatch> watch(int descriptor, Readiness readiness,
+                                   std::function<void()> ready) override {
+    given.push_back(ready);
+    return loop.watch(descriptor, readiness, std::move(ready));
+  }
+  std::unique_ptr<LoopWatch> after(std::chrono::milliseconds delay,
+                                   std::function<void()> due) override {
+    given.push_back(due);
+    return loop.after(delay, std::move(due));
+  }
+  void deliverAgain() {
+    for (const auto& call : std::vector(given)) call();
+  }
+
+  PollLoop loop;
+  std::vector<std::function<void()>> given;
+};
+
 class NativeSocketTest : public ::testing::Test {
  protected:
   PollLoop loop;
@@ -298,6 +319,29 @@ TEST_F(NativeSocketTest, EndsAfterAllThatCameBefore) {
     ending.socket->Close();
     EXPECT_EQ(ending.socket->GetData(), "");
   }
+}
+
+TEST_F(NativeSocketTest, StaleEventsOfTheLoopAreIgnored) {
+  StaleLoop stale;
+  auto each = std::make_unique<LoggedSocket>(stale);
+  each->socket->HoldBackUnfinishedLine(60s);
+  each->socket->Connect("localhost", listener.port());
+  ASSERT_TRUE(stale.loop.runUntil([&] { return each->saw("connect"); }, kPatience));
+  RawPeer peer = listener.accept();
+  each->socket->SendData(std::string(20'000'000, 's'));
+  peer.send("line\ntail");
+  ASSERT_TRUE(stale.loop.runUntil([&] { return each->saw("data"); }, kPatience));
+  each->socket->Close();
+  each->socket->Listen(0);
+  const std::size_t before = stale.given.size();
+  stale.deliverAgain();
+  RawPeer waiting(each->socket->LocalPort());
+  EXPECT_EQ(each->log, (Log{"connect", "data"}));
+  stale.deliverAgain();  // the listener's own call among them is not out of date
+  EXPECT_EQ(each->log, (Log{"connect", "data", "request"}));
+  EXPECT_EQ(stale.given.size(), before);
+  each.reset();
+  stale.deliverAgain();
 }
 
 TEST_F(NativeSocketTest, HalfClosedPeerStillGetsTheRest) {

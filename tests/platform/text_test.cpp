@@ -10,7 +10,10 @@ TEST(Text, EveryByteThatUnicodeKnowsGoesThereAndBack) {
     const std::string text(1, static_cast<char>(byte));
     EXPECT_EQ(fromUtf8(toUtf8(text)), text) << byte;
   }
-  EXPECT_EQ(toUtf8("\xA5" "bob \x80 \x93" "hi\x94"), "\u00A5bob \u20AC \u201Chi\u201D");
+  EXPECT_EQ(toUtf8("\xA5"
+                   "bob \x80 \x93"
+                   "hi\x94"),
+            "\u00A5bob \u20AC \u201Chi\u201D");
 }
 
 TEST(Text, WhatTheCodePageLacksBecomesAQuestionMark) {
@@ -18,10 +21,10 @@ TEST(Text, WhatTheCodePageLacksBecomesAQuestionMark) {
     const char* utf8;
     const char* text;
   };
-  for (const Case each : {Case{"a\u0142b", "a?b"}, Case{"\U0001F600", "?"}, Case{"\u4E2D\u6587", "??"},
-                          Case{"a\xFFz", "a?z"}, Case{"\xC3", "?"}, Case{"\xE2\x82", "??"},
-                          Case{"\xC0\x8A", "??"}, Case{"\xF8\x88\x80\x80\x80", "?????"},
-                          Case{"\xE9t\xC3\xA9", "?t\xE9"}}) {
+  for (const Case each :
+       {Case{"a\u0142b", "a?b"}, Case{"\U0001F600", "?"}, Case{"\u4E2D\u6587", "??"},
+        Case{"a\xFFz", "a?z"}, Case{"\xC3", "?"}, Case{"\xE2\x82", "??"}, Case{"\xC0\x8A", "??"},
+        Case{"\xF8\x88\x80\x80\x80", "?????"}, Case{"\xE9t\xC3\xA9", "?t\xE9"}}) {
     EXPECT_EQ(fromUtf8(each.utf8), each.text);
   }
 }
