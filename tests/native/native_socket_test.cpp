@@ -328,7 +328,7 @@ TEST_F(NativeSocketTest, StaleEventsOfTheLoopAreIgnored) {
   each->socket->Connect("localhost", listener.port());
   ASSERT_TRUE(stale.loop.runUntil([&] { return each->saw("connect"); }, kPatience));
   RawPeer peer = listener.accept();
-  each->socket->SendData(std::string(20'000'000, 's'));
+  each->socket->SendData(std::string(8'000'000, 's'));
   peer.send("line\ntail");
   ASSERT_TRUE(stale.loop.runUntil([&] { return each->saw("data"); }, kPatience));
   each->socket->Close();
