@@ -28,10 +28,11 @@
 #include "client/kelvaron_client.h"
 #include "desktop/application.h"
 #include "desktop/dialogs.h"
-#include "desktop/files.h"
 #include "desktop/qt_event_loop.h"
 #include "desktop/shell.h"
 #include "desktop/theme.h"
+#include "native/native_process.h"
+#include "native/program_files.h"
 #include "session/login_window.h"
 #include "tests/support/test_desktop.h"
 
@@ -88,6 +89,7 @@ class Paints : public QObject {
 class Silence final : public SoundPort {
  public:
   void play(std::string_view) override {}
+  void playBeside(std::string_view) override {}
 };
 
 /// A client that has logged in to a blocking peer, with its room on the screen.
@@ -124,10 +126,11 @@ class Desk {
   Silence sounds_;
   ProgramFiles files_{std::filesystem::temp_directory_path()};
   QtApplication program_{gate_};
+  NativeProcessPort processes_{loop_};
 
  public:
   const std::unique_ptr<Client> client =
-      makeClient(edge_, Ports{sockets_, dialogs_, sounds_, files_, program_});
+      makeClient(edge_, Ports{sockets_, dialogs_, sounds_, files_, program_, processes_});
 
  private:
   Shell shell_{*client, gate_};

@@ -3,6 +3,7 @@
 #include <QApplication>
 #include <QDialog>
 #include <QDialogButtonBox>
+#include <QFileDialog>
 #include <QGridLayout>
 #include <QLabel>
 #include <QLineEdit>
@@ -114,8 +115,10 @@ class Box : public QDialog {
 
 class MessageBox : public Box {
  public:
-  MessageBox(const QString& text, int style, const std::string& title)
-      : Box(title, QDialogButtonBox::Ok) {
+  MessageBox(const QString& text, int style, const std::string& title,
+             QDialogButtonBox::StandardButtons answers = QDialogButtonBox::Ok,
+             QDialogButtonBox::StandardButton usual = QDialogButtonBox::Ok)
+      : Box(title, answers) {
     if (const auto icon = iconOf(style)) {
       auto* picture = new QLabel(this);
       const int size = this->style()->pixelMetric(QStyle::PM_MessageBoxIconSize);
@@ -125,7 +128,8 @@ class MessageBox : public Box {
     }
     const int column = grid().itemAtPosition(0, 0) == nullptr ? 0 : 1;
     grid().addWidget(makeText(text, *this), 0, column, 1, 2 - column, Qt::AlignVCenter);
-    buttons().button(QDialogButtonBox::Ok)->setFocus();
+    buttons().button(usual)->setDefault(true);
+    buttons().button(usual)->setFocus();
   }
 };
 
@@ -155,7 +159,7 @@ bool QtDialogs::ask(QDialog& dialog) {
   const QWidget* over = QApplication::activeModalWidget();
   if (over == nullptr) over = QApplication::activeWindow();
   if (over != nullptr && over->windowHandle() != nullptr) {
-    static_cast<Box&>(dialog).placeOver(*over);
+    if (auto* box = dynamic_cast<Box*>(&dialog)) box->placeOver(*over);
   }
   const bool agreed = dialog.exec() == QDialog::Accepted;
   gate_.edge().throwIfEnded();
@@ -167,10 +171,27 @@ void QtDialogs::MsgBox(const std::string& text, int style, const std::string& ti
   ask(box);
 }
 
+bool QtDialogs::confirm(const std::string& text, const std::string& title) {
+  MessageBox box(shownText(text), box_style::kExclamation, title,
+                 QDialogButtonBox::Yes | QDialogButtonBox::No, QDialogButtonBox::No);
+  return ask(box);
+}
+
 std::string QtDialogs::InputBox(const std::string& prompt, const std::string& title,
                                 const std::string& initial) {
   PromptBox box(shownText(prompt), title, initial);
   return ask(box) ? box.answer() : std::string();
+}
+
+std::optional<std::string> QtDialogs::openFile(const FileDialog& dialog) {
+  QFileDialog box;
+  box.setWindowTitle(dialog.title.empty() ? QStringLiteral("Open") : shownText(dialog.title));
+  box.setFileMode(QFileDialog::ExistingFile);
+  box.setDefaultSuffix(shownText(dialog.defaultExtension));
+  if (!dialog.filter.empty()) box.setNameFilter(shownText(dialog.filter));
+  if (!dialog.initialFolder.empty()) box.setDirectory(shownText(dialog.initialFolder));
+  if (!ask(box)) return std::nullopt;
+  return storedText(box.selectedFiles().constFirst());
 }
 
 }  // namespace kelvaron

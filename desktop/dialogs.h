@@ -1,4 +1,4 @@
-// Message box and input box. Both wait for the user while events go on.
+// Message box, question, input box and file dialog. All wait for the user while events go on.
 #pragma once
 
 #include "desktop/event_gate.h"
@@ -15,8 +15,10 @@ class QtDialogs final : public Dialogs {
   explicit QtDialogs(EventGate& gate) : gate_(gate) {}
 
   void MsgBox(const std::string& text, int style, const std::string& title) override;
+  bool confirm(const std::string& text, const std::string& title) override;
   std::string InputBox(const std::string& prompt, const std::string& title,
                        const std::string& initial) override;
+  std::optional<std::string> openFile(const FileDialog& dialog) override;
 
  private:
   /// Returns whether the user agreed.

@@ -7,12 +7,13 @@
 #include "client/kelvaron_client.h"
 #include "desktop/application.h"
 #include "desktop/dialogs.h"
-#include "desktop/files.h"
 #include "desktop/qt_event_loop.h"
 #include "desktop/shell.h"
 #include "desktop/sounds.h"
 #include "desktop/theme.h"
+#include "native/native_process.h"
 #include "native/native_socket.h"
+#include "native/program_files.h"
 
 namespace {
 
@@ -43,12 +44,17 @@ int main(int argc, char** argv) {
   QtEventLoop loop;
   NativeSocketPort sockets(loop);
   QtDialogs dialogs(gate);
-  WaveSounds sounds(folder / "sounds");
+  WaveSounds sounds(folder);
   ProgramFiles files(folder);
   QtApplication program(gate);
+  NativeProcessPort processes(loop);
 
-  const std::unique_ptr<Client> client =
-      makeClient(edge, Ports{sockets, dialogs, sounds, files, program});
+  const std::unique_ptr<Client> client = makeClient(edge, Ports{.sockets = sockets,
+                                                                .dialogs = dialogs,
+                                                                .sound = sounds,
+                                                                .files = files,
+                                                                .application = program,
+                                                                .processes = processes});
   const Shell shell(*client, gate);
   QTimer::singleShot(kIconDelay, [] { QApplication::setWindowIcon(programIcon()); });
   start(*client);

@@ -34,6 +34,10 @@ std::unique_ptr<ControlView> make(Control& control, ViewHost& host, QWidget* par
       return std::make_unique<FrameView>(static_cast<Frame&>(control), host, parent);
     case ControlKind::image:
       return std::make_unique<ImageView>(static_cast<Image&>(control), host, parent);
+    case ControlKind::comboBox:
+    case ControlKind::shape:
+    case ControlKind::progressBar:
+    case ControlKind::slider:
     case ControlKind::timer:
       break;
   }

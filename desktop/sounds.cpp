@@ -4,8 +4,8 @@
 #include <memory>
 #include <vector>
 
-#include "desktop/bare_name.h"
 #include "desktop/vlc_library.h"
+#include "native/bare_name.h"
 
 namespace kelvaron {
 namespace {
@@ -86,17 +86,18 @@ WaveSounds::~WaveSounds() {
   if (worker_.joinable()) worker_.join();
 }
 
-std::optional<std::filesystem::path> WaveSounds::find(std::string_view name) const {
+std::optional<std::filesystem::path> WaveSounds::find(const std::filesystem::path& folder,
+                                                      std::string_view name) {
   if (!isBareName(name)) return std::nullopt;
-  return findByName(folder_, std::string(name) + ".wav");
+  return findByName(folder, std::string(name) + ".wav");
 }
 
-void WaveSounds::play(std::string_view name) {
+void WaveSounds::playFrom(const std::filesystem::path& folder, std::string_view name) {
   if (!isBareName(name)) return;
   {
     const std::lock_guard lock(mutex_);
     if (waiting_.size() == kAtOnce) waiting_.pop_front();
-    waiting_.emplace_back(name);
+    waiting_.push_back({&folder, std::string(name)});
     if (!worker_.joinable()) worker_ = std::thread([this] { work(); });
   }
   wake_.notify_one();
@@ -107,10 +108,10 @@ void WaveSounds::work() {
   std::unique_lock lock(mutex_);
   while (!ends_) {
     if (!waiting_.empty()) {
-      const std::string name = std::move(waiting_.front());
+      const Wanted wanted = std::move(waiting_.front());
       waiting_.pop_front();
       lock.unlock();
-      if (const auto file = find(name)) band.play(*file);
+      if (const auto file = find(*wanted.folder, wanted.name)) band.play(*file);
       lock.lock();
       continue;
     }

@@ -20,24 +20,35 @@ class WaveSounds final : public SoundPort {
   /// Sounds that play at once, and that wait to be started, at most.
   static constexpr std::size_t kAtOnce = 8;
 
-  explicit WaveSounds(std::filesystem::path folder) : folder_(std::move(folder)) {}
+  /// Sounds lie in the folder `sounds` of the program's folder, and beside the program.
+  explicit WaveSounds(const std::filesystem::path& programFolder)
+      : beside_(programFolder), sounds_(programFolder / "sounds") {}
   WaveSounds(const WaveSounds&) = delete;
   WaveSounds& operator=(const WaveSounds&) = delete;
   /// Cuts off what still plays.
   ~WaveSounds() override;
 
-  void play(std::string_view name) override;
+  void play(std::string_view name) override { playFrom(sounds_, name); }
+  void playBeside(std::string_view name) override { playFrom(beside_, name); }
 
   /// The file of a sound, upper and lower case alike; nothing for a name that is not a bare one.
-  std::optional<std::filesystem::path> find(std::string_view name) const;
+  static std::optional<std::filesystem::path> find(const std::filesystem::path& folder,
+                                                   std::string_view name);
 
  private:
+  struct Wanted {
+    const std::filesystem::path* folder;
+    std::string name;
+  };
+
+  void playFrom(const std::filesystem::path& folder, std::string_view name);
   void work();
 
-  std::filesystem::path folder_;
+  const std::filesystem::path beside_;
+  const std::filesystem::path sounds_;
   std::mutex mutex_;
   std::condition_variable wake_;
-  std::deque<std::string> waiting_;
+  std::deque<Wanted> waiting_;
   bool ends_ = false;
   std::thread worker_;
 };

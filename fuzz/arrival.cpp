@@ -44,9 +44,9 @@ class FuzzSocket : public Socket {
   SocketState state_ = SocketState::closed;
 };
 
-class FuzzDesktop : SocketPort, Dialogs, SoundPort, FilePort, Application {
+class FuzzDesktop : SocketPort, Dialogs, SoundPort, FilePort, Application, ProcessPort {
  public:
-  FuzzDesktop() : client(makeClient(edge, Ports{*this, *this, *this, *this, *this})) {
+  FuzzDesktop() : client(makeClient(edge, Ports{*this, *this, *this, *this, *this, *this})) {
     edge.run([this] { client->form<frmMain>().Show(); });
     edge.run([this] { client->sckClient().Connect("", 0); });
     client->UserName = "fuzz";
@@ -70,10 +70,19 @@ class FuzzDesktop : SocketPort, Dialogs, SoundPort, FilePort, Application {
     return made;
   }
   void MsgBox(const std::string&, int, const std::string&) override { edge.throwIfEnded(); }
+  bool confirm(const std::string&, const std::string&) override { return false; }
+  std::optional<std::string> openFile(const FileDialog&) override { return std::nullopt; }
   std::string InputBox(const std::string&, const std::string&, const std::string&) override {
     return {};
   }
   void play(std::string_view) override {}
+  void playBeside(std::string_view) override {}
+  std::string folder() const override { return "/fuzz"; }
+  std::string read(const std::string& name) override {
+    throw Fault(fault_number::kFileNotFound, "The file " + name + " was not found");
+  }
+  void replace(const std::string&, const std::string&) override {}
+  void run(const std::string&, WindowStyle) override {}
   void MkDir(const std::string&) override {}
   bool PrevInstance() const override { return false; }
   [[noreturn]] void End() override { throw ProgramEnd{}; }

@@ -61,10 +61,14 @@ enum class ControlKind {
   richTextBox,
   richTextLine,
   listBox,
+  comboBox,
   checkBox,
   button,
   frame,
   image,
+  shape,
+  progressBar,
+  slider,
   timer
 };
 

@@ -22,6 +22,7 @@ class FormSlots {
       auto made = std::make_unique<F>(context);
       F& form = *made;
       slot = std::move(made);
+      if (onMade) onMade(form);
       if (onLoaded) onLoaded(form);
       form.Form_Load();
       return form;
@@ -47,6 +48,8 @@ class FormSlots {
   /// All that are loaded, hidden ones too.
   std::vector<Form*> forms() const;
 
+  /// A form was made; folders above its own may wire their handlers to its controls.
+  std::function<void(Form&)> onMade;
   /// For the shell: a form was made; a form was taken out of its slot.
   std::function<void(Form&)> onLoaded;
   std::function<void(Form&)> onUnloaded;

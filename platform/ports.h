@@ -1,9 +1,11 @@
 // What Kelvaron asks of a desktop, apart from forms and controls.
 #pragma once
 
+#include <optional>
 #include <string>
 #include <string_view>
 
+#include "platform/process.h"
 #include "platform/socket.h"
 
 namespace kelvaron {
@@ -16,6 +18,17 @@ inline constexpr int kExclamation = 48;
 inline constexpr int kInformation = 64;
 }  // namespace box_style
 
+/// What a dialog that chooses a file to open is like.
+struct FileDialog {
+  std::string title;
+  /// Words shown, or a pattern such as "*.wad". Empty shows all files.
+  std::string filter;
+  /// Where the dialog starts; empty, or a folder that isn't there, leaves it to the desktop.
+  std::string initialFolder;
+  /// Without a dot; goes behind a name that was typed without an extension.
+  std::string defaultExtension;
+};
+
 /// Modal dialogs: each call returns when the user has answered. Text is code page 1252. When the
 /// program ends meanwhile, the call throws `ProgramEnd`.
 class Dialogs {
@@ -23,9 +36,14 @@ class Dialogs {
   virtual ~Dialogs() = default;
   /// A box with an OK button.
   virtual void MsgBox(const std::string& text, int style, const std::string& title) = 0;
+  /// A question with the buttons Yes and No, of which No is the default. Whether it was Yes;
+  /// closing the box is No.
+  virtual bool confirm(const std::string& text, const std::string& title) = 0;
   /// The empty string on cancel.
   virtual std::string InputBox(const std::string& prompt, const std::string& title,
                                const std::string& initial) = 0;
+  /// The full path of the file that the user chose; nothing on cancel.
+  virtual std::optional<std::string> openFile(const FileDialog& dialog) = 0;
 };
 
 class SoundPort {
@@ -35,13 +53,22 @@ class SoundPort {
   /// `name` is a file name without folder and extension, taken from the program's folder `sounds`;
   /// a name with a folder part, or one that is empty, is silence too.
   virtual void play(std::string_view name) = 0;
+  /// The same with a file of the program's folder itself.
+  virtual void playBeside(std::string_view name) = 0;
 };
 
+/// Files in the program's own folder. Names are bare, and compared without regard to case.
 class FilePort {
  public:
   virtual ~FilePort() = default;
-  /// Makes a folder in the program's own folder. Fault 75 when it cannot be made or exists; names
-  /// are compared without regard to case.
+  /// The program's folder in full, without a sign at its end.
+  virtual std::string folder() const = 0;
+  /// The whole of a file. Fault 53 when there is none, 75 when it can't be read.
+  virtual std::string read(const std::string& name) = 0;
+  /// Writes a file whole, or leaves the former one untouched: what is written takes the name when
+  /// all of it is on the disk. Fault 61 when the disk is full, else 75.
+  virtual void replace(const std::string& name, const std::string& content) = 0;
+  /// Makes a folder. Fault 75 when it cannot be made or exists.
   virtual void MkDir(const std::string& name) = 0;
 };
 
@@ -66,6 +93,7 @@ struct Ports {
   SoundPort& sound;
   FilePort& files;
   Application& application;
+  ProcessPort& processes;
 };
 
 }  // namespace kelvaron

@@ -37,11 +37,14 @@ Client::Client(Edge& atEdge, const Ports& usedPorts, std::span<const InboundRow>
   sckClient_->onError = [this](int number, const std::string& description) {
     edge.run([&] { sckClient_Error(*this, number, description); });
   };
+  ports.processes.onTrouble = [this](const std::string& text) {
+    edge.run([&] { MsgBox(text, box_style::kCritical); });
+  };
   edge.onFault = [this](const Fault& fault) { MsgBox(fault.what(), box_style::kCritical); };
   edge.onIdle = [this] { slots.collect(); };
 }
 
-Client::~Client() = default;
+Client::~Client() { ports.processes.onTrouble = nullptr; }
 
 bool Client::mainWindowShown() const {
   return std::ranges::any_of(slots.forms(), [](const Form* form) {

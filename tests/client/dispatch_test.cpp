@@ -64,7 +64,7 @@ TEST_F(Dispatch, ListsAfterArrivals) {
        {"Userscl\r\nXCEPT\r\nGAME\r\nPING\tx\r\nKicker\r\nUsers\tann\r\n"},
        {"ann"}},
       {"NUL and other bytes are text",
-       {std::string("Userscl\r\nUsers\ta\0b\xFF\r\n", 22)},
+       {std::string("Userscl\r\nUsers\ta\0b\xFF\r\n", 21)},
        {std::string("a\0b\xFF", 4)}},
   };
   for (const Case& each : cases) {

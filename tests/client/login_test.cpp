@@ -38,7 +38,8 @@ TEST_F(Login, SecondInstanceSaysSoAndEndsBeforeAnyWindow) {
 }
 
 TEST_F(Login, FoldersThatExistCauseNoMessage) {
-  desktop.folders = {"sounds", "received"};
+  desktop.files.MkDir("sounds");
+  desktop.files.MkDir("received");
   start(*desktop.client);
   EXPECT_TRUE(desktop.shows<frmLogin>());
   EXPECT_EQ(desktop.login().Check1.Value.get(), 1);

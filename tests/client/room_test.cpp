@@ -10,7 +10,6 @@ namespace kelvaron {
 namespace {
 
 using ::testing::ElementsAre;
-using ::testing::IsEmpty;
 using testing::LineServer;
 using testing::TestDesktop;
 
@@ -30,7 +29,7 @@ class Room : public ::testing::Test {
     for (const char* entry : {"ann", "cy[IG]", "dee[CS]", "eve[AW]"}) list().AddItem(entry);
     desktop.room().window = &window;
   }
-  ~Room() override {
+  void TearDown() override {
     if (auto* room = desktop.client->loadedForm<frmMain>()) room->window = nullptr;
   }
   ListBox& list() { return desktop.room().List1; }

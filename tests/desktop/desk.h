@@ -14,9 +14,12 @@
 #include "desktop/qt_event_loop.h"
 #include "desktop/shell.h"
 #include "native/native_socket.h"
+#include "native/program_files.h"
 #include "platform/list_box.h"
 #include "platform/menu.h"
 #include "session/client.h"
+#include "tests/support/no_processes.h"
+#include "tests/support/temporary_folder.h"
 
 namespace kelvaron::testing {
 
@@ -77,13 +80,20 @@ class Plain : public Form {
   static inline std::function<void(Plain&)> onLoad;
 };
 
-class Desk : private SoundPort, private FilePort, private Application {
+class Desk : private SoundPort, private Application {
  public:
   Desk()
       : gate(edge),
         sockets(loop),
         dialogs(gate),
-        client(edge, Ports{sockets, dialogs, *this, *this, *this}, {},
+        client(edge,
+               Ports{.sockets = sockets,
+                     .dialogs = dialogs,
+                     .sound = *this,
+                     .files = files,
+                     .application = *this,
+                     .processes = processes},
+               {},
                [](Client&) -> MainWindow& { throw Fault(fault_number::kInvalidCall, "no room"); }),
         shell(client, gate) {
     Plain::unloads = 0;
@@ -126,13 +136,16 @@ class Desk : private SoundPort, private FilePort, private Application {
   QtEventLoop loop;
   NativeSocketPort sockets;
   QtDialogs dialogs;
+  TemporaryFolder folder;
+  ProgramFiles files{folder.path()};
+  NoProcesses processes;
   std::vector<std::string> pages;
   Client client;
   Shell shell;
 
  private:
   void play(std::string_view /*name*/) override {}
-  void MkDir(const std::string& /*name*/) override {}
+  void playBeside(std::string_view /*name*/) override {}
   bool PrevInstance() const override { return false; }
   [[noreturn]] void End() override { throw ProgramEnd{}; }
   void DoEvents() override {}

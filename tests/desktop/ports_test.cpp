@@ -11,10 +11,10 @@
 #include <fstream>
 
 #include "desktop/application.h"
-#include "desktop/bare_name.h"
-#include "desktop/files.h"
 #include "desktop/qt_event_loop.h"
 #include "desktop/sounds.h"
+#include "native/bare_name.h"
+#include "native/program_files.h"
 #include "platform/fault.h"
 #include "tests/desktop/page_catcher.h"
 
@@ -45,10 +45,9 @@ TEST(Files, FoldersAndSoundsBesideTheProgram) {
     }
   }
   std::ofstream(path / "Sounds" / "Boom.WAV") << "x";
-  const WaveSounds sounds(path / "Sounds");
-  EXPECT_EQ(sounds.find("bOOM"), path / "Sounds" / "Boom.WAV");
-  EXPECT_FALSE(sounds.find("bang"));
-  EXPECT_FALSE(sounds.find("../Sounds/Boom"));
+  EXPECT_EQ(WaveSounds::find(path / "Sounds", "bOOM"), path / "Sounds" / "Boom.WAV");
+  EXPECT_FALSE(WaveSounds::find(path / "Sounds", "bang"));
+  EXPECT_FALSE(WaveSounds::find(path, "Sounds/Boom"));
 }
 
 #ifdef __SANITIZE_ADDRESS__
@@ -61,7 +60,8 @@ constexpr const char* kPlayed = "broken";
 TEST(Sounds, AFloodDoesNotWait) {
   const QTemporaryDir folder;
   const std::filesystem::path path = folder.path().toStdString();
-  std::ofstream(path / "broken.wav") << "not a wave";
+  std::filesystem::create_directory(path / "sounds");
+  std::ofstream(path / "sounds" / "broken.wav") << "not a wave";
   WaveSounds sounds(path);
   const auto start = std::chrono::steady_clock::now();
   for (int i = 0; i < 1000; ++i) sounds.play(i % 2 == 0 ? kPlayed : "missing");

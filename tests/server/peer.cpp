@@ -2,7 +2,6 @@
 #include "tests/server/peer.h"
 
 #include <gtest/gtest.h>
-#include <stdlib.h>
 #include <sys/socket.h>
 #include <sys/time.h>
 
@@ -17,14 +16,6 @@ constexpr int kPatienceSeconds = 5;
 constexpr std::string_view kClosed = "(closed)";
 
 }  // namespace
-
-TemporaryFolder::TemporaryFolder() {
-  std::string name = (std::filesystem::temp_directory_path() / "kelvaron-server-XXXXXX").string();
-  if (::mkdtemp(name.data()) == nullptr) throw std::runtime_error("no temporary folder");
-  path_ = name;
-}
-
-TemporaryFolder::~TemporaryFolder() { std::filesystem::remove_all(path_); }
 
 Settings quick_settings() {
   Settings settings;

@@ -13,23 +13,13 @@
 
 #include "server/server.h"
 #include "server/store.h"
+#include "tests/support/temporary_folder.h"
 
 namespace kelvaron::server {
 
 using Lines = std::vector<std::string>;
 
-/// A folder that goes with the object.
-class TemporaryFolder {
- public:
-  TemporaryFolder();
-  ~TemporaryFolder();
-  TemporaryFolder(const TemporaryFolder&) = delete;
-  TemporaryFolder& operator=(const TemporaryFolder&) = delete;
-  [[nodiscard]] const std::filesystem::path& path() const { return path_; }
-
- private:
-  std::filesystem::path path_;
-};
+using testing::TemporaryFolder;
 
 /// Settings for tests: no slow-down, short times where a test waits for the time-out.
 Settings quick_settings();

@@ -20,6 +20,14 @@ class RoutedSocket : public NativeSocket {
   RoutedSocketPort& port_;
 };
 
+template <class T>
+std::optional<T> next(std::deque<T>& script) {
+  if (script.empty()) return std::nullopt;
+  T answer = script.front();
+  script.pop_front();
+  return answer;
+}
+
 }  // namespace
 
 std::unique_ptr<Socket> RoutedSocketPort::makeSocket() {
@@ -28,7 +36,12 @@ std::unique_ptr<Socket> RoutedSocketPort::makeSocket() {
 
 TestDesktop::TestDesktop(PollLoop& sharedLoop, std::uint16_t serverPort)
     : loop(sharedLoop), sockets(sharedLoop, serverPort) {
-  client = makeClient(edge, Ports{sockets, *this, *this, *this, *this});
+  client = makeClient(edge, Ports{.sockets = sockets,
+                                  .dialogs = *this,
+                                  .sound = *this,
+                                  .files = files,
+                                  .application = *this,
+                                  .processes = *this});
 }
 
 bool TestDesktop::logIn(const std::string& name) {
@@ -63,14 +76,19 @@ void TestDesktop::MsgBox(const std::string& text, int style, const std::string& 
 std::string TestDesktop::InputBox(const std::string& prompt, const std::string& title,
                                   const std::string& /*initial*/) {
   boxes.push_back({prompt, box_style::kPlain, title});
-  if (inputs.empty()) return {};
-  const std::string answer = inputs.front();
-  inputs.pop_front();
-  return answer;
+  return next(inputs).value_or("");
 }
 
-void TestDesktop::MkDir(const std::string& name) {
-  if (!folders.insert(name).second) throw Fault(75, "The folder exists");
+bool TestDesktop::confirm(const std::string& text, const std::string& title) {
+  boxes.push_back({text, box_style::kPlain, title});
+  if (whileBoxIsOpen) whileBoxIsOpen(boxes.back());
+  edge.throwIfEnded();
+  return next(answers).value_or(false);
+}
+
+std::optional<std::string> TestDesktop::openFile(const FileDialog& dialog) {
+  fileDialogs.push_back(dialog);
+  return next(chosenFiles);
 }
 
 void TestDesktop::DoEvents() {

@@ -6,7 +6,7 @@
 #include <deque>
 #include <functional>
 #include <memory>
-#include <set>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -14,7 +14,9 @@
 #include "client/kelvaron_client.h"
 #include "native/native_socket.h"
 #include "native/poll_loop.h"
+#include "native/program_files.h"
 #include "session/login_window.h"
+#include "tests/support/temporary_folder.h"
 
 namespace kelvaron::testing {
 
@@ -42,7 +44,7 @@ class RoutedSocketPort : public SocketPort {
 };
 
 /// One client with its desktop. Several can share a loop.
-class TestDesktop : private Dialogs, private SoundPort, private FilePort, private Application {
+class TestDesktop : private Dialogs, private SoundPort, private Application, private ProcessPort {
  public:
   TestDesktop(PollLoop& loop, std::uint16_t serverPort);
 
@@ -80,17 +82,35 @@ class TestDesktop : private Dialogs, private SoundPort, private FilePort, privat
   /// Runs while a box is open.
   std::function<void(const Box&)> whileBoxIsOpen;
   std::deque<std::string> inputs;
+  /// Answers to questions; No when there are none left.
+  std::deque<bool> answers;
+  /// What the user chooses in file dialogs; a dialog is dismissed when there is nothing left.
+  std::deque<std::string> chosenFiles;
+  std::vector<FileDialog> fileDialogs;
+  struct Started {
+    std::string command;
+    WindowStyle style;
+    bool operator==(const Started&) const = default;
+  };
+  std::vector<Started> started;
+  /// The program's folder, removed at the end, and what works in it.
+  TemporaryFolder folder;
+  ProgramFiles files{folder.path()};
   std::vector<std::string> sounds;
-  std::set<std::string> folders;
   std::vector<std::string> pages;
   bool anotherInstance = false;
 
  private:
   void MsgBox(const std::string& text, int style, const std::string& title) override;
+  bool confirm(const std::string& text, const std::string& title) override;
   std::string InputBox(const std::string& prompt, const std::string& title,
                        const std::string& initial) override;
+  std::optional<std::string> openFile(const FileDialog& dialog) override;
   void play(std::string_view name) override { sounds.emplace_back(name); }
-  void MkDir(const std::string& name) override;
+  void playBeside(std::string_view name) override { sounds.push_back("/" + std::string(name)); }
+  void run(const std::string& command, WindowStyle style) override {
+    started.push_back({command, style});
+  }
   bool PrevInstance() const override { return anotherInstance; }
   [[noreturn]] void End() override { throw ProgramEnd{}; }
   void DoEvents() override;

@@ -1,4 +1,4 @@
-// Folders beside the program.
+// Files and folders beside the program.
 #pragma once
 
 #include <filesystem>
@@ -12,6 +12,9 @@ class ProgramFiles final : public FilePort {
   explicit ProgramFiles(std::filesystem::path programFolder)
       : programFolder_(std::move(programFolder)) {}
 
+  std::string folder() const override;
+  std::string read(const std::string& name) override;
+  void replace(const std::string& name, const std::string& content) override;
   void MkDir(const std::string& name) override;
 
  private:

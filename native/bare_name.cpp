@@ -1,4 +1,4 @@
-#include "desktop/bare_name.h"
+#include "native/bare_name.h"
 
 #include <algorithm>
 #include <system_error>

@@ -1,0 +1,37 @@
+// Cutting a command text into a program and its arguments, as this system wants them.
+#pragma once
+
+#include <functional>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "native/disk_names.h"
+
+namespace kelvaron {
+
+/// Tells what a path of code page 1252 is on the disk, as `findOnDisk` does.
+using FindName = std::function<std::optional<DiskName>(std::string_view path)>;
+
+struct CutCommand {
+  /// The program's location as it was typed, in code page 1252; empty when there is none.
+  std::string location;
+  /// What the disk holds there.
+  std::optional<DiskName> program;
+  /// In UTF-8.
+  std::vector<std::string> arguments;
+};
+
+/// Blanks part the words, and nothing else has a meaning: no quotes, no signs of a shell. The line
+/// end at the end of a word is dropped. Paths may hold blanks: the location, and what stands behind
+/// "-iwad", "-file" and "-record", is tried against the disk as longer and longer (for "-record",
+/// where only the folder has to be there, shorter and shorter) joins of words. A path that is found
+/// is given as the disk spells it; an argument that is no path stays as it is.
+CutCommand cutCommand(std::string_view command, const FindName& find = findOnDisk);
+
+/// Why a command can't be started, as the end of a sentence that begins with the program's location
+/// ("was not found"). Empty when nothing speaks against it.
+std::string startProblem(const CutCommand& command);
+
+}  // namespace kelvaron

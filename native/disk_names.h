@@ -1,0 +1,32 @@
+// Paths as players type them, found on this system's disk: "\" parts folders like "/", and capitals
+// don't matter.
+#pragma once
+
+#include <optional>
+#include <string>
+#include <string_view>
+
+namespace kelvaron {
+
+struct DiskName {
+  enum class Kind { program, file, folder, other };
+
+  /// As the disk spells it, in UTF-8; relative where the wanted path was.
+  std::string path;
+  /// `program` is a file that this user may execute. Links count as what they lead to.
+  Kind kind = Kind::other;
+
+  bool operator==(const DiskName&) const = default;
+};
+
+/// Looks a path of code page 1252 up, folder by folder. A name spelled exactly so comes first, then
+/// the first in byte order that differs in case alone. None when there is no such path.
+std::optional<DiskName> findOnDisk(std::string_view path);
+
+/// Whether a path begins with a drive, such as "C:\GAMES".
+bool namesDrive(std::string_view path);
+
+/// Each "\" as "/".
+std::string withSlashes(std::string_view path);
+
+}  // namespace kelvaron

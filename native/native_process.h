@@ -1,0 +1,53 @@
+// Starting programs on this system.
+#pragma once
+
+#include <sys/types.h>
+
+#include <chrono>
+#include <cstdint>
+#include <map>
+#include <memory>
+#include <string>
+
+#include "platform/event_loop.h"
+#include "platform/process.h"
+
+namespace kelvaron {
+
+/// A started program gets a session of its own, an input at its end, a nameless file for what it
+/// prints, no other open descriptor, and every signal at its default. Its window comes up as it
+/// likes: the window style is for desktops that can tell it.
+class NativeProcessPort : public ProcessPort {
+ public:
+  enum class EndSeenBy {
+    system,  // by a descriptor of the process; by the clock where the system has none
+    clock,   // by looking every now and then
+  };
+
+  /// How long a program that ends with an error is said to have failed.
+  static constexpr std::chrono::milliseconds kEarly{2'000};
+
+  explicit NativeProcessPort(EventLoop& loop, EndSeenBy endSeenBy = EndSeenBy::system);
+  /// Programs that still run go on.
+  ~NativeProcessPort() override;
+
+  void run(const std::string& command, WindowStyle style) override;
+
+ private:
+  struct Running;
+
+  void tellLater(std::string text);
+  void tell(const std::string& text) const;
+  void follow(pid_t process, std::unique_ptr<Running> running);
+  void lookEveryNowAndThen(pid_t process);
+  void settle(pid_t process);
+  bool reap(pid_t process);
+
+  EventLoop& loop_;
+  EndSeenBy endSeenBy_;
+  std::map<pid_t, std::unique_ptr<Running>> running_;
+  std::map<std::uint64_t, std::unique_ptr<LoopWatch>> toTell_;
+  std::uint64_t nextToTell_ = 0;
+};
+
+}  // namespace kelvaron

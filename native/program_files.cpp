@@ -1,0 +1,93 @@
+#include "native/program_files.h"
+
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <array>
+#include <cerrno>
+#include <system_error>
+
+#include "native/bare_name.h"
+#include "native/file_descriptor.h"
+#include "platform/fault.h"
+#include "platform/text.h"
+
+namespace kelvaron {
+namespace {
+
+[[noreturn]] void fail(const std::string& name, const char* what, int error) {
+  const bool full = error == ENOSPC || error == EDQUOT;
+  throw Fault(full ? fault_number::kDiskFull : fault_number::kPathAccess,
+              "The file " + name + " cannot be " + what + ": " +
+                  fromUtf8(std::generic_category().message(error)));
+}
+
+void writeAll(const FileDescriptor& file, std::string_view content, const std::string& name) {
+  while (!content.empty()) {
+    const ssize_t written = ::write(file.get(), content.data(), content.size());
+    if (written >= 0) {
+      content.remove_prefix(static_cast<std::size_t>(written));
+    } else if (errno != EINTR) {
+      fail(name, "written", errno);
+    }
+  }
+  if (::fsync(file.get()) != 0) fail(name, "written", errno);
+}
+
+// The rights that a new file would get; only asking the system by setting tells them.
+mode_t usualRights() {
+  const mode_t masked = ::umask(0);
+  ::umask(masked);
+  return (S_IRUSR | S_IWUSR | S_IRGRP | S_IWGRP | S_IROTH | S_IWOTH) & ~masked;
+}
+
+}  // namespace
+
+std::string ProgramFiles::folder() const { return fromUtf8(programFolder_.string()); }
+
+std::string ProgramFiles::read(const std::string& name) {
+  const auto path = isBareName(name) ? findByName(programFolder_, name) : std::nullopt;
+  if (!path) throw Fault(fault_number::kFileNotFound, "The file " + name + " was not found");
+  const FileDescriptor file(::open(path->c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK));
+  if (!file) fail(name, "read", errno);
+  std::string content;
+  constexpr std::size_t kBlock = 4096;
+  std::array<char, kBlock> block{};
+  for (;;) {
+    const ssize_t got = ::read(file.get(), block.data(), block.size());
+    if (got == 0) return content;
+    if (got > 0) {
+      content.append(block.data(), static_cast<std::size_t>(got));
+    } else if (errno != EINTR) {
+      fail(name, "read", errno);
+    }
+  }
+}
+
+void ProgramFiles::replace(const std::string& name, const std::string& content) {
+  if (!isBareName(name)) fail(name, "written", EINVAL);
+  const std::filesystem::path target =
+      findByName(programFolder_, name).value_or(programFolder_ / toUtf8(name));
+  std::string beside = (programFolder_ / ("." + toUtf8(name) + ".XXXXXX")).string();
+  FileDescriptor file(::mkostemp(beside.data(), O_CLOEXEC));
+  if (!file) fail(name, "written", errno);
+  try {
+    writeAll(file, content, name);
+    if (::fchmod(file.get(), usualRights()) != 0) fail(name, "written", errno);
+    if (::rename(beside.c_str(), target.c_str()) != 0) fail(name, "written", errno);
+  } catch (const Fault&) {
+    ::unlink(beside.c_str());
+    throw;
+  }
+}
+
+void ProgramFiles::MkDir(const std::string& name) {
+  const bool made = isBareName(name) && !findByName(programFolder_, name) && [&] {
+    std::error_code error;
+    return std::filesystem::create_directory(programFolder_ / toUtf8(name), error);
+  }();
+  if (!made) throw Fault(fault_number::kPathAccess, "The folder " + name + " cannot be made");
+}
+
+}  // namespace kelvaron

@@ -1,0 +1,35 @@
+// The file dialog of a form.
+#pragma once
+
+#include <optional>
+#include <string>
+
+#include "platform/ports.h"
+
+namespace kelvaron {
+
+class CommonDialog {
+ public:
+  /// Words shown, or a pattern such as "*.wad". Empty shows all files.
+  std::string Filter;
+  std::string DialogTitle;
+  /// Where the dialog starts; empty leaves it to the desktop.
+  std::string InitDir;
+  /// Without a dot; goes behind a name typed without an extension.
+  std::string DefaultExt;
+  /// The file chosen last, with its folder and without. A dismissed dialog leaves both.
+  std::string FileName;
+  std::string FileTitle;
+
+  /// Shows the dialog and waits. Returns whether the user chose a file.
+  bool ShowOpen(Dialogs& dialogs) {
+    const std::optional<std::string> chosen =
+        dialogs.openFile({DialogTitle, Filter, InitDir, DefaultExt});
+    if (!chosen) return false;
+    FileName = *chosen;
+    FileTitle = FileName.substr(FileName.find_last_of("/\\") + 1);
+    return true;
+  }
+};
+
+}  // namespace kelvaron

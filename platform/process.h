@@ -1,0 +1,36 @@
+// Starting a program from one command text.
+#pragma once
+
+#include <functional>
+#include <string>
+
+namespace kelvaron {
+
+/// How the started program's window should come up. Desktops that can't be told leave it to the
+/// program.
+enum class WindowStyle {
+  maximizedFocus = 3,
+  normalNoFocus = 4,
+  minimizedNoFocus = 7,
+};
+
+class ProcessPort {
+ public:
+  ProcessPort() = default;
+  ProcessPort(const ProcessPort&) = delete;
+  ProcessPort& operator=(const ProcessPort&) = delete;
+  virtual ~ProcessPort() = default;
+
+  /// Starts a program and returns at once. The first word of `command` is its location, in which
+  /// blanks are found by trying longer and longer first words against the disk; the rest are its
+  /// arguments, cut at blanks. No shell sees the text. The program inherits the working folder, and
+  /// outlives this one. Code page 1252. Never faults: what goes wrong is told by `onTrouble`.
+  virtual void run(const std::string& command, WindowStyle style) = 0;
+
+  /// A start failed, or a program ended with an error within two seconds: a text for the user that
+  /// names the program, the reason and the last lines that it printed. Raised in a turn of the
+  /// loop.
+  std::function<void(const std::string& text)> onTrouble;
+};
+
+}  // namespace kelvaron

@@ -1,0 +1,22 @@
+// A round lamp.
+#pragma once
+
+#include <string_view>
+
+#include "platform/control.h"
+#include "platform/form.h"
+
+namespace kelvaron {
+
+class Shape : public Control {
+ public:
+  /// The fill of a lamp that isn't lit.
+  static constexpr Color kUnlit{52, 56, 66};
+
+  Shape(Container& within, std::string_view name, Place place)
+      : Control(within, ControlKind::shape, name, place) {}
+
+  Property<Color> FillColor{*this, kUnlit};
+};
+
+}  // namespace kelvaron
