@@ -94,7 +94,25 @@ def ringin():
     return at_peak(fade(out, 0.002, 0.05), 0.55)
 
 
-SOUNDS = {"boom": boom, "online": online, "ringin": ringin}
+def game():
+    """A game begins: a low drone and three notes of a horn that climb to a fifth."""
+    out = []
+    for t in seconds(1.5):
+        drone = 0.5 * math.sin(2 * math.pi * 55 * t) + 0.25 * math.sin(2 * math.pi * 110.4 * t)
+        drone *= math.exp(-t / 0.9)
+        horn = 0.0
+        for start, frequency, level in ((0.0, 146.83, 0.8), (0.22, 174.61, 0.9), (0.44, 220.0, 1.2)):
+            since = t - start
+            if since < 0:
+                continue
+            breath = min(1.0, since / 0.03) * math.exp(-since / (0.16 if start < 0.4 else 0.5))
+            turn = 2 * math.pi * frequency * t
+            horn += level * breath * sum(math.sin(turn * n) / n for n in range(1, 7))
+        out.append(math.tanh(0.9 * horn + drone))
+    return at_peak(fade(out, 0.002, 0.3), 0.6)
+
+
+SOUNDS = {"boom": boom, "game": game, "online": online, "ringin": ringin}
 
 
 def write(path, samples):

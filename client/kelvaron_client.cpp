@@ -4,6 +4,8 @@
 
 #include "chat/inbound_lines.h"
 #include "chat/main_window.h"
+#include "game/inbound_lines.h"
+#include "game/wire.h"
 #include "session/inbound_lines.h"
 
 namespace kelvaron {
@@ -17,7 +19,7 @@ constexpr std::array<InboundRow, 31> kInbound = {{
     {"BAD", session, inbound::onBad},
     {"banned", session, inbound::onBanned},
     {"MSGBOX", session, inbound::onMsgBox},
-    {"XCEPT", game, nullptr},
+    {"XCEPT", game, inbound::onAccept},
     {"Announce", chat, inbound::onAnnounce},
     {"Message", chat, inbound::onMessage},
     {"Kicked", session, inbound::onKicked},
@@ -28,18 +30,18 @@ constexpr std::array<InboundRow, 31> kInbound = {{
     {"MOTD", session, inbound::onMotd},
     {"IPFILE", peer, nullptr},
     {"PM", chat, inbound::onPrivateMessage},
-    {"GAME", game, nullptr},
-    {"START", game, nullptr},
+    {"GAME", game, inbound::onGame},
+    {"START", game, inbound::onStart},
     {"GETPROFILE", peer, nullptr},
     {"GETPROFILE2", peer, nullptr},
-    {"DECLINE", game, nullptr},
+    {"DECLINE", game, inbound::onDecline},
     {"PROFILE", peer, nullptr},
     {"getip", session, inbound::onGetIp},
     {"BANIP", session, inbound::onBanIp},
     {"PING", peer, nullptr},
     {"THEPING", peer, nullptr},
-    {"GETUSERIP", game, nullptr},
-    {"OKUSERIP", game, nullptr},
+    {"GETUSERIP", game, inbound::onGetUserIp},
+    {"OKUSERIP", game, inbound::onOkUserIp},
     {"GETIPFT", peer, nullptr},
     {"RETURNFT", peer, nullptr},
     {"PLAYSOUND", chat, inbound::onPlaySound},
@@ -50,8 +52,10 @@ constexpr std::array<InboundRow, 31> kInbound = {{
 std::span<const InboundRow> inboundTable() { return kInbound; }
 
 std::unique_ptr<Client> makeClient(Edge& edge, const Ports& ports) {
-  return std::make_unique<Client>(
+  auto made = std::make_unique<Client>(
       edge, ports, kInbound, [](Client& client) -> MainWindow& { return client.form<frmMain>(); });
+  made->slots.onMade = [&client = *made](Form& form) { wireGame(client, form); };
+  return made;
 }
 
 }  // namespace kelvaron

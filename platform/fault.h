@@ -17,6 +17,7 @@ inline constexpr int kSubscript = 9;
 inline constexpr int kTypeMismatch = 13;
 inline constexpr int kFileNotFound = 53;
 inline constexpr int kDiskFull = 61;
+inline constexpr int kInputPastEnd = 62;
 inline constexpr int kPathAccess = 75;
 inline constexpr int kNotConnected = 40006;
 inline constexpr int kWrongSocketState = 40020;

@@ -61,6 +61,8 @@ class Form : public Observable, public Container {
 
   /// Makes the form visible and brings it to the front.
   void Show();
+  /// Makes the form visible, and leaves the keyboard where the user is typing.
+  void ShowQuietly() { Visible = true; }
   void PopupMenu(MenuItem& menu);
 
   /// Runs when a slot has made the form; its controls have their design values.
@@ -69,6 +71,8 @@ class Form : public Observable, public Container {
   virtual void Form_Unload() {}
   /// Runs after the window took another size.
   virtual void Form_Resize() {}
+  /// The user clicked the form itself, or a label on it.
+  virtual void Form_Click() {}
 
   /// In order of construction, those inside frames too.
   const std::vector<Control*>& Controls() const { return controls_; }

@@ -16,8 +16,9 @@ namespace {
 using ::testing::ElementsAre;
 
 struct Context {
-  FormSlots slots;
+  // Forms that still stand at the end write into the log too.
   std::vector<std::string> log;
+  FormSlots slots;
 };
 
 class Sample : public Form {

@@ -1,0 +1,43 @@
+#include "game/csdoom.h"
+
+#include "chat/main_window.h"
+#include "game/connection_check.h"
+#include "peer/configuration.h"
+#include "session/client.h"
+#include "session/outbound.h"
+
+namespace kelvaron {
+
+void launchCsServer(Client& client, frmMain& room) {
+  const GameConfig config = gameConfigForUser(client);
+  if (config.csServerPath.empty()) {
+    client.MsgBox("First tell Kelvaron where the CSDoom server is.", box_style::kInformation);
+    client.form<kelvaron::config>().Show();
+    return;
+  }
+  if (!connectedOrTold(client, "The CSDoom server was not started")) return;
+  client.ports.processes.run(config.csServerPath, WindowStyle::minimizedNoFocus);
+  client.send(outbound::hostingCs(client.UserName));
+  room.Command2.Enabled = true;
+  startCsClient(client, config.csClientPath, client.sckClient().LocalIP());
+  room.Label7.Caption = kHostingStatus;
+}
+
+void returnFromCs(Client& client, frmMain& room) {
+  // Without a connection there is no mark to take off.
+  const FaultRule rule = FaultRule::goOn();
+  rule.step([&] { client.send(outbound::returnCs(client.UserName)); });
+  room.Command2.Enabled = false;
+}
+
+void joinCsGame(Client& client, frmMain& room) {
+  if (!connectedOrTold(client, "The game can not be joined")) return;
+  client.send(outbound::userIp(room.List1.Text(), client.UserName));
+}
+
+void startCsClient(Client& client, std::string_view csClientPath, std::string_view address) {
+  client.ports.processes.run(std::string(csClientPath) + " -connect " + std::string(address),
+                             WindowStyle::maximizedFocus);
+}
+
+}  // namespace kelvaron

@@ -1,0 +1,117 @@
+// Request a Game: which game, with which options.
+#pragma once
+
+#include <array>
+
+#include "game/launch_command.h"
+#include "platform/combo_box.h"
+#include "platform/common_dialog.h"
+#include "platform/controls.h"
+
+namespace kelvaron {
+
+class Client;
+
+class game1 : public Form {
+ public:
+  explicit game1(Client& client);
+
+  Label Label1{*this, "Label1", pixels(16, 10, 500, 30), "Kelvaron Game Request"};
+
+  Frame Frame1{*this, "Frame1", pixels(16, 46, 400, 166), "Select Game"};
+  CheckBox Check25{Frame1, "Check25", pixels(14, 28, 180, 24), kGames[0].caption};
+  CheckBox Check26{Frame1, "Check26", pixels(14, 54, 180, 24), kGames[1].caption};
+  CheckBox Check27{Frame1, "Check27", pixels(14, 80, 180, 24), kGames[2].caption};
+  CheckBox Check28{Frame1, "Check28", pixels(14, 106, 180, 24), kGames[3].caption};
+  CheckBox Check29{Frame1, "Check29", pixels(14, 132, 180, 24), kGames[4].caption};
+  CheckBox Check30{Frame1, "Check30", pixels(206, 28, 184, 24), kGames[5].caption};
+  CheckBox Check31{Frame1, "Check31", pixels(206, 54, 184, 24), kGames[6].caption};
+  CheckBox Check32{Frame1, "Check32", pixels(206, 80, 184, 24), kGames[7].caption};
+  CheckBox Check33{Frame1, "Check33", pixels(206, 106, 184, 24), kGames[8].caption};
+  CheckBox Check34{Frame1, "Check34", pixels(206, 132, 184, 24), kGames[9].caption};
+
+  Frame fraOptions{*this, "fraOptions", pixels(16, 222, 400, 192), "Options"};
+  CheckBox Check1{fraOptions, "Check1", pixels(14, 28, 180, 24), "No Monsters"};
+  CheckBox Check2{fraOptions, "Check2", pixels(14, 54, 180, 24), "No Music"};
+  CheckBox Check3{fraOptions, "Check3", pixels(14, 80, 180, 24), "No SFX"};
+  CheckBox Check4{fraOptions, "Check4", pixels(14, 106, 180, 24), "Monsters Respawn"};
+  CheckBox Check20{fraOptions, "Check20", pixels(14, 132, 180, 24), "Fast Monsters"};
+  CheckBox Check5{fraOptions, "Check5", pixels(206, 28, 184, 24), "Deathmatch (Respawn)"};
+  CheckBox Check6{fraOptions, "Check6", pixels(206, 54, 184, 24), "Deathmatch"};
+  CheckBox Check7{fraOptions, "Check7", pixels(206, 80, 184, 24), "Co-Op"};
+  CheckBox Check35{fraOptions, "Check35", pixels(206, 106, 184, 24), "Record Demo (Host Only)"};
+  CheckBox Check36{fraOptions, "Check36", pixels(14, 158, 372, 24),
+                   "Extratic (Sends backup movements)"};
+  CheckBox Check37{fraOptions, "Check37", pixels(206, 132, 190, 24), "Make my game a SOLO GAME"};
+
+  Frame fraServer{*this, "fraServer", pixels(430, 46, 350, 246), "Server Options"};
+  CheckBox Check8{fraServer, "Check8", pixels(14, 28, 160, 24), "Use Rail Gun"};
+  CheckBox Check9{fraServer, "Check9", pixels(14, 54, 160, 24), "Falling Damage"};
+  CheckBox Check10{fraServer, "Check10", pixels(14, 80, 160, 24), "Weapons Stay"};
+  CheckBox Check11{fraServer, "Check11", pixels(14, 106, 160, 24), "Allow Power-Ups"};
+  CheckBox Check12{fraServer, "Check12", pixels(14, 132, 160, 24), "Allow Health"};
+  CheckBox Check13{fraServer, "Check13", pixels(14, 158, 160, 24), "Allow Armor"};
+  CheckBox Check14{fraServer, "Check14", pixels(14, 184, 160, 24), "Spawn Farthest"};
+  CheckBox Check15{fraServer, "Check15", pixels(14, 210, 160, 24), "Same Map"};
+  CheckBox Check16{fraServer, "Check16", pixels(180, 28, 164, 24), "Force Respawn"};
+  CheckBox Check17{fraServer, "Check17", pixels(180, 54, 164, 24), "Allow Exit"};
+  CheckBox Check18{fraServer, "Check18", pixels(180, 80, 164, 24), "Infinate Ammo"};
+  CheckBox Check19{fraServer, "Check19", pixels(180, 106, 164, 24), "Monster Respawn"};
+  CheckBox Check21{fraServer, "Check21", pixels(180, 132, 164, 24), "Power-Ups respawn"};
+  CheckBox Check22{fraServer, "Check22", pixels(180, 158, 164, 24), "Allow Jump"};
+  CheckBox Check23{fraServer, "Check23", pixels(180, 184, 164, 24), "Allow Freelook"};
+  CheckBox Check24{fraServer, "Check24", pixels(180, 210, 164, 24), "Friendly Fire"};
+
+  Label Label2{*this, "Label2", pixels(430, 306, 220, 22), "External Wad"};
+  TextBox Text1{*this, "Text1", pixels(430, 330, 240, 30)};
+  CommandButton Command1{*this, "Command1", pixels(680, 330, 100, 30), "Locate"};
+  Label Label3{*this, "Label3", pixels(430, 366, 220, 22), "Skin"};
+  TextBox Text2{*this, "Text2", pixels(430, 384, 240, 30)};
+  CommandButton Command2{*this, "Command2", pixels(680, 384, 100, 30), "Locate"};
+
+  Frame Frame2{*this, "Frame2", pixels(16, 426, 144, 66), "Timer (Minutes)"};
+  ComboBox Combo1{Frame2, "Combo1", pixels(12, 28, 120, 28)};
+  Frame Frame3{*this, "Frame3", pixels(171, 426, 144, 66), "DUP"};
+  ComboBox Combo2{Frame3, "Combo2", pixels(12, 28, 120, 28)};
+  Frame Frame4{*this, "Frame4", pixels(326, 426, 144, 66), "Turbo"};
+  ComboBox Combo3{Frame4, "Combo3", pixels(12, 28, 120, 28)};
+  Frame Frame5{*this, "Frame5", pixels(481, 426, 144, 66), "Skill"};
+  ComboBox Combo5{Frame5, "Combo5", pixels(12, 28, 120, 28)};
+  Frame Frame6{*this, "Frame6", pixels(636, 426, 144, 66), "Warp to Level"};
+  ComboBox Combo4{Frame6, "Combo4", pixels(12, 28, 120, 28)};
+
+  CommandButton Command3{*this, "Command3", pixels(530, 508, 140, 32), "Send Request"};
+  CommandButton Command4{*this, "Command4", pixels(680, 508, 100, 32), "Cancel"};
+
+  // Never seen: the host's command and the guests' options under construction, the game's key,
+  // copies of wad and skin for the offer, and the number of invited players.
+  TextBox Text3{*this, "Text3", {}};
+  TextBox Text4{*this, "Text4", {}};
+  TextBox Text5{*this, "Text5", {}};
+  TextBox Text6{*this, "Text6", {}};
+  TextBox Text7{*this, "Text7", {}};
+  TextBox Text8{*this, "Text8", {}};
+
+  CommonDialog CommonDialog1;
+
+  void Form_Load() override;
+
+  /// The boxes of the ten games, in the order of `kGames`.
+  static constexpr std::array<CheckBox game1::*, kGames.size()> kGameBoxes = {
+      &game1::Check25, &game1::Check26, &game1::Check27, &game1::Check28, &game1::Check29,
+      &game1::Check30, &game1::Check31, &game1::Check32, &game1::Check33, &game1::Check34};
+
+ private:
+  void look();
+  void gameBox_Click(CheckBox& clicked);
+  void fillLevels();
+  void Command1_Click();
+  void Command3_Click();
+  GameOptions options() const;
+  void playWithGuests(const GameConfig& config);
+  void playSolo(const GameConfig& config);
+
+  Client& client_;
+};
+
+}  // namespace kelvaron

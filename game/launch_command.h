@@ -1,0 +1,64 @@
+// The texts from which engines are started, and the options that host and guests share.
+#pragma once
+
+#include <array>
+#include <string>
+#include <string_view>
+
+#include "game/game_table.h"
+
+namespace kelvaron {
+
+/// Stands for no external wad, and for no skin. Compared letter for letter.
+inline constexpr std::string_view kNone = "NONE";
+
+/// What the host ticked and chose. Empty texts are options that are off.
+struct GameOptions {
+  bool extratic = false;
+  bool noMonsters = false;
+  bool noMusic = false;
+  bool noSfx = false;
+  bool respawn = false;
+  bool altDeath = false;
+  bool deathmatch = false;
+  bool coop = false;
+  bool fast = false;
+  std::string timer;
+  std::string dup;
+  std::string turbo;
+  std::string skill;
+  /// Its last two characters go into the command.
+  std::string warp;
+  bool record = false;
+};
+
+/// The host's options, with a blank before each; `programFolder` is where a demo goes.
+std::string hostOptions(const GameOptions& options, std::string_view programFolder);
+/// The guests' options: no demo, and a blank of its own behind " -extratic".
+std::string guestOptions(const GameOptions& options);
+
+/// Engine and game of the host's command: location, " -IWAD ", wad.
+std::string hostBase(const Game& game, const GameConfig& config);
+
+/// The host's command: `begun` (base and options), " -host " and the number of players, the host
+/// included, and the external wad.
+std::string hostCommand(std::string_view begun, int players, std::string_view wad,
+                        const GameConfig& config);
+/// The command of a game alone.
+std::string soloCommand(std::string_view begun, std::string_view wad, const GameConfig& config);
+
+/// An offer as it reaches a guest.
+struct GameOffer {
+  std::string gameKey;
+  std::string wad;
+  std::string skin;
+  std::string guestOptions;
+  std::string hostAddress;
+  std::string hostNick;
+};
+
+/// The guest's command, from the guest's own configuration. It ends in CR LF. A key that isn't one
+/// of the ten leaves engine and game out.
+std::string guestCommand(const GameOffer& offer, const GameConfig& config);
+
+}  // namespace kelvaron

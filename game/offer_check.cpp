@@ -1,0 +1,131 @@
+#include "game/offer_check.h"
+
+#include <algorithm>
+#include <array>
+#include <vector>
+
+namespace kelvaron {
+namespace {
+
+// All switches that a host sends to guests; the second kind has a value behind it.
+constexpr std::array<std::string_view, 9> kSwitches = {"-extratic",   "-nomonsters", "-nomusic",
+                                                       "-nosfx",      "-respawn",    "-altdeath",
+                                                       "-deathmatch", "-coop",       "-fast"};
+constexpr std::array<std::string_view, 5> kSwitchesWithValue = {"-timer", "-dup", "-turbo",
+                                                                "-skill", "-warp"};
+
+constexpr std::string_view kDigits = "0123456789";
+
+std::vector<std::string_view> wordsOf(std::string_view text) {
+  std::vector<std::string_view> words;
+  while (!text.empty()) {
+    const std::string_view word = text.substr(0, text.find(' '));
+    if (!word.empty()) words.push_back(word);
+    text.remove_prefix(std::min(word.size() + 1, text.size()));
+  }
+  return words;
+}
+
+bool holdsControl(std::string_view text) {
+  constexpr unsigned char kBlank = ' ';
+  constexpr unsigned char kDelete = 127;
+  return std::ranges::any_of(text, [](char character) {
+    const auto byte = static_cast<unsigned char>(character);
+    return byte < kBlank || byte == kDelete;
+  });
+}
+
+// A word that an engine takes for more than a plain value.
+bool isSwitchLike(std::string_view word) {
+  return word.starts_with('-') || word.starts_with('+') || word.starts_with('@');
+}
+
+bool isPlainValue(std::string_view word) {
+  return std::ranges::all_of(word, [](char character) {
+    return (character >= '0' && character <= '9') || (character >= 'A' && character <= 'Z') ||
+           (character >= 'a' && character <= 'z') || character == '.';
+  });
+}
+
+// Words of the options that no Kelvaron sends, in their order, parted by blanks.
+std::string unusualWords(std::string_view options) {
+  std::string unusual;
+  const std::vector<std::string_view> words = wordsOf(options);
+  for (std::size_t i = 0; i < words.size(); ++i) {
+    if (std::ranges::find(kSwitches, words[i]) != kSwitches.end()) continue;
+    if (std::ranges::find(kSwitchesWithValue, words[i]) != kSwitchesWithValue.end()) {
+      if (i + 1 < words.size() && isPlainValue(words[i + 1])) ++i;
+      continue;
+    }
+    unusual.append(unusual.empty() ? "" : " ").append(words[i]);
+  }
+  return unusual;
+}
+
+bool isBareFileName(std::string_view name) {
+  if (name.empty() || name == "." || name == ".." || holdsControl(name)) return false;
+  if (name.find_first_of("/\\:\"") != std::string_view::npos) return false;
+  return std::ranges::none_of(wordsOf(name), isSwitchLike);
+}
+
+bool isDottedDecimal(std::string_view text) {
+  constexpr int kParts = 4;
+  constexpr std::size_t kLongestPart = 3;
+  constexpr int kLargestPart = 255;
+  for (int part = 1; part <= kParts; ++part) {
+    const std::string_view digits = text.substr(0, text.find('.'));
+    if (digits.empty() || digits.size() > kLongestPart ||
+        digits.find_first_not_of(kDigits) != std::string_view::npos ||
+        std::stoi(std::string(digits)) > kLargestPart) {
+      return false;
+    }
+    text.remove_prefix(digits.size());
+    if (part == kParts) break;
+    if (!text.starts_with('.')) return false;
+    text.remove_prefix(1);
+  }
+  return text.empty();
+}
+
+}  // namespace
+
+bool isAddress(std::string_view text) {
+  if (isDottedDecimal(text)) return true;
+  // The system tells the last of it when it connects; here it matters that it is nothing else.
+  return std::ranges::count(text, ':') >= 2 &&
+         text.find_first_not_of("0123456789abcdefABCDEF:.") == std::string_view::npos;
+}
+
+std::string unusualAbout(const GameOffer& offer, const GameConfig& config) {
+  std::string remarks;
+  const auto remark = [&](std::string_view text) { remarks.append(text).append(".\r\n"); };
+  const auto quoted = [](std::string_view text) { return "\"" + std::string(text) + "\""; };
+
+  if (const Game* game = findGame(offer.gameKey); game == nullptr) {
+    remark("The game " + quoted(offer.gameKey) + " is not one that Kelvaron knows");
+  } else {
+    if ((config.*game->engine).empty()) {
+      remark("You have not told Kelvaron where the engine of this game is");
+    }
+    if ((config.*game->wad).empty()) {
+      remark("You have not told Kelvaron where the wad of this game is");
+    }
+  }
+  if (const std::string words = unusualWords(offer.guestOptions); !words.empty()) {
+    remark("The command line holds what Kelvaron never sends: " + words);
+  } else if (holdsControl(offer.guestOptions)) {
+    remark("The command line holds control characters");
+  }
+  if (offer.wad != kNone && !isBareFileName(offer.wad)) {
+    remark("The wad " + quoted(offer.wad) + " is not a plain file name");
+  }
+  if (offer.skin != kNone) {
+    remark("It names a skin, which Kelvaron never does: " + quoted(offer.skin));
+  }
+  if (!isAddress(offer.hostAddress)) {
+    remark("The host's address " + quoted(offer.hostAddress) + " is not an address");
+  }
+  return remarks;
+}
+
+}  // namespace kelvaron

@@ -1,0 +1,78 @@
+#include "game/wire.h"
+
+#include <algorithm>
+#include <vector>
+
+#include "chat/main_window.h"
+#include "game/awaiting_verification.h"
+#include "game/connection_check.h"
+#include "game/csdoom.h"
+#include "game/game_selection.h"
+#include "peer/configuration.h"
+#include "session/client.h"
+#include "session/login_window.h"
+
+namespace kelvaron {
+namespace {
+
+// Whether the configuration names enough for at least one of the ten games.
+bool somethingToPlay(Client& client) {
+  GameConfig config;
+  // A file that can't be read names nothing.
+  FaultRule::stop().handle(
+      [&] { config = parseGameConfig(client.ports.files.read(kGameConfigFile)).config; });
+  return std::ranges::any_of(kGames, [&](const Game& game) { return canPlay(game, config); });
+}
+
+// The entries selected in the user list; the last one becomes the current one on the way.
+std::vector<std::string> selectedUsers(ListBox& users) {
+  std::vector<std::string> selected;
+  for (int i = 0; i < users.ListCount(); ++i) {
+    if (users.Selected(i)) selected.push_back(users.List(i));
+  }
+  if (users.ListCount() > 0) users.setListIndex(users.ListCount() - 1);
+  return selected;
+}
+
+void requestGame(Client& client, frmMain& room) {
+  if (!connectedOrTold(client, "You can not request a game")) return;
+  // A game form with nothing to tick would be a dead end.
+  if (client.loadedForm<game1>() == nullptr && !somethingToPlay(client)) {
+    client.MsgBox(
+        "Before your first game, please tell Kelvaron where your game engine and your wads are.",
+        box_style::kInformation);
+    client.form<config>().Show();
+    return;
+  }
+  const std::vector<std::string> invited = selectedUsers(room.List1);
+  if (invited.size() > Form1::kSlots) {
+    client.MsgBox("You can invite up to six players, but " + std::to_string(invited.size()) +
+                      " are selected. Please unselect some of them.",
+                  box_style::kExclamation);
+    return;
+  }
+  Form1& waiting = client.form<Form1>();
+  for (std::size_t slot = 0; slot < invited.size(); ++slot) {
+    waiting.Label1[slot].Caption = invited[slot];
+  }
+  client.ports.application.DoEvents();
+  game1& form = client.form<game1>();
+  form.Text8.Text = std::to_string(invited.size());
+  form.Show();
+}
+
+}  // namespace
+
+void wireGame(Client& client, Form& made) {
+  if (dynamic_cast<frmLogin*>(&made) != nullptr) {
+    client.form<Form1>().Caption = client.title;
+  } else if (auto* room = dynamic_cast<frmMain*>(&made)) {
+    room->Command1.Click = [&client, room] { requestGame(client, *room); };
+    room->Command2.Click = [&client, room] { returnFromCs(client, *room); };
+    room->mnuConfig.Click = [&client] { client.form<config>().Show(); };
+    room->mnuLaunchCsServer.Click = [&client, room] { launchCsServer(client, *room); };
+    room->mnuJoinGame.Click = [&client, room] { joinCsGame(client, *room); };
+  }
+}
+
+}  // namespace kelvaron
