@@ -23,12 +23,12 @@ struct GameOptions {
   bool deathmatch = false;
   bool coop = false;
   bool fast = false;
-  std::string timer;
-  std::string dup;
-  std::string turbo;
-  std::string skill;
+  std::string timer = {};
+  std::string dup = {};
+  std::string turbo = {};
+  std::string skill = {};
   /// Its last two characters go into the command.
-  std::string warp;
+  std::string warp = {};
   bool record = false;
 };
 

@@ -16,18 +16,18 @@ inline constexpr const char* kGameConfigFile = "kvconfig.cfg";
 
 /// The records in the order of the file. A record that isn't set is empty.
 struct GameConfig {
-  std::string zdoomPath;
+  std::string zdoomPath = {};
   /// A command's beginning: the location, with video switches behind it.
-  std::string glZdoomCommand;
-  std::string doomWad;
-  std::string doom2Wad;
-  std::string finalDoomWad;
-  std::string plutoniaWad;
-  std::string evilutionWad;
-  std::string externalWadFolder;
-  std::string externalWadFolder2;
-  std::string csServerPath;
-  std::string csClientPath;
+  std::string glZdoomCommand = {};
+  std::string doomWad = {};
+  std::string doom2Wad = {};
+  std::string finalDoomWad = {};
+  std::string plutoniaWad = {};
+  std::string evilutionWad = {};
+  std::string externalWadFolder = {};
+  std::string externalWadFolder2 = {};
+  std::string csServerPath = {};
+  std::string csClientPath = {};
 
   bool operator==(const GameConfig&) const = default;
 };

@@ -1,0 +1,223 @@
+// Choosing a game: what can be ticked, the level list, the external wad, and Send Request.
+#include "tests/game/player.h"
+
+namespace kelvaron {
+namespace {
+
+using ::testing::ElementsAre;
+using ::testing::HasSubstr;
+using ::testing::IsEmpty;
+using testing::TestDesktop;
+
+class Selection : public testing::Player {
+ protected:
+  std::string enabledGames() {
+    std::string keys;
+    for (std::size_t i = 0; i < kGames.size(); ++i) {
+      if ((form<game1>().*game1::kGameBoxes[i]).Enabled) {
+        keys.append(keys.empty() ? "" : " ").append(kGames[i].key);
+      }
+    }
+    return keys;
+  }
+  void open(int players) {
+    std::vector<std::string> entries = {"al", "bo", "cy", "di", "ed", "fy", "gil"};
+    list(entries, players);
+    click(room().Command1);
+  }
+};
+
+TEST_F(Selection, RecordsDecideWhatCanBeTicked) {
+  struct Case {
+    GameConfig config;
+    std::string enabled;
+  };
+  const std::vector<Case> cases = {
+      {testing::kPlayersConfig,
+       "zdoom zdoom2 zdoom3 zdoom4 zdoom5 gldoom gldoom2 gldoom3 gldoom4 gldoom5"},
+      {{.doomWad = "w", .doom2Wad = "w"}, ""},
+      {{.zdoomPath = "z"}, ""},
+      {{.zdoomPath = "z", .doom2Wad = "w"}, "zdoom2"},
+      {{.glZdoomCommand = "g", .plutoniaWad = "w", .evilutionWad = "w"}, "gldoom4 gldoom5"},
+      {{.zdoomPath = "z", .glZdoomCommand = "g", .doomWad = "w", .finalDoomWad = "w"},
+       "zdoom zdoom3 gldoom gldoom3"},
+  };
+  for (const Case& each : cases) {
+    saveGameConfig(desktop.files, each.config);
+    EXPECT_EQ(enabledGames(), each.enabled);
+    desktop.edge.run([&] { desktop.client->slots.unload(form<game1>()); });
+  }
+  EXPECT_THAT(boxTexts(), IsEmpty());
+}
+
+TEST_F(Selection, ListsAndDefaults) {
+  const game1& game = form<game1>();
+  EXPECT_THAT(game.Combo1.items(), ElementsAre("5", "10", "15", "20", "30", "45", "60", "90"));
+  EXPECT_EQ(game.Combo2.items().size(), 9U);
+  EXPECT_THAT(game.Combo3.items(), ElementsAre("10", "20", "30", "40", "50", "60", "70", "80", "90",
+                                               "100", "150", "200", "250"));
+  EXPECT_THAT(game.Combo5.items(), ElementsAre("1", "2", "3", "4", "5"));
+  EXPECT_THAT(game.Combo4.items(), IsEmpty());
+  for (const ComboBox* combo : {&game.Combo1, &game.Combo2, &game.Combo3, &game.Combo4}) {
+    EXPECT_EQ(combo->Text.get(), "");
+  }
+  EXPECT_EQ(game.Text1.Text.get(), "NONE");
+  EXPECT_EQ(game.Text2.Text.get(), "NONE");
+}
+
+TEST_F(Selection, OneGameAtMostAndTheLevelList) {
+  game1& game = form<game1>();
+  tick(game.Check26);
+  EXPECT_EQ(game.Combo4.items().size(), 32U);
+  EXPECT_EQ(game.Combo4.items().front(), "01");
+  EXPECT_EQ(game.Combo4.items().back(), "32");
+  desktop.edge.run([&] { game.Combo4.Text = "07"; });
+  tick(game.Check27);
+  EXPECT_EQ(game.Check26.Value.get(), 0);
+  EXPECT_EQ(game.Check27.Value.get(), 1);
+  EXPECT_EQ(game.Combo4.Text.get(), "");
+  EXPECT_EQ(game.Combo4.items().size(), 32U);
+  // Another game leaves the field alone.
+  desktop.edge.run([&] { game.Combo4.Text = "E1M3"; });
+  tick(game.Check30);
+  EXPECT_EQ(game.Check27.Value.get(), 0);
+  EXPECT_EQ(game.Combo4.Text.get(), "E1M3");
+  tick(game.Check30);
+  for (CheckBox game1::*box : game1::kGameBoxes) EXPECT_EQ((game.*box).Value.get(), 0);
+}
+
+TEST_F(Selection, ExternalWad) {
+  game1& game = form<game1>();
+  desktop.chosenFiles = {"/w/extra/My Maps.wad"};
+  click(game.Command1);
+  EXPECT_EQ(game.Text1.Text.get(), "My Maps.wad");
+  ASSERT_EQ(desktop.fileDialogs.size(), 1U);
+  EXPECT_EQ(desktop.fileDialogs[0].title, "Choose Your Wad");
+  EXPECT_EQ(desktop.fileDialogs[0].filter, "*.wad");
+  EXPECT_EQ(desktop.fileDialogs[0].initialFolder, "/w/extra\\");
+  EXPECT_EQ(desktop.fileDialogs[0].defaultExtension, "wad");
+  click(game.Command1);
+  EXPECT_EQ(game.Text1.Text.get(), "My Maps.wad") << "a dismissed dialog keeps it";
+}
+
+TEST_F(Selection, RequestWithGuests) {
+  struct Case {
+    int players;
+    std::string host;
+    std::string line;
+  };
+  const std::string options = " -nomonsters -skill 3 -warp 07";
+  const std::vector<Case> cases = {
+      {0, "1", "GAME\t0\t\t"},
+      {2, "3", "GAME\t2\tal\tbo\t"},
+      {6, "7", "GAME\t6\tal\tbo\tcy\tdi\ted\tfy\t"},
+  };
+  for (const Case& each : cases) {
+    open(each.players);
+    game1& game = form<game1>();
+    EXPECT_TRUE(game.Visible);
+    tick(game.Check26);
+    tick(game.Check1);
+    desktop.edge.run([&] {
+      game.Combo5.Text = "3";
+      game.Combo4.Text = "07";
+    });
+    click(game.Command3);
+    EXPECT_EQ(room().Text2.Text.get(),
+              "/e/zdoom.exe -IWAD /w/doom2.wad" + options + " -host " + each.host);
+    EXPECT_THAT(received(),
+                ElementsAre(each.line + "zdoom2\tNONE\tNONE\t" + options + "\t127.0.0.1\tbob"));
+    EXPECT_FALSE(desktop.shows<game1>());
+    EXPECT_TRUE(desktop.shows<Form1>());
+  }
+  EXPECT_THAT(desktop.started, IsEmpty());
+  EXPECT_THAT(boxTexts(), IsEmpty());
+}
+
+TEST_F(Selection, RefusedRequestsLoseNothing) {
+  open(1);
+  game1& game = form<game1>();
+  tick(game.Check36);
+  tick(game.Check35);
+  click(game.Command3);
+  click(game.Command3);
+  const std::string record =
+      "You have selected to record a demo. Your demo will be placed in the Kelvaron Directory";
+  const std::string choose = "You must first choose a game to play before sending a request";
+  EXPECT_THAT(boxTexts(), ElementsAre(record, choose, record, choose));
+  EXPECT_TRUE(game.Visible);
+  // The options begin anew with each press.
+  EXPECT_EQ(game.Text7.Text.get(), " -extratic ");
+  EXPECT_THAT(take(), IsEmpty());
+
+  tick(game.Check25);
+  hangUp();
+  click(game.Command3);
+  EXPECT_THAT(boxTexts(), ElementsAre(record, HasSubstr("not sent, as there is no connection")));
+  EXPECT_TRUE(game.Visible);
+  EXPECT_FALSE(desktop.shows<Form1>());
+}
+
+TEST_F(Selection, SoloGameGoesOnAtOnceAndAlsoOffline) {
+  open(2);
+  game1& game = form<game1>();
+  tick(game.Check30);
+  tick(game.Check37);
+  desktop.chosenFiles = {"/w/extra/m.wad"};
+  click(game.Command1);
+  click(game.Command3);
+  const std::string command = "/e/zdoomgl.exe -3dfx -IWAD /w/doom.wad -file /w/extra\\m.wad";
+  EXPECT_THAT(desktop.started,
+              ElementsAre(TestDesktop::Started{command, WindowStyle::maximizedFocus}));
+  EXPECT_THAT(received(), ElementsAre("INGAME\tbob"));
+  EXPECT_TRUE(game.Visible);
+  EXPECT_TRUE(desktop.shows<Form4>());
+
+  hangUp();
+  click(form<Form4>().Command1);
+  EXPECT_FALSE(desktop.shows<Form4>());
+  click(game.Command3);
+  EXPECT_EQ(desktop.started.size(), 2U);
+  EXPECT_THAT(boxTexts(), IsEmpty());
+}
+
+TEST_F(Selection, PressesThatOpenNoGameForm) {
+  open(7);
+  EXPECT_THAT(boxTexts(), ElementsAre(HasSubstr("up to six players, but 7 are selected")));
+  EXPECT_FALSE(desktop.shows<game1>());
+  EXPECT_EQ(form<Form1>().Label1[0].Caption.get(), "None");
+
+  std::filesystem::remove(desktop.folder.path() / kGameConfigFile);
+  open(1);
+  EXPECT_THAT(boxTexts(), ElementsAre(HasSubstr("tell Kelvaron where your game engine")));
+  EXPECT_FALSE(desktop.shows<game1>());
+  EXPECT_TRUE(desktop.shows<config>());
+
+  hangUp();
+  open(1);
+  EXPECT_THAT(boxTexts(), ElementsAre(HasSubstr("no connection")));
+  EXPECT_FALSE(desktop.shows<game1>());
+}
+
+TEST_F(Selection, ShortConfigurationIsToldOnce) {
+  std::ofstream(desktop.folder.path() / kGameConfigFile) << "/e/z\r\n\r\n/w/doom.wad\r\n";
+  open(1);
+  EXPECT_EQ(enabledGames(), "zdoom");
+  EXPECT_THAT(boxTexts(), ElementsAre(HasSubstr("only 3 of its 11 lines")));
+}
+
+TEST_F(Selection, LaterRequestKeepsTheChoicesOfALoadedForm) {
+  open(2);
+  tick(form<game1>().Check25);
+  list({"al", "bo"}, 1);
+  click(room().Command1);
+  EXPECT_EQ(form<game1>().Check25.Value.get(), 1);
+  EXPECT_EQ(form<game1>().Text8.Text.get(), "1");
+  // The second slot stays as it was.
+  EXPECT_EQ(form<Form1>().Label1[1].Caption.get(), "bo");
+  click(form<game1>().Command4);
+  EXPECT_EQ(desktop.client->loadedForm<game1>(), nullptr);
+}
+
+}  // namespace
+}  // namespace kelvaron

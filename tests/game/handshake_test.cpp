@@ -1,0 +1,255 @@
+// Offers and answers between host and guests, the last look, and the time in a game.
+#include "tests/game/player.h"
+
+namespace kelvaron {
+namespace {
+
+using ::testing::ElementsAre;
+using ::testing::HasSubstr;
+using ::testing::IsEmpty;
+using testing::TestDesktop;
+
+constexpr const char* kDemoPrompt = "Enter Demo Name Here : NO Extension";
+
+class Handshake : public testing::Player {
+ protected:
+  void invite(const std::vector<std::string>& guests) {
+    list(guests, static_cast<int>(guests.size()));
+    click(room().Command1);
+    tick(form<game1>().Check25);
+    click(form<game1>().Command3);
+    EXPECT_EQ(received().size(), 1U);
+  }
+  std::string lamps() {
+    Form1& waiting = form<Form1>();
+    const std::array<std::pair<Shape*, Shape*>, 6> slots = {{{&waiting.Shape1, &waiting.Shape2},
+                                                             {&waiting.Shape3, &waiting.Shape4},
+                                                             {&waiting.Shape5, &waiting.Shape6},
+                                                             {&waiting.Shape7, &waiting.Shape8},
+                                                             {&waiting.Shape9, &waiting.Shape10},
+                                                             {&waiting.Shape11, &waiting.Shape12}}};
+    std::string seen;
+    for (const auto& [red, green] : slots) {
+      const bool declined = red->FillColor.get() == Color::fromNumber(255);
+      const bool accepted = green->FillColor.get() == Color::fromNumber(8454016);
+      seen += declined ? accepted ? 'b' : 'r' : accepted ? 'g' : '-';
+    }
+    return seen;
+  }
+};
+
+TEST_F(Handshake, WaitingFormIsThereFromTheStart) {
+  ASSERT_NE(desktop.client->loadedForm<Form1>(), nullptr);
+  EXPECT_FALSE(desktop.shows<Form1>());
+  EXPECT_EQ(form<Form1>().Caption.get(), "Kelvaron");
+}
+
+TEST_F(Handshake, AnswersLightLampsOfExactNames) {
+  invite({"al", "bo", "cy[AW]", "di"});
+  say("XCEPT\tal\r\nDECLINE\tbo\r\nXCEPT\tcy\r\nXCEPT\tAL\r\nXCEPT\tnobody\r\n");
+  EXPECT_EQ(lamps(), "gr----");
+  say("DECLINE\tal\r\n");
+  EXPECT_EQ(lamps(), "br----");
+  // Entries with a tag match as they stand.
+  say("XCEPT\tcy[AW]\r\n");
+  EXPECT_EQ(lamps(), "brg---");
+
+  click(form<Form1>().Command1);
+  EXPECT_THAT(received(), ElementsAre("START\tal", "START\tcy[AW]", "INGAME\tbob"));
+  EXPECT_EQ(room().Label7.Caption.get(), "In a Game");
+  EXPECT_THAT(desktop.started,
+              ElementsAre(TestDesktop::Started{"/e/zdoom.exe -IWAD /w/doom.wad -host 5",
+                                               WindowStyle::maximizedFocus}));
+  EXPECT_TRUE(desktop.shows<Form4>());
+  EXPECT_EQ(desktop.client->loadedForm<Form1>(), nullptr);
+  EXPECT_THAT(desktop.sounds, ::testing::Contains("/game"));
+
+  // Answers that come too late.
+  say("XCEPT\tbo\r\n");
+  EXPECT_FALSE(desktop.shows<Form1>());
+  EXPECT_EQ(form<Form1>().Caption.get(), "Awaiting Verification");
+  say("DECLINE\tbo\r\n");
+  EXPECT_TRUE(desktop.shows<Form1>());
+  EXPECT_EQ(lamps(), "------");
+  EXPECT_EQ(form<Form1>().Label1[1].Caption.get(), "None");
+}
+
+TEST_F(Handshake, GoStartsTheHostAloneWhenAllDecline) {
+  invite({"al"});
+  say("DECLINE\tal\r\n");
+  click(form<Form1>().Command1);
+  EXPECT_THAT(received(), ElementsAre("INGAME\tbob"));
+  ASSERT_EQ(desktop.started.size(), 1U);
+  EXPECT_THAT(desktop.started[0].command, HasSubstr(" -host 2"));
+}
+
+TEST_F(Handshake, GoWithoutAConnectionKeepsTheForm) {
+  invite({"al"});
+  say("XCEPT\tal\r\n");
+  hangUp();
+  click(form<Form1>().Command1);
+  EXPECT_THAT(boxTexts(), ElementsAre(HasSubstr("no connection")));
+  EXPECT_TRUE(desktop.shows<Form1>());
+  EXPECT_EQ(lamps(), "g-----");
+  EXPECT_THAT(desktop.started, IsEmpty());
+}
+
+TEST_F(Handshake, OfferShowsWhatItHoldsAndBuildsTheCommand) {
+  say("GAME\tzdoom2\tmaps.wad\tNONE\t -fast\t10.0.0.7\tann\r\n");
+  request& offer = form<request>();
+  EXPECT_TRUE(desktop.shows<request>());
+  EXPECT_EQ(offer.Text1.Text.get(), "ann");
+  EXPECT_EQ(offer.Text2.Text.get(), "ZDOOM / DOOM2");
+  EXPECT_EQ(offer.Text3.Text.get(), "maps.wad");
+  EXPECT_EQ(offer.Text4.Text.get(), "NONE");
+  EXPECT_EQ(offer.Text5.Text.get(), " -fast");
+  EXPECT_EQ(offer.Text6.Text.get(), "10.0.0.7");
+  EXPECT_EQ(room().Text1.Text.get(),
+            "/e/zdoom.exe -iwad /w/doom2.wad -join 10.0.0.7 -file /w/extra\\maps.wad  -fast\r\n");
+  // A second offer takes the place of the first.
+  say("GAME\tgldoom\tNONE\tNONE\t\t10.0.0.8\tcy\r\n");
+  EXPECT_EQ(offer.Text1.Text.get(), "cy");
+  EXPECT_EQ(offer.Text2.Text.get(), "GLDOOM / DOOM");
+  EXPECT_EQ(room().Text1.Text.get(),
+            "/e/zdoomgl.exe -3dfx -iwad /w/doom.wad -join 10.0.0.8  \r\n");
+  click(offer.Command1);
+  EXPECT_THAT(received(), ElementsAre("XCEPT\tcy\tbob"));
+  EXPECT_EQ(desktop.client->loadedForm<request>(), nullptr);
+
+  say("GAME\tquake\tNONE\tNONE\t\t10.0.0.8\tcy\r\n");
+  EXPECT_EQ(form<request>().Text2.Text.get(), "");
+  click(form<request>().Command2);
+  EXPECT_THAT(received(), ElementsAre("DECLINE\tcy\tbob"));
+  EXPECT_EQ(desktop.client->loadedForm<request>(), nullptr);
+}
+
+TEST_F(Handshake, ShortOffersAndMissingConfigurations) {
+  // A field short: nothing is shown, and the rest of the read is lost.
+  server.say("GAME\tzdoom\tNONE\tNONE\t\t10.0.0.7\r\nUsers\tlost\r\n");
+  say("");
+  EXPECT_FALSE(desktop.shows<request>());
+  EXPECT_THAT(room().List1.entries(), IsEmpty());
+  // Behind a room line faults are passed over step by step.
+  say("Message\tann: \thi\r\nGAME\tzdoom\tNONE\r\n");
+  EXPECT_TRUE(desktop.shows<request>());
+  EXPECT_EQ(form<request>().Text2.Text.get(), "ZDOOM / DOOM");
+  EXPECT_EQ(room().Text1.Text.get(), "/e/zdoom.exe -iwad /w/doom.wad -join  -file \\ \r\n");
+  desktop.edge.run([&] { desktop.client->slots.unload(form<request>()); });
+
+  std::filesystem::remove(desktop.folder.path() / kGameConfigFile);
+  server.say("GAME\tzdoom\tNONE\tNONE\t\t10.0.0.7\tann\r\n");
+  say("");
+  EXPECT_THAT(boxTexts(), ElementsAre(HasSubstr("Someone is trying to view your profile")));
+  EXPECT_FALSE(desktop.shows<request>());
+}
+
+TEST_F(Handshake, AnswerWithoutAConnection) {
+  say("GAME\tzdoom\tNONE\tNONE\t\t10.0.0.7\tann\r\n");
+  hangUp();
+  click(form<request>().Command1);
+  EXPECT_THAT(boxTexts(), ElementsAre(HasSubstr("Your answer was not sent")));
+  EXPECT_TRUE(desktop.shows<request>());
+  click(form<request>().Command2);
+  EXPECT_THAT(boxTexts(), ElementsAre(HasSubstr("Your answer was not sent")));
+  EXPECT_FALSE(desktop.shows<request>());
+}
+
+TEST_F(Handshake, FinalChanceStartsTheGuest) {
+  const std::string command = "/e/zdoom.exe -iwad /w/doom.wad -join 10.0.0.7  \r\n";
+  struct Case {
+    bool demo;
+    std::string name;
+    std::string started;
+  };
+  const std::string demo = command + " -record " + desktop.files.folder() + "\\";
+  const std::vector<Case> cases = {
+      {false, "", command},
+      {true, "", demo + kDemoPrompt},
+      {true, "mine", demo + "mine"},
+  };
+  for (const Case& each : cases) {
+    say("GAME\tzdoom\tNONE\tNONE\t\t10.0.0.7\tann\r\nSTART\r\n");
+    Form3& chance = form<Form3>();
+    EXPECT_TRUE(desktop.shows<Form3>());
+    EXPECT_EQ(chance.Text1.Text.get(), command);
+    if (each.demo) desktop.edge.run([&] { chance.Check1.Value = 1; });
+    if (!each.name.empty()) desktop.edge.run([&] { chance.Text2.Text = each.name; });
+    click(chance.Command1);
+    EXPECT_THAT(received(), ElementsAre("INGAME\tbob"));
+    EXPECT_THAT(desktop.started,
+                ElementsAre(TestDesktop::Started{each.started, WindowStyle::maximizedFocus}));
+    desktop.started.clear();
+    EXPECT_EQ(desktop.client->loadedForm<Form3>(), nullptr);
+    EXPECT_EQ(room().Label7.Caption.get(), "In a Game");
+    desktop.edge.run([&] { form<Form4>().Form_Click(); });
+    EXPECT_THAT(received(), ElementsAre("RETURN\tbob"));
+    EXPECT_EQ(room().Label7.Caption.get(), "Ready to Play");
+    EXPECT_EQ(desktop.client->loadedForm<Form4>(), nullptr);
+  }
+  EXPECT_THAT(boxTexts(), IsEmpty());
+}
+
+TEST_F(Handshake, UnusualOffersAreAskedAboutOnce) {
+  say("GAME\tzdoom\t../x\tNONE\t +exec e.cfg\t10.0.0.7\tann\r\nSTART\r\n");
+  desktop.answers = {false, true};
+  click(form<Form3>().Command1);
+  EXPECT_THAT(boxTexts(),
+              ElementsAre(::testing::AllOf(HasSubstr("+exec e.cfg"), HasSubstr("\"../x\""))));
+  EXPECT_TRUE(desktop.shows<Form3>());
+  EXPECT_THAT(desktop.started, IsEmpty());
+  EXPECT_THAT(take(), IsEmpty());
+  click(form<Form3>().Command1);
+  EXPECT_EQ(desktop.started.size(), 1U);
+  // The next offer is a usual one.
+  say("GAME\tzdoom\tNONE\tNONE\t\t10.0.0.7\tann\r\nSTART\r\n");
+  boxTexts();
+  click(form<Form3>().Command1);
+  EXPECT_THAT(boxTexts(), IsEmpty());
+  EXPECT_EQ(desktop.started.size(), 2U);
+}
+
+TEST_F(Handshake, BackingOutAndTheDemoField) {
+  say("START\r\n");
+  Form3& chance = form<Form3>();
+  const auto press = [&](int value) {
+    desktop.edge.run([&] { chance.Check1.Value = value; });
+    desktop.raise(chance.Check1.MouseUp, MouseButton::left);
+  };
+  EXPECT_FALSE(chance.Text2.Visible);
+  press(1);
+  EXPECT_TRUE(chance.Text2.Visible);
+  desktop.edge.run([&] { chance.Text2.Text = "mine"; });
+  press(0);
+  EXPECT_FALSE(chance.Text2.Visible);
+  EXPECT_EQ(chance.Text2.Text.get(), kDemoPrompt);
+  click(chance.Command2);
+  EXPECT_EQ(desktop.client->loadedForm<Form3>(), nullptr);
+  EXPECT_THAT(take(), IsEmpty());
+  EXPECT_EQ(room().Label7.Caption.get(), "Ready To Play");
+}
+
+TEST_F(Handshake, OneGameAtATimeIsAnnouncedOnce) {
+  desktop.edge.run([&] { form<Form4>().Show(); });
+  EXPECT_THAT(received(), ElementsAre("INGAME\tbob"));
+  say("GAME\tzdoom\tNONE\tNONE\t\t10.0.0.7\tann\r\nSTART\r\n");
+  click(form<Form3>().Command1);
+  say("");
+  EXPECT_THAT(take(), IsEmpty());
+  EXPECT_EQ(std::ranges::count(desktop.sounds, "/game"), 1);
+  EXPECT_EQ(desktop.started.size(), 1U);
+}
+
+TEST_F(Handshake, ModeratorsMarkGoesOutWithTheAnswer) {
+  desktop.edge.run([&] {
+    room().Label1.Caption =
+        "\xA5"
+        "bob";
+  });
+  say("GAME\tzdoom\tNONE\tNONE\t\t10.0.0.7\tann\r\n");
+  click(form<request>().Command1);
+  EXPECT_THAT(received(), ElementsAre("XCEPT\tann\t\xA5"
+                                      "bob"));
+}
+
+}  // namespace
+}  // namespace kelvaron

@@ -1,0 +1,94 @@
+// What a guest is asked about before a game starts.
+#include "game/offer_check.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+namespace kelvaron {
+namespace {
+
+using ::testing::HasSubstr;
+
+const GameConfig kConfig{.zdoomPath = "Z", .doomWad = "1"};
+const GameOffer kUsual{"zdoom", "NONE", "NONE", "", "10.0.0.7", "ann"};
+
+TEST(OfferCheck, UsualOffersCauseNoQuestion) {
+  const GameOptions everything{.extratic = true,
+                               .noMonsters = true,
+                               .noMusic = true,
+                               .noSfx = true,
+                               .respawn = true,
+                               .altDeath = true,
+                               .deathmatch = true,
+                               .coop = true,
+                               .fast = true,
+                               .timer = "90",
+                               .dup = "9",
+                               .turbo = "250",
+                               .skill = "5",
+                               .warp = "MAP07",
+                               .record = true};
+  for (const std::string& options : {std::string(), guestOptions(everything)}) {
+    for (const char* wad : {"NONE", "maps.wad", "My Maps 2.wad", "caf\xE9.wad", "..wad"}) {
+      GameOffer offer = kUsual;
+      offer.guestOptions = options;
+      offer.wad = wad;
+      EXPECT_EQ(unusualAbout(offer, kConfig), "") << wad << options;
+    }
+  }
+}
+
+TEST(OfferCheck, NamesWhatNoKelvaronSends) {
+  struct Case {
+    std::string GameOffer::*field;
+    std::string value;
+    std::string named;
+  };
+  const std::vector<Case> cases = {
+      {&GameOffer::guestOptions, " -fast +exec evil.cfg", "never sends: +exec evil.cfg"},
+      {&GameOffer::guestOptions, " +logfile /etc/passwd", "+logfile /etc/passwd"},
+      {&GameOffer::guestOptions, " -config x", "-config x"},
+      {&GameOffer::guestOptions, " -record x", "-record x"},
+      {&GameOffer::guestOptions, " -file x.wad", "-file x.wad"},
+      {&GameOffer::guestOptions, " -skill 3 4", "never sends: 4"},
+      {&GameOffer::guestOptions, " -skill -config", "never sends: -config"},
+      {&GameOffer::guestOptions, " -timer $(reboot)", "$(reboot)"},
+      {&GameOffer::guestOptions, " -turbo `reboot`;", "`reboot`;"},
+      {&GameOffer::guestOptions, " \"-fast\"", "\"-fast\""},
+      {&GameOffer::guestOptions, " @response", "@response"},
+      {&GameOffer::guestOptions, " -fast\n+exec", "-fast\n+exec"},
+      {&GameOffer::wad, "", "plain file name"},
+      {&GameOffer::wad, "-x", "\"-x\" is not a plain file name"},
+      {&GameOffer::wad, "../x", "\"../x\""},
+      {&GameOffer::wad, "..\\x", "\"..\\x\""},
+      {&GameOffer::wad, "..", "plain file name"},
+      {&GameOffer::wad, "C:x.wad", "\"C:x.wad\""},
+      {&GameOffer::wad, "a.wad -config x", "plain file name"},
+      {&GameOffer::wad, std::string("a\0b", 3), "plain file name"},
+      {&GameOffer::skin, "s.wad", "skin"},
+      {&GameOffer::hostAddress, "", "not an address"},
+      {&GameOffer::hostAddress, "10.0.0.7 +exec x", "not an address"},
+      {&GameOffer::hostAddress, "-x", "not an address"},
+      {&GameOffer::gameKey, "quake", "\"quake\""},
+      {&GameOffer::gameKey, "zdoom2", "where the wad"},
+      {&GameOffer::gameKey, "gldoom", "where the engine"},
+  };
+  for (const Case& each : cases) {
+    GameOffer offer = kUsual;
+    offer.*each.field = each.value;
+    EXPECT_THAT(unusualAbout(offer, kConfig), HasSubstr(each.named)) << each.value;
+  }
+}
+
+TEST(OfferCheck, Addresses) {
+  for (const char* good : {"0.0.0.0", "255.255.255.255", "127.0.0.1", "::1", "fe80::1:2"}) {
+    EXPECT_TRUE(isAddress(good)) << good;
+  }
+  for (const char* bad : {"", "1.2.3", "1.2.3.4.5", "1.2.3.256", "1..2.3", "1.2.3.4 ", "1.2.3.0004",
+                          "host", "a:b", "::1 -x", "1.2.3.4\n"}) {
+    EXPECT_FALSE(isAddress(bad)) << bad;
+  }
+}
+
+}  // namespace
+}  // namespace kelvaron
