@@ -9,7 +9,7 @@ set -u
 here=$(cd "$(dirname "$0")" && pwd)
 PATH=$PATH:/usr/games
 
-for program in chocolate-doom chocolate-server Xvfb openbox xprop; do
+for program in chocolate-doom chocolate-server Xvfb openbox xprop xdotool; do
   command -v "$program" >/dev/null || {
     echo "Skipped: $program is not installed"
     exit 77
@@ -110,5 +110,15 @@ grep -qa ' 2/[48]' "$work/query" || {
   tail -n 5 "$work"/{query,server,first,second}
   exit 1
 }
-all_run
 echo "The server has both: $(grep -a ' 2/[48]' "$work/query")"
+# Whoever came first starts the game in the waiting window, which the other lacks.
+for _ in $(seq 20); do
+  for window in $(xdotool search --onlyvisible --class chocolate); do
+    xdotool windowfocus --sync "$window" key space
+  done
+  grep -qae 'player . of 2' "$work/first" && break
+  sleep 0.5
+done
+for player in first second; do seen "$player" "player [12] of 2" 10; done
+all_run
+echo "Both play on it: $(grep -ha 'player . of' "$work/first" "$work/second" | sort | paste -sd/)"
