@@ -13,22 +13,12 @@
 #include "desktop/application.h"
 #include "desktop/qt_event_loop.h"
 #include "desktop/sounds.h"
-#include "native/bare_name.h"
-#include "native/program_files.h"
-#include "platform/fault.h"
 #include "tests/desktop/page_catcher.h"
 
 namespace kelvaron::testing {
 namespace {
 
 using namespace std::chrono_literals;
-
-TEST(Names, OnlyBareOnes) {
-  for (const char* good : {"boom", "Boom 2", "a.b", "\xFC"}) EXPECT_TRUE(isBareName(good)) << good;
-  for (const char* bad : {"", ".", "..", ".hidden", "a/b", "..\\b", "c:b", "a\nb", "a\x7F"}) {
-    EXPECT_FALSE(isBareName(bad)) << bad;
-  }
-}
 
 TEST(Sounds, AreFoundBesideTheProgram) {
   const QTemporaryDir folder;

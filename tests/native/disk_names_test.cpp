@@ -95,6 +95,13 @@ TEST_F(DiskNames, PathsThatWouldReadTooManyFoldersAreNotFound) {
   EXPECT_FALSE(findOnDisk(many + "/Wads/doom2.wad"));
 }
 
+TEST(Names, OnlyBareOnes) {
+  for (const char* good : {"boom", "Boom 2", "a.b", "\xFC"}) EXPECT_TRUE(isBareName(good)) << good;
+  for (const char* bad : {"", ".", "..", ".hidden", "a/b", "..\\b", "c:b", "a\nb", "a\x7F"}) {
+    EXPECT_FALSE(isBareName(bad)) << bad;
+  }
+}
+
 TEST(Drives, OnlyBeforeTheFirstFolder) {
   for (const char* drive : {"C:\\GAMES", "c:/x", "Z:"}) EXPECT_TRUE(namesDrive(drive)) << drive;
   for (const char* none : {"", "C", "1:\\x", "\\C:\\x", "C:x", "\xC4:\\x"}) {
