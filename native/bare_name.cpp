@@ -20,12 +20,18 @@ bool isBareName(std::string_view name) {
 std::optional<std::filesystem::path> findByName(const std::filesystem::path& folder,
                                                 std::string_view name) {
   const std::string wanted = upper(name);
+  const std::string exact = toUtf8(name);
+  std::optional<std::filesystem::path> best;
   std::error_code error;
   std::filesystem::directory_iterator entry(folder, error);
   for (; !error && entry != std::filesystem::directory_iterator(); entry.increment(error)) {
-    if (upper(fromUtf8(entry->path().filename().string())) == wanted) return entry->path();
+    const std::string onDisk = entry->path().filename().string();
+    const std::string coded = fromUtf8(onDisk);
+    if (upper(coded) != wanted || toUtf8(coded) != onDisk) continue;
+    if (onDisk == exact) return entry->path();
+    if (!best || entry->path() < *best) best = entry->path();
   }
-  return std::nullopt;
+  return best;
 }
 
 }  // namespace kelvaron

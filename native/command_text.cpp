@@ -10,18 +10,20 @@ namespace {
 
 using Kind = DiskName::Kind;
 
-// The most words of one path. It bounds the look-ups that a text can cause.
+// The most words of one path, and the most look-ups of one command. They bound what a text from the
+// network can cost.
 constexpr std::size_t kMostWordsOfAPath = 32;
+constexpr int kMostLookUps = 128;
 
-enum class Wants { file, folderOfNewFile };
+enum class Behind { file, files, newFile };
 
 struct PathSwitch {
   std::string_view name;
-  Wants wants;
+  Behind behind;
 };
-constexpr std::array kPathSwitches = {PathSwitch{"-iwad", Wants::file},
-                                      PathSwitch{"-file", Wants::file},
-                                      PathSwitch{"-record", Wants::folderOfNewFile}};
+constexpr std::array kPathSwitches = {PathSwitch{"-iwad", Behind::file},
+                                      PathSwitch{"-file", Behind::files},
+                                      PathSwitch{"-record", Behind::newFile}};
 
 bool isSwitch(std::string_view word) { return word.starts_with('-') || word.starts_with('+'); }
 
@@ -44,105 +46,96 @@ std::vector<std::string_view> wordsOf(std::string_view text) {
 
 class Cutter {
  public:
-  Cutter(std::string_view text, const FindName& find) : words_(wordsOf(text)), find_(find) {}
+  explicit Cutter(std::string_view text) : words_(wordsOf(text)) {}
 
   CutCommand cut() {
-    CutCommand result;
-    if (words_.empty()) return result;
-    takeLocation(result);
+    if (words_.empty()) return {};
+    takeLocation();
     while (at_ < words_.size()) {
       const std::string_view word = words_[at_++];
-      result.arguments.push_back(isSwitch(word) ? toUtf8(word) : plain(word));
-      if (at_ == words_.size() || isSwitch(words_[at_])) continue;
-      const auto* const known =
-          std::ranges::find(kPathSwitches, lower(word),
-                            [](const PathSwitch& each) { return std::string(each.name); });
+      result_.arguments.push_back(toUtf8(word));
+      const auto known = std::ranges::find(kPathSwitches, lower(word), &PathSwitch::name);
       if (known == kPathSwitches.end()) continue;
-      result.arguments.push_back(known->wants == Wants::file ? fileBehind() : newFileBehind());
+      if (known->behind == Behind::newFile) takeNewFile();
+      if (known->behind == Behind::file) takeFile();
+      while (known->behind == Behind::files && takeFile()) {
+      }
     }
-    return result;
+    return std::move(result_);
   }
 
  private:
   /// The text from word `first` to the word before `end`.
   std::string_view join(std::size_t first, std::size_t end) const {
-    const std::string_view& last = words_[end - 1];
+    const std::string_view last = words_[end - 1];
     return {words_[first].data(),
             static_cast<std::size_t>(last.data() + last.size() - words_[first].data())};
+  }
+
+  std::optional<DiskName> find(std::string_view path) {
+    return lookUps_++ < kMostLookUps ? findOnDisk(path) : std::nullopt;
   }
 
   /// Where the words that could belong to a path from `first` on end: before the next switch.
   std::size_t endOfPath(std::size_t first) const {
     const std::size_t limit = std::min(words_.size(), first + kMostWordsOfAPath);
-    std::size_t end = first + 1;
+    std::size_t end = first;
     while (end < limit && !isSwitch(words_[end])) ++end;
     return end;
   }
 
-  void takeLocation(CutCommand& result) {
-    // Unless the disk says otherwise, the location reaches to the first switch.
-    std::size_t taken = endOfPath(0);
-    const std::size_t limit = std::min(words_.size(), kMostWordsOfAPath);
-    for (std::size_t end = 1; end <= limit; ++end) {
-      auto found = find_(join(0, end));
-      // Something shorter that isn't a program may be the beginning of a longer location.
-      if (!found || (found->kind != Kind::program && end != taken && !isFile(found))) continue;
-      const bool isProgram = found->kind == Kind::program;
-      result.program = std::move(found);
+  void takeLocation() {
+    // The shortest that is a program. Else it reaches to the first switch, or is a file that the
+    // message can name.
+    at_ = endOfPath(0);
+    const std::size_t toSwitch = at_;
+    if (toSwitch == 0) return;
+    for (std::size_t end = 1; end <= std::min(words_.size(), kMostWordsOfAPath); ++end) {
+      auto found = find(join(0, end));
+      const bool isProgram = found && found->kind == Kind::program;
+      if (!isProgram && !(isFile(found) && end < toSwitch) && !(found && end == toSwitch)) continue;
+      result_.program = std::move(found);
       at_ = end;
       if (isProgram) break;
     }
-    if (!result.program && isSwitch(words_[0])) return;  // no location at all
-    if (!result.program) at_ = taken;
-    result.location = join(0, at_);
+    result_.location = join(0, at_);
   }
 
-  std::string fileBehind() {
-    const std::size_t first = at_;
-    const std::size_t last = endOfPath(first);
-    for (std::size_t end = first + 1; end <= last; ++end) {
-      const auto found = find_(join(first, end));
-      if (!isFile(found)) continue;
+  /// Returns whether there was a word to take.
+  bool takeFile() {
+    const std::size_t last = endOfPath(at_);
+    if (at_ == last) return false;
+    std::optional<DiskName> found;
+    std::size_t end = at_;
+    while (end < last && !isFile(found)) found = find(join(at_, ++end));
+    result_.arguments.push_back(isFile(found) ? found->path : toUtf8(withSlashes(words_[at_])));
+    at_ = isFile(found) ? end : at_ + 1;
+    return true;
+  }
+
+  void takeNewFile() {
+    for (std::size_t end = endOfPath(at_); end > at_; --end) {
+      const std::string path = withSlashes(join(at_, end));
+      const std::size_t name = path.rfind('/') + 1;
+      const auto folder = name == 0 ? std::nullopt : find(path.substr(0, name));
+      const bool isFolder = folder && folder->kind == Kind::folder;
+      if (!isFolder && end > at_ + 1) continue;
+      result_.arguments.push_back((isFolder ? folder->path : toUtf8(path.substr(0, name))) +
+                                  toUtf8(path.substr(name)));
       at_ = end;
-      return found->path;
+      return;
     }
-    at_ = last;
-    return toUtf8(withSlashes(join(first, last)));
-  }
-
-  std::string newFileBehind() {
-    const std::size_t first = at_;
-    const std::size_t last = endOfPath(first);
-    for (std::size_t end = last; end > first; --end) {
-      const std::string path = withSlashes(join(first, end));
-      const std::size_t slash = path.rfind('/');
-      if (slash == std::string::npos) continue;
-      const auto folder = find_(path.substr(0, slash + 1));
-      if (!folder || folder->kind != Kind::folder) continue;
-      at_ = end;
-      const std::string name = toUtf8(std::string_view(path).substr(slash + 1));
-      return folder->path + (folder->path.ends_with('/') ? "" : "/") + name;
-    }
-    at_ = last;
-    return toUtf8(withSlashes(join(first, last)));
-  }
-
-  std::string plain(std::string_view word) const {
-    if (word.find_first_of("/\\") == std::string_view::npos) return toUtf8(word);
-    const auto found = find_(word);
-    return found ? found->path : toUtf8(word);
   }
 
   std::vector<std::string_view> words_;
-  const FindName& find_;
   std::size_t at_ = 0;
+  int lookUps_ = 0;
+  CutCommand result_;
 };
 
 }  // namespace
 
-CutCommand cutCommand(std::string_view command, const FindName& find) {
-  return Cutter(command, find).cut();
-}
+CutCommand cutCommand(std::string_view command) { return Cutter(command).cut(); }
 
 std::string startProblem(const CutCommand& command) {
   const auto holdsNul = [](const std::string& text) { return text.find('\0') != text.npos; };

@@ -1,7 +1,6 @@
 // Cutting a command text into a program and its arguments, as this system wants them.
 #pragma once
 
-#include <functional>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -10,9 +9,6 @@
 #include "native/disk_names.h"
 
 namespace kelvaron {
-
-/// Tells what a path of code page 1252 is on the disk, as `findOnDisk` does.
-using FindName = std::function<std::optional<DiskName>(std::string_view path)>;
 
 struct CutCommand {
   /// The program's location as it was typed, in code page 1252; empty when there is none.
@@ -27,8 +23,9 @@ struct CutCommand {
 /// end at the end of a word is dropped. Paths may hold blanks: the location, and what stands behind
 /// "-iwad", "-file" and "-record", is tried against the disk as longer and longer (for "-record",
 /// where only the folder has to be there, shorter and shorter) joins of words. A path that is found
-/// is given as the disk spells it; an argument that is no path stays as it is.
-CutCommand cutCommand(std::string_view command, const FindName& find = findOnDisk);
+/// is given as the disk spells it. One that isn't found stays cut, with "/" for each "\"; other
+/// arguments stay as they are. A text with very many paths stops being looked up.
+CutCommand cutCommand(std::string_view command);
 
 /// Why a command can't be started, as the end of a sentence that begins with the program's location
 /// ("was not found"). Empty when nothing speaks against it.

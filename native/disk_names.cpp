@@ -4,36 +4,21 @@
 #include <unistd.h>
 
 #include <algorithm>
-#include <filesystem>
-#include <system_error>
+#include <climits>
 
+#include "native/bare_name.h"
 #include "platform/text.h"
 
 namespace kelvaron {
 namespace {
 
-namespace fs = std::filesystem;
+// Reading a folder through costs far more than asking for a name, and paths come from the network
+// too.
+constexpr int kMostFoldersRead = 32;
 
 bool exists(const std::string& path) {
   struct stat status {};
   return ::stat(path.c_str(), &status) == 0;
-}
-
-/// The name in `folder` that differs from `wanted` in case alone.
-std::optional<std::string> anyCase(const std::string& folder, std::string_view wanted) {
-  const std::string key = lower(wanted);
-  std::optional<std::string> best;
-  // A folder that can't be read holds nothing that could be found.
-  std::error_code unreadable;
-  fs::directory_iterator entry(folder.empty() ? "." : folder, unreadable);
-  for (; !unreadable && entry != fs::directory_iterator(); entry.increment(unreadable)) {
-    const std::string name = entry->path().filename().string();
-    const std::string coded = fromUtf8(name);
-    // A name with characters outside the code page is none that could have been typed.
-    if (lower(coded) != key || toUtf8(coded) != name) continue;
-    if (!best || name < *best) best = name;
-  }
-  return best;
 }
 
 DiskName::Kind kindOf(const std::string& path) {
@@ -61,8 +46,9 @@ bool namesDrive(std::string_view path) {
 
 std::optional<DiskName> findOnDisk(std::string_view path) {
   const std::string wanted = withSlashes(path);
-  if (wanted.empty() || wanted.find('\0') != std::string::npos) return std::nullopt;
+  if (wanted.size() >= PATH_MAX || wanted.find('\0') != std::string::npos) return std::nullopt;
   std::string found;
+  int foldersRead = 0;
   for (std::size_t at = 0; at < wanted.size();) {
     if (wanted[at] == '/') {
       if (!found.ends_with('/')) found += '/';
@@ -72,16 +58,17 @@ std::optional<DiskName> findOnDisk(std::string_view path) {
     const std::size_t end = std::min(wanted.find('/', at), wanted.size());
     const std::string_view name = std::string_view(wanted).substr(at, end - at);
     at = end;
-    const std::string exact = found + toUtf8(name);
-    if (exists(exact)) {
+    // A folder may be closed to readers and still open to those who know a name in it.
+    if (const std::string exact = found + toUtf8(name); exists(exact)) {
       found = exact;
-    } else if (const auto other = anyCase(found, name)) {
-      found += *other;
-    } else {
-      return std::nullopt;
+      continue;
     }
+    if (++foldersRead > kMostFoldersRead) return std::nullopt;
+    const auto other = findByName(found.empty() ? "." : found, name);
+    if (!other) return std::nullopt;
+    found += other->filename().string();
   }
-  // What ends in a slash has to be a folder.
+  // What ends in a slash has to be a folder, and what a link leads to has to be there.
   if (!exists(found)) return std::nullopt;
   return DiskName{found, kindOf(found)};
 }

@@ -19,8 +19,8 @@ struct DiskName {
   bool operator==(const DiskName&) const = default;
 };
 
-/// Looks a path of code page 1252 up, folder by folder. A name spelled exactly so comes first, then
-/// the first in byte order that differs in case alone. None when there is no such path.
+/// Looks a path of code page 1252 up, name by name, each as `findByName` finds it. None when there
+/// is no such path, or when more of its names than any sensible path has differ from the disk's.
 std::optional<DiskName> findOnDisk(std::string_view path);
 
 /// Whether a path begins with a drive, such as "C:\GAMES".

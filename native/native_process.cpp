@@ -4,7 +4,6 @@
 #include <signal.h>
 #include <spawn.h>
 #include <string.h>
-#include <sys/syscall.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -15,7 +14,6 @@
 #include <vector>
 
 #include "native/command_text.h"
-#include "native/file_descriptor.h"
 #include "native/printed_lines.h"
 #include "platform/text.h"
 
@@ -23,8 +21,12 @@ namespace kelvaron {
 namespace {
 
 using std::chrono::milliseconds;
+using Clock = std::chrono::steady_clock;
 
-constexpr milliseconds kBetweenLooks(250);
+// How often a program is looked at that could still fail early, and one that only has to be taken
+// leave of.
+constexpr milliseconds kBetweenEarlyLooks(100);
+constexpr milliseconds kBetweenLateLooks(1'000);
 constexpr std::size_t kLongestNameShown = 300;
 
 /// What posix_spawn is told besides the program and its arguments.
@@ -33,6 +35,7 @@ class SpawnSettings {
   explicit SpawnSettings(int output) {
     ::posix_spawn_file_actions_init(&actions_);
     ::posix_spawnattr_init(&attributes_);
+    if (output < 0) check(EMFILE);
     check(::posix_spawn_file_actions_addopen(&actions_, STDIN_FILENO, "/dev/null", O_RDONLY, 0));
     check(::posix_spawn_file_actions_adddup2(&actions_, output, STDOUT_FILENO));
     check(::posix_spawn_file_actions_adddup2(&actions_, output, STDERR_FILENO));
@@ -90,7 +93,7 @@ std::string spawnProblem(int error) {
     case E2BIG:
       return "was not started: the command is too long";
     default:
-      return "could not be started: " + std::generic_category().message(error);
+      return "could not be started: " + fromUtf8(std::generic_category().message(error));
   }
 }
 
@@ -104,23 +107,16 @@ std::string endProblem(int status) {
   return code == 0 ? "" : "ended with the error " + std::to_string(code);
 }
 
-FileDescriptor openProcess(pid_t process) {
-  // The descriptor is closed in programs that this one starts.
-  return FileDescriptor(static_cast<int>(::syscall(SYS_pidfd_open, process, 0U)));
-}
-
 }  // namespace
 
 struct NativeProcessPort::Running {
   std::string location;
   std::unique_ptr<PrintedLines> printed;  // until its early time is over
-  FileDescriptor process;
-  std::unique_ptr<LoopWatch> end;  // behind the descriptor that it watches
-  std::unique_ptr<LoopWatch> early;
+  Clock::time_point started = Clock::now();
+  std::unique_ptr<LoopWatch> nextLook;
 };
 
-NativeProcessPort::NativeProcessPort(EventLoop& loop, EndSeenBy endSeenBy)
-    : loop_(loop), endSeenBy_(endSeenBy) {}
+NativeProcessPort::NativeProcessPort(EventLoop& loop) : loop_(loop) {}
 
 NativeProcessPort::~NativeProcessPort() = default;
 
@@ -142,7 +138,8 @@ void NativeProcessPort::run(const std::string& command, WindowStyle) {
   if (const int error = settings.spawn(process, cut.program->path, std::move(arguments))) {
     return tellLater(location + ' ' + spawnProblem(error) + '.');
   }
-  follow(process, std::move(running));
+  running_[process] = std::move(running);
+  lookLater(process);
 }
 
 void NativeProcessPort::tellLater(std::string text) {
@@ -158,44 +155,29 @@ void NativeProcessPort::tell(const std::string& text) const {
   if (handler) handler(text);
 }
 
-void NativeProcessPort::follow(pid_t process, std::unique_ptr<Running> running) {
-  Running& added = *(running_[process] = std::move(running));
-  added.early = loop_.after(kEarly, [this, process] { settle(process); });
-  if (endSeenBy_ == EndSeenBy::system) added.process = openProcess(process);
-  if (added.process) {
-    added.end = loop_.watch(added.process.get(), EventLoop::Readiness::readable,
-                            [this, process] { reap(process); });
-  } else {
-    lookEveryNowAndThen(process);
-  }
+void NativeProcessPort::lookLater(pid_t process) {
+  Running& program = *running_.at(process);
+  program.nextLook = loop_.after(program.printed ? kBetweenEarlyLooks : kBetweenLateLooks,
+                                 [this, process] { look(process); });
 }
 
-void NativeProcessPort::lookEveryNowAndThen(pid_t process) {
-  running_.at(process)->end = loop_.after(kBetweenLooks, [this, process] {
-    if (!reap(process)) lookEveryNowAndThen(process);
-  });
-}
-
-void NativeProcessPort::settle(pid_t process) {
-  // In a loop that was held up, the end may have come in time but not been seen yet.
-  if (reap(process)) return;
-  running_.at(process)->printed.reset();
-}
-
-bool NativeProcessPort::reap(pid_t process) {
+void NativeProcessPort::look(pid_t process) {
   int status = 0;
   const pid_t result = ::waitpid(process, &status, WNOHANG);
-  if (result == 0 || (result < 0 && errno == EINTR)) return false;
+  if (result == 0 || (result < 0 && errno == EINTR)) {
+    Running& program = *running_.at(process);
+    if (Clock::now() - program.started >= kEarly) program.printed.reset();
+    return lookLater(process);
+  }
   const auto ended = running_.extract(process);
   const Running& program = *ended.mapped();
   // Where another part of this program has taken the exit status, nothing is known.
-  if (result < 0 || !program.printed) return true;
+  if (result < 0 || !program.printed) return;
   if (const std::string problem = endProblem(status); !problem.empty()) {
     const std::string printed = program.printed->last();
     tell(program.location + ' ' + problem + '.' +
          (printed.empty() ? "" : std::string(kLineEnd) + "The last that it said:" + printed));
   }
-  return true;
 }
 
 }  // namespace kelvaron

@@ -19,15 +19,10 @@ namespace kelvaron {
 /// likes: the window style is for desktops that can tell it.
 class NativeProcessPort : public ProcessPort {
  public:
-  enum class EndSeenBy {
-    system,  // by a descriptor of the process; by the clock where the system has none
-    clock,   // by looking every now and then
-  };
-
   /// How long a program that ends with an error is said to have failed.
   static constexpr std::chrono::milliseconds kEarly{2'000};
 
-  explicit NativeProcessPort(EventLoop& loop, EndSeenBy endSeenBy = EndSeenBy::system);
+  explicit NativeProcessPort(EventLoop& loop);
   /// Programs that still run go on.
   ~NativeProcessPort() override;
 
@@ -38,13 +33,10 @@ class NativeProcessPort : public ProcessPort {
 
   void tellLater(std::string text);
   void tell(const std::string& text) const;
-  void follow(pid_t process, std::unique_ptr<Running> running);
-  void lookEveryNowAndThen(pid_t process);
-  void settle(pid_t process);
-  bool reap(pid_t process);
+  void lookLater(pid_t process);
+  void look(pid_t process);
 
   EventLoop& loop_;
-  EndSeenBy endSeenBy_;
   std::map<pid_t, std::unique_ptr<Running>> running_;
   std::map<std::uint64_t, std::unique_ptr<LoopWatch>> toTell_;
   std::uint64_t nextToTell_ = 0;

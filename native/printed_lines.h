@@ -13,7 +13,8 @@ class PrintedLines {
   /// Makes the file in the folder for temporary files. Where that fails, what is printed is lost.
   PrintedLines();
 
-  /// Where the program's output and errors go. Above the three descriptors that programs know.
+  /// Where the program's output and errors go. Above the three descriptors that programs know; -1
+  /// where this process can open no more.
   int descriptor() const { return file_.get(); }
 
   /// Up to the last five lines that hold anything, each behind a line end (CR LF) and cut after 200

@@ -35,8 +35,12 @@ void writeAll(const FileDescriptor& file, std::string_view content, const std::s
   if (::fsync(file.get()) != 0) fail(name, "written", errno);
 }
 
-// The rights that a new file would get; only asking the system by setting tells them.
-mode_t usualRights() {
+/// The rights of the file that is replaced, else those that a new one would get.
+mode_t rightsFor(const std::filesystem::path& target) {
+  constexpr mode_t kRights = S_IRWXU | S_IRWXG | S_IRWXO;
+  struct stat former {};
+  if (::stat(target.c_str(), &former) == 0) return former.st_mode & kRights;
+  // Only asking the system by setting tells them.
   const mode_t masked = ::umask(0);
   ::umask(masked);
   return (S_IRUSR | S_IWUSR | S_IRGRP | S_IWGRP | S_IROTH | S_IWOTH) & ~masked;
@@ -48,8 +52,11 @@ std::string ProgramFiles::folder() const { return fromUtf8(programFolder_.string
 
 std::string ProgramFiles::read(const std::string& name) {
   const auto path = isBareName(name) ? findByName(programFolder_, name) : std::nullopt;
-  if (!path) throw Fault(fault_number::kFileNotFound, "The file " + name + " was not found");
-  const FileDescriptor file(::open(path->c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK));
+  const FileDescriptor file(path ? ::open(path->c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK) : -1);
+  // A link may lead nowhere.
+  if (!path || (!file && errno == ENOENT)) {
+    throw Fault(fault_number::kFileNotFound, "The file " + name + " was not found");
+  }
   if (!file) fail(name, "read", errno);
   std::string content;
   constexpr std::size_t kBlock = 4096;
@@ -67,14 +74,19 @@ std::string ProgramFiles::read(const std::string& name) {
 
 void ProgramFiles::replace(const std::string& name, const std::string& content) {
   if (!isBareName(name)) fail(name, "written", EINVAL);
-  const std::filesystem::path target =
+  std::filesystem::path target =
       findByName(programFolder_, name).value_or(programFolder_ / toUtf8(name));
-  std::string beside = (programFolder_ / ("." + toUtf8(name) + ".XXXXXX")).string();
+  // A link that leads to a file stays, and that file is replaced.
+  std::error_code leadsNowhere;
+  const auto real = std::filesystem::canonical(target, leadsNowhere);
+  if (!leadsNowhere) target = real;
+  std::string beside =
+      (target.parent_path() / ("." + target.filename().string() + ".XXXXXX")).string();
   FileDescriptor file(::mkostemp(beside.data(), O_CLOEXEC));
   if (!file) fail(name, "written", errno);
   try {
     writeAll(file, content, name);
-    if (::fchmod(file.get(), usualRights()) != 0) fail(name, "written", errno);
+    if (::fchmod(file.get(), rightsFor(target)) != 0) fail(name, "written", errno);
     if (::rename(beside.c_str(), target.c_str()) != 0) fail(name, "written", errno);
   } catch (const Fault&) {
     ::unlink(beside.c_str());

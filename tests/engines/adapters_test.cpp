@@ -1,0 +1,224 @@
+// The adapters, started as Kelvaron starts them, with a stand-in for the game.
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+#include <stdlib.h>
+
+#include <filesystem>
+#include <fstream>
+#include <sstream>
+
+#include "native/native_process.h"
+#include "native/poll_loop.h"
+#include "tests/support/temporary_folder.h"
+
+namespace kelvaron::testing {
+namespace {
+
+namespace fs = std::filesystem;
+using namespace std::chrono_literals;
+using ::testing::ElementsAre;
+using ::testing::HasSubstr;
+using ::testing::IsEmpty;
+
+constexpr auto kPatience = 20s;
+constexpr std::size_t kLinesBeforeArguments = 5;
+
+/// A game file: its kind, then a directory of names without content.
+void writeGameFile(const fs::path& path, const std::string& kind,
+                   const std::vector<std::string>& names) {
+  std::string bytes = kind + std::string{static_cast<char>(names.size()), 0, 0, 0, 12, 0, 0, 0};
+  for (std::string name : names) {
+    name.resize(8);
+    bytes += std::string(8, '\0') + name;
+  }
+  std::ofstream(path, std::ios::binary) << bytes;
+}
+
+/// "@" in texts stands for a folder with game files.
+class Adapters : public ::testing::Test {
+ protected:
+  void SetUp() override {
+    fs::create_directory(games);
+    for (const char* name : {"chocolate-doom", "chocolate-server"}) {
+      fs::create_symlink(KELVARON_RECORDING_ENGINE, games / name);
+    }
+    ::setenv("PATH", (games.string() + ':' + usualPath).c_str(), 1);
+    writeGameFile(base / "doom 1.wad", "IWAD", {"PLAYPAL", "E1M1", "E2M3"});
+    writeGameFile(base / "doom2.wad", "IWAD", {"PLAYPAL", "MAP01"});
+    writeGameFile(base / "own.wad", "PWAD", {"LONGNAME", "MAP07"});
+    std::ofstream(base / "text.wad") << "a text that is no game";
+    std::ofstream(base / "short.wad") << "IWAD";
+    std::ofstream(base / "cut.wad") << std::string("IWAD\x09\0\0\0\x0C\0\0\0end", 15);
+    port.onTrouble = [this](const std::string& text) { troubles.push_back(text); };
+  }
+  void TearDown() override { ::setenv("PATH", usualPath.c_str(), 1); }
+
+  std::string placed(std::string text) const {
+    for (std::size_t at = 0; (at = text.find('@', at)) != std::string::npos;) {
+      text.replace(at, 1, base.string());
+    }
+    return text;
+  }
+  void start(const std::string& command) {
+    fs::remove(games / "chocolate-doom.started");
+    fs::remove(games / "chocolate-server.started");
+    troubles.clear();
+    port.run(KELVARON_ENGINES "/" + placed(command), WindowStyle::normalNoFocus);
+  }
+  /// What a program of the game was started with, in one line; empty when it wasn't.
+  std::string startedWith(const std::string& program) const {
+    std::ifstream record(games / (program + ".started"));
+    std::string all;
+    std::size_t number = 0;
+    for (std::string line; std::getline(record, line);) {
+      if (number++ >= kLinesBeforeArguments) all += (all.empty() ? "" : " ") + line;
+    }
+    return all;
+  }
+  bool runUntil(const std::function<bool()>& done) { return loop.runUntil(done, kPatience); }
+
+  TemporaryFolder folder;
+  fs::path base = fs::canonical(folder.path());
+  fs::path games = base / "games";
+  std::string usualPath = ::getenv("PATH");
+  PollLoop loop;
+  NativeProcessPort port{loop};
+  std::vector<std::string> troubles;
+};
+
+TEST_F(Adapters, SayItInTheWordsOfTheGame) {
+  const std::vector<std::pair<std::string, std::string>> cases = {
+      {"zdoom.exe -iwad @/doom 1.wad", "-iwad @/doom 1.wad"},
+      {"zdoom.exe -IWAD @\\DOOM2.WAD -skill 3 -warp 07 -host 3 -file @/own.wad @/doom2.wad\r\n",
+       "-iwad @/doom2.wad -skill 3 -file @/own.wad @/doom2.wad -warp 07 "
+       "-privateserver -server -nodes 3"},
+      {"zdoom.exe -iwad @/doom2.wad -join 10.0.0.7 -fast\r\n -record @\\kvdemo",
+       "-iwad @/doom2.wad -fast -record @/kvdemo -connect 10.0.0.7"},
+      {"zdoom.exe -iwad @/doom2.wad -NoMonsters -nomusic -nosfx -respawn -altdeath -deathmatch "
+       "-coop -fast -extratic -timer 20 -dup 2 -turbo 150 -skill 4",
+       "-iwad @/doom2.wad -nomonsters -nomusic -nosfx -respawn -altdeath -deathmatch -fast "
+       "-extratics 1 -timer 20 -dup 2 -turbo 150 -skill 4"},
+      {"zdoom.exe -warp 23 -iwad @/doom 1.wad", "-iwad @/doom 1.wad -warp 2 3"},
+      {"zdoom.exe -iwad @/doom 1.wad -warp 09", "-iwad @/doom 1.wad -warp 1 9"},
+      {"zdoom.exe -iwad @/doom 1.wad -warp 9", "-iwad @/doom 1.wad -warp 1 9"},
+      {"zdoom.exe -iwad @/doom2.wad -warp 9", "-iwad @/doom2.wad -warp 9"},
+      {"zdoomgl.exe -paltex -3dfx -sprmaxsurf 4096 -width 640 -height 480 -iwad @/doom2.wad",
+       "-width 640 -height 480 -iwad @/doom2.wad"},
+      {"DOOMCL.EXE -connect 10.0.0.7", "-connect 10.0.0.7"},
+  };
+  for (const auto& [command, expected] : cases) {
+    SCOPED_TRACE(command);
+    start(command);
+    std::string words;
+    ASSERT_TRUE(runUntil([&, wanted = placed(expected)] {
+      words = startedWith("chocolate-doom");
+      return !troubles.empty() || words == wanted;
+    })) << words;
+    EXPECT_THAT(troubles, IsEmpty());
+  }
+  start("doomsv.exe");
+  EXPECT_TRUE(runUntil([&] { return startedWith("chocolate-server") == "-privateserver -nogui"; }));
+}
+
+TEST_F(Adapters, RefuseTheRest) {
+  const std::vector<std::pair<std::string, std::string>> cases = {
+      {"zdoom.exe", "no game file was named"},
+      {"zdoom.exe -iwad", "-iwad wants a word"},
+      {"zdoom.exe -iwad @/none.wad", "none.wad can't be read: No such file or directory"},
+      {"zdoom.exe -iwad @/games", "games can't be read: Is a directory"},
+      {"zdoom.exe -iwad @/text.wad", "text.wad is no game file"},
+      {"zdoom.exe -iwad @/short.wad", "short.wad is no game file"},
+      {"zdoom.exe -iwad @/cut.wad", "cut.wad is no game file"},
+      {"zdoom.exe -iwad @/doom2.wad -file @/own.wad @/none.wad", "none.wad can't be read"},
+      {"zdoom.exe -iwad @/doom2.wad -file -fast", "-file wants a word"},
+      {"zdoom.exe -iwad @/doom2.wad +exec x", "\"+exec\" is a word that this engine doesn't know"},
+      {"zdoom.exe -iwad @/doom2.wad stray", "\"stray\" is a word"},
+      {"zdoom.exe -iwad @/doom2.wad -config x", "\"-config\" is a word"},
+      {"zdoom.exe -iwad @/doom2.wad -width 640", "\"-width\" is a word"},
+      {"zdoom.exe -iwad @/doom2.wad -connect 10.0.0.7", "\"-connect\" is a word"},
+      {"zdoom.exe -iwad @/doom2.wad -timer 5x", "-timer wants a number, not \"5x\""},
+      {"zdoom.exe -iwad @/doom2.wad -warp M1", "-warp wants a number, not \"M1\""},
+      {"zdoom.exe -iwad @/doom2.wad -host 5", "1 to 4 players, not 5"},
+      {"zdoom.exe -iwad @/doom2.wad -host 0", "1 to 4 players, not 0"},
+      {"zdoom.exe -iwad @/doom2.wad -host 999999999999", "-host wants a number"},
+      {"zdoom.exe -iwad @/doom2.wad -host 2 -join 10.0.0.7", "hosted or joined, not both"},
+      {"doomsv.exe -port 1", "takes no words, but got \"-port\""},
+      {"doomcl.exe", "no server was named"},
+      {"doomcl.exe -connect", "-connect wants a word"},
+      {"doomcl.exe -join 10.0.0.7", "\"-join\" is a word"},
+  };
+  for (const auto& [command, reason] : cases) {
+    SCOPED_TRACE(command);
+    start(command);
+    ASSERT_TRUE(runUntil([&] { return !troubles.empty(); }));
+    const std::string program = command.substr(0, command.find(' '));
+    EXPECT_THAT(
+        troubles.front(),
+        HasSubstr("ended with the error 2.\r\nThe last that it said:\r\n" + program + ": "));
+    EXPECT_THAT(troubles.front(), HasSubstr(reason));
+    EXPECT_EQ(startedWith("chocolate-doom") + startedWith("chocolate-server"), "");
+  }
+  // The game would read switches from a file of this name.
+  const std::string list = KELVARON_ENGINES "/zdoom.exe -iwad " + placed("@/doom2.wad");
+  troubles.clear();
+  port.run(list + " -join @x", WindowStyle::normalNoFocus);
+  ASSERT_TRUE(runUntil([&] { return !troubles.empty(); }));
+  EXPECT_THAT(troubles.front(), HasSubstr("it would read a list of switches"));
+}
+
+TEST_F(Adapters, AGuestWaitsForTheHost) {
+  std::ofstream(games / "chocolate-doom.plan") << "exit 1";
+  start("zdoom.exe -iwad @/doom2.wad -join 10.0.0.7");
+  const std::string asked = "-nogui -query 10.0.0.7";
+  for (int query = 0; query < 2; ++query) {
+    ASSERT_TRUE(runUntil([&] { return startedWith("chocolate-doom") == asked; }));
+    fs::remove(games / "chocolate-doom.started");
+  }
+  fs::remove(games / "chocolate-doom.plan");
+  EXPECT_TRUE(runUntil([&] {
+    return startedWith("chocolate-doom") == placed("-iwad @/doom2.wad -connect 10.0.0.7");
+  }));
+}
+
+TEST_F(Adapters, ACopyUnderAnotherNameSaysHowItHasToBeCalled) {
+  fs::copy_file(KELVARON_ENGINES "/zdoom.exe", base / "other.exe");
+  port.run(placed("@/other.exe"), WindowStyle::normalNoFocus);
+  ASSERT_TRUE(runUntil([&] { return !troubles.empty(); }));
+  EXPECT_THAT(troubles.front(), HasSubstr("it has to be called zdoom.exe, zdoomgl.exe"));
+}
+
+TEST(GameData, IsLinkedUnderTheNamesOfTheSetup) {
+  const TemporaryFolder folder;
+  const fs::path data = folder.path() / "data";
+  const fs::path wads = folder.path() / "my wads";
+  const std::string command = "KELVARON_GAME_DATA='" + data.string() +
+                              "' '" KELVARON_LINK_GAME_DATA "' '" + wads.string() + "' >'" +
+                              folder.path().string() + "/said' 2>&1";
+  const auto contents = [](const fs::path& path) {
+    std::ostringstream text;
+    text << std::ifstream(path).rdbuf();
+    return text.str();
+  };
+  EXPECT_NE(std::system(command.c_str()), 0);
+  EXPECT_THAT(contents(folder.path() / "said"), HasSubstr("apt-get install freedoom"));
+  EXPECT_FALSE(fs::exists(wads));
+
+  fs::create_directories(data);
+  fs::create_directories(wads);
+  for (const char* name : {"freedoom1.wad", "freedoom2.wad"}) std::ofstream(data / name) << name;
+  std::ofstream(wads / "TNT.WAD") << "bought";
+  for (int time = 0; time < 2; ++time) {
+    EXPECT_EQ(std::system(command.c_str()), 0);
+    for (const auto& [name, content] :
+         std::vector<std::pair<std::string, std::string>>{{"DOOM.WAD", "freedoom1.wad"},
+                                                          {"DOOM2.WAD", "freedoom2.wad"},
+                                                          {"DOOM2F.WAD", "freedoom2.wad"},
+                                                          {"PLUTONIA.WAD", "freedoom2.wad"},
+                                                          {"TNT.WAD", "bought"}}) {
+      EXPECT_EQ(contents(wads / name), content);
+    }
+  }
+}
+
+}  // namespace
+}  // namespace kelvaron::testing
