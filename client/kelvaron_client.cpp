@@ -4,6 +4,8 @@
 
 #include "chat/inbound_lines.h"
 #include "chat/main_window.h"
+#include "moderation/inbound_lines.h"
+#include "moderation/moderator_menu.h"
 #include "session/inbound_lines.h"
 
 namespace kelvaron {
@@ -21,7 +23,7 @@ constexpr std::array<InboundRow, 31> kInbound = {{
     {"Announce", chat, inbound::onAnnounce},
     {"Message", chat, inbound::onMessage},
     {"Kicked", session, inbound::onKicked},
-    {"Kicker", moderation, nullptr},
+    {"Kicker", moderation, inbound::onKicker},
     {"DOUBLE", session, inbound::onDouble},
     {"Users", chat, inbound::onUsers},
     {"Userscl", chat, inbound::onUsersClear},
@@ -50,8 +52,12 @@ constexpr std::array<InboundRow, 31> kInbound = {{
 std::span<const InboundRow> inboundTable() { return kInbound; }
 
 std::unique_ptr<Client> makeClient(Edge& edge, const Ports& ports) {
-  return std::make_unique<Client>(
-      edge, ports, kInbound, [](Client& client) -> MainWindow& { return client.form<frmMain>(); });
+  auto client = std::make_unique<Client>(
+      edge, ports, kInbound, [](Client& owner) -> MainWindow& { return owner.form<frmMain>(); });
+  client->slots.onMade = [owner = client.get()](Form& form) {
+    if (auto* room = dynamic_cast<frmMain*>(&form)) wireModeration(*owner, *room);
+  };
+  return client;
 }
 
 }  // namespace kelvaron
