@@ -24,5 +24,7 @@ inline constexpr Color kWhite{255, 255, 255};
 inline constexpr Color kBlack{0, 0, 0};
 inline constexpr Color kBuffering{0, 255, 0};
 inline constexpr Color kBufferingPercent{255, 0, 0};
+/// What a dialog warns of.
+inline constexpr Color kWarning{255, 64, 64};
 
 }  // namespace kelvaron::colors

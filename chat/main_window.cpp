@@ -4,6 +4,7 @@
 #include "chat/colors.h"
 #include "chat/commands.h"
 #include "chat/private_message.h"
+#include "chat/resize/resize_forms.h"
 #include "chat/user_list_entry.h"
 #include "session/client.h"
 #include "session/connection.h"
@@ -23,6 +24,7 @@ frmMain::frmMain(Client& client)
 
 void frmMain::look() {
   BackColor = colors::kBlack;
+  Sizable = true;
   Image1.AccessibleName = "Kelvaron home page";
   Label3.ForeColor = colors::kWhite;
   Label3.Font_ = Font{.points = 18, .bold = true, .family = FontFamily::tahoma};
@@ -82,6 +84,8 @@ void frmMain::Form_Load() {
 }
 
 void frmMain::Form_Unload() { leaveWithFarewell(client_); }
+
+void frmMain::Form_Resize() { client_.lasting<Resize_forms>().ResizeForm(*this); }
 
 void frmMain::AppendChat(std::string_view text) {
   txtOutput.caretToEnd();

@@ -101,6 +101,7 @@ class frmMain : public MainWindow {
 
   void Form_Load() override;
   void Form_Unload() override;
+  void Form_Resize() override;
 
   Label& shownName() override { return Label1; }
   Label& serverLocation() override { return Label6; }

@@ -4,9 +4,13 @@
 
 #include "chat/inbound_lines.h"
 #include "chat/main_window.h"
+#include "game/awaiting_verification.h"
 #include "game/inbound_lines.h"
 #include "game/wire.h"
+#include "moderation/inbound_lines.h"
+#include "moderation/moderator_menu.h"
 #include "session/inbound_lines.h"
+#include "session/login_window.h"
 
 namespace kelvaron {
 namespace {
@@ -23,7 +27,7 @@ constexpr std::array<InboundRow, 31> kInbound = {{
     {"Announce", chat, inbound::onAnnounce},
     {"Message", chat, inbound::onMessage},
     {"Kicked", session, inbound::onKicked},
-    {"Kicker", moderation, nullptr},
+    {"Kicker", moderation, inbound::onKicker},
     {"DOUBLE", session, inbound::onDouble},
     {"Users", chat, inbound::onUsers},
     {"Userscl", chat, inbound::onUsersClear},
@@ -54,7 +58,15 @@ std::span<const InboundRow> inboundTable() { return kInbound; }
 std::unique_ptr<Client> makeClient(Edge& edge, const Ports& ports) {
   auto made = std::make_unique<Client>(
       edge, ports, kInbound, [](Client& client) -> MainWindow& { return client.form<frmMain>(); });
-  made->slots.onMade = [&client = *made](Form& form) { wireGame(client, form); };
+  made->slots.onMade = [&client = *made](Form& form) {
+    if (auto* room = dynamic_cast<frmMain*>(&form)) {
+      wireGame(client, *room);
+      wireModeration(client, *room);
+    } else if (dynamic_cast<frmLogin*>(&form) != nullptr) {
+      // The form that waits for guests stands ready, hidden, from the start.
+      client.form<Form1>().Caption = client.title;
+    }
+  };
   return made;
 }
 

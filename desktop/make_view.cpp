@@ -4,6 +4,7 @@
 #include "desktop/frame_view.h"
 #include "desktop/image_view.h"
 #include "desktop/label_view.h"
+#include "desktop/line_view.h"
 #include "desktop/list_box_view.h"
 #include "desktop/rich_text_box_view.h"
 #include "desktop/text_box_view.h"
@@ -13,6 +14,8 @@ namespace {
 
 std::unique_ptr<ControlView> make(Control& control, ViewHost& host, QWidget* parent) {
   switch (control.kind) {
+    case ControlKind::line:
+      return std::make_unique<LineView>(static_cast<Line&>(control), host, parent);
     case ControlKind::label:
       return std::make_unique<LabelView>(static_cast<Label&>(control), host, parent);
     case ControlKind::textBox:

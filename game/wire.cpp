@@ -10,7 +10,6 @@
 #include "game/game_selection.h"
 #include "peer/configuration.h"
 #include "session/client.h"
-#include "session/login_window.h"
 
 namespace kelvaron {
 namespace {
@@ -63,16 +62,12 @@ void requestGame(Client& client, frmMain& room) {
 
 }  // namespace
 
-void wireGame(Client& client, Form& made) {
-  if (dynamic_cast<frmLogin*>(&made) != nullptr) {
-    client.form<Form1>().Caption = client.title;
-  } else if (auto* room = dynamic_cast<frmMain*>(&made)) {
-    room->Command1.Click = [&client, room] { requestGame(client, *room); };
-    room->Command2.Click = [&client, room] { returnFromCs(client, *room); };
-    room->mnuConfig.Click = [&client] { client.form<config>().Show(); };
-    room->mnuLaunchCsServer.Click = [&client, room] { launchCsServer(client, *room); };
-    room->mnuJoinGame.Click = [&client, room] { joinCsGame(client, *room); };
-  }
+void wireGame(Client& client, frmMain& room) {
+  room.Command1.Click = [&] { requestGame(client, room); };
+  room.Command2.Click = [&] { returnFromCs(client, room); };
+  room.mnuConfig.Click = [&] { client.form<config>().Show(); };
+  room.mnuLaunchCsServer.Click = [&] { launchCsServer(client, room); };
+  room.mnuJoinGame.Click = [&] { joinCsGame(client, room); };
 }
 
 }  // namespace kelvaron

@@ -1,13 +1,12 @@
-// Where the game takes hold of the windows below it.
+// Where the game takes hold of the room below it.
 #pragma once
 
 namespace kelvaron {
 
 class Client;
-class Form;
+class frmMain;
 
-/// Wires the game's handlers to a form that was made just now: the room's button and menu entries.
-/// The login window names the waiting form by the application's title.
-void wireGame(Client& client, Form& made);
+/// Wires the game's handlers to the button and the menu entries of a room that was made just now.
+void wireGame(Client& client, frmMain& room);
 
 }  // namespace kelvaron

@@ -69,6 +69,7 @@ enum class ControlKind {
   shape,
   progressBar,
   slider,
+  line,
   timer
 };
 

@@ -3,9 +3,11 @@
 #pragma once
 
 #include <functional>
+#include <map>
 #include <memory>
 #include <span>
 #include <string>
+#include <typeindex>
 
 #include "platform/edge.h"
 #include "platform/form_slots.h"
@@ -46,6 +48,13 @@ class Client {
   F* loadedForm() const {
     return slots.loaded<F>();
   }
+  /// The one object of kind `T` that lives as long as the client, made at the first touch.
+  template <class T>
+  T& lasting() {
+    std::shared_ptr<void>& kept = lasting_[typeid(T)];
+    if (!kept) kept = std::make_shared<T>();
+    return *static_cast<T*>(kept.get());
+  }
   /// The main window, made at the first touch.
   MainWindow& mainWindow() { return touchMainWindow_(*this); }
   /// Whether the main window is on the screen; makes none.
@@ -66,6 +75,7 @@ class Client {
   std::span<const InboundRow> inbound_;
   std::function<MainWindow&(Client&)> touchMainWindow_;
   std::unique_ptr<Socket> sckClient_;
+  std::map<std::type_index, std::shared_ptr<void>> lasting_;
   // A box in a handler of an inbound line lets events run. What the socket tells meanwhile waits,
   // so that lines are handled in their order.
   bool handlingArrival_ = false;

@@ -74,7 +74,8 @@ void TestDesktop::MsgBox(const std::string& text, int style, const std::string& 
 }
 
 std::string TestDesktop::InputBox(const std::string& prompt, const std::string& title,
-                                  const std::string& /*initial*/) {
+                                  const std::string& initial) {
+  initialInputs.push_back(initial);
   boxes.push_back({prompt, box_style::kPlain, title});
   return next(inputs).value_or("");
 }

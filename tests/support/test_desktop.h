@@ -82,6 +82,8 @@ class TestDesktop : private Dialogs, private SoundPort, private Application, pri
   /// Runs while a box is open.
   std::function<void(const Box&)> whileBoxIsOpen;
   std::deque<std::string> inputs;
+  /// The texts that stood in the input boxes at first.
+  std::vector<std::string> initialInputs;
   /// Answers to questions; No when there are none left.
   std::deque<bool> answers;
   /// What the user chooses in file dialogs; a dialog is dismissed when there is nothing left.
