@@ -8,6 +8,12 @@
 #include "desktop/qt_values.h"
 
 namespace kelvaron {
+namespace {
+
+// Pixels that the text stands further in, so that it is in line with that of text boxes.
+constexpr int kTextMargin = 4;
+
+}  // namespace
 
 ComboBoxView::ComboBoxView(ComboBox& box, ViewHost& host, QWidget* parent)
     : ControlView(box, host, new QComboBox(parent)), combo_(static_cast<QComboBox&>(widget())) {
@@ -18,6 +24,7 @@ ComboBoxView::ComboBoxView(ComboBox& box, ViewHost& host, QWidget* parent)
   combo_.setFocusPolicy(Qt::StrongFocus);
   combo_.lineEdit()->setMaxLength(std::numeric_limits<int>::max());
   combo_.lineEdit()->setDragEnabled(false);
+  combo_.lineEdit()->setTextMargins(kTextMargin, 0, 0, 0);
   connect(&combo_, &QComboBox::editTextChanged, this,
           [this](const QString& text) { textEdited(text); });
 }

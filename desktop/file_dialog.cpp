@@ -1,10 +1,10 @@
 #include "desktop/file_dialog.h"
 
-#include <QAbstractItemView>
-#include <QComboBox>
 #include <QDir>
 #include <QFileInfo>
+#include <QHeaderView>
 #include <QLineEdit>
+#include <QTreeView>
 
 #include "desktop/combo_accessible.h"
 #include "desktop/qt_values.h"
@@ -14,6 +14,8 @@ namespace {
 
 // Size at the start, in device-independent pixels.
 constexpr QSize kSize{760, 460};
+// Of the list of files: tells what the name's ending tells.
+constexpr int kTypeColumn = 2;
 
 /// A folder as the core tells it, which may have a sign at its end; empty when it isn't there.
 QString knownFolder(const std::string& told) {
@@ -52,7 +54,19 @@ FileBox::FileBox(const FileDialog& dialog, const QString& folderBefore)
   if (folder.isEmpty() && QFileInfo(folderBefore).isDir()) folder = folderBefore;
   setDirectory(folder.isEmpty() ? QDir::homePath() : folder);
   nameParts();
+  showColumns();
   resize(kSize);
+}
+
+void FileBox::showColumns() {
+  auto* files = findChild<QTreeView*>(QStringLiteral("treeView"));
+  if (files == nullptr) return;
+  files->hideColumn(kTypeColumn);
+  QHeaderView& header = *files->header();
+  header.setStretchLastSection(false);
+  header.setResizeContentsPrecision(0);  // the files in sight
+  header.setSectionResizeMode(QHeaderView::ResizeToContents);
+  header.setSectionResizeMode(0, QHeaderView::Stretch);
 }
 
 void FileBox::nameParts() {

@@ -27,6 +27,7 @@ class FileBox : public QFileDialog {
 
  private:
   void nameParts();
+  void showColumns();
   void completeName();
 
   const QString extension_;

@@ -252,7 +252,9 @@ void ShownForm::applyLook() {
   frame_->setWindowTitle(shownText(form_->Caption.get()));
   QPalette palette = QApplication::palette();
   palette.setColor(QPalette::Window, toQt(form_->BackColor.get()));
-  palette.setColor(QPalette::WindowText, toQt(form_->ForeColor.get()));
+  for (const auto group : {QPalette::Active, QPalette::Inactive}) {
+    palette.setColor(group, QPalette::WindowText, toQt(form_->ForeColor.get()));
+  }
   QWidget& content = frame_->content();
   if (content.palette() != palette) content.setPalette(palette);
   content.setCursor(shape(form_->MousePointer_.get()));

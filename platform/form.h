@@ -34,7 +34,7 @@ class FormWindow {
   /// Brings the window to the front with the keyboard; see `Form::Show`.
   virtual void activate() = 0;
   /// The form becomes visible and its window is to come without the keyboard.
-  virtual void comeQuietly() = 0;
+  virtual void comeQuietly() {}
   /// Opens an entry's submenu at the pointer and returns when it was opened.
   virtual void popUp(MenuItem& menu) = 0;
 };
