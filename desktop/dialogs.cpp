@@ -3,7 +3,6 @@
 #include <QApplication>
 #include <QDialog>
 #include <QDialogButtonBox>
-#include <QFileDialog>
 #include <QGridLayout>
 #include <QLabel>
 #include <QLineEdit>
@@ -16,6 +15,7 @@
 #include <memory>
 #include <optional>
 
+#include "desktop/file_dialog.h"
 #include "desktop/qt_values.h"
 
 namespace kelvaron {
@@ -77,11 +77,30 @@ QWidget* makeText(const QString& text, QWidget& parent) {
   return area;
 }
 
-/// A dialog over the window at work. It has no parent, so that it outlives that window.
+/// Puts a dialog over the window at work, if there is one, within the screen. The dialog has no
+/// parent, so that it outlives that window.
+void placeOverWork(QDialog& dialog) {
+  const QWidget* window = QApplication::activeModalWidget();
+  if (window == nullptr) window = QApplication::activeWindow();
+  if (window == nullptr || window->windowHandle() == nullptr) return;
+  QRect place(QPoint(), dialog.layout()->sizeConstraint() == QLayout::SetFixedSize
+                            ? dialog.sizeHint()
+                            : dialog.size());
+  place.moveCenter(window->frameGeometry().center());
+  const QRect space = window->screen()->availableGeometry();
+  dialog.move(std::max(space.left(), std::min(place.left(), space.right() - place.width())),
+              std::max(space.top(), std::min(place.top(), space.bottom() - place.height())));
+  dialog.winId();
+  dialog.windowHandle()->setTransientParent(window->windowHandle());
+}
+
 class Box : public QDialog {
  public:
   Box(const std::string& title, QDialogButtonBox::StandardButtons buttons)
-      : grid_(*new QGridLayout(this)), buttons_(*new QDialogButtonBox(buttons, this)) {
+      : QDialog(nullptr, Qt::Dialog | Qt::CustomizeWindowHint | Qt::WindowTitleHint |
+                             Qt::WindowCloseButtonHint),
+        grid_(*new QGridLayout(this)),
+        buttons_(*new QDialogButtonBox(buttons, this)) {
     setWindowTitle(shownText(title));
     grid_.setContentsMargins(kMargin, kMargin, kMargin, kMargin);
     grid_.setSpacing(kSpacing);
@@ -92,17 +111,6 @@ class Box : public QDialog {
   }
   ~Box() override = default;
   Q_DISABLE_COPY_MOVE(Box)
-
-  void placeOver(const QWidget& window) {
-    grid_.activate();
-    QRect place(QPoint(), sizeHint());
-    place.moveCenter(window.frameGeometry().center());
-    const QRect space = window.screen()->availableGeometry();
-    move(std::max(space.left(), std::min(place.left(), space.right() - place.width())),
-         std::max(space.top(), std::min(place.top(), space.bottom() - place.height())));
-    winId();
-    windowHandle()->setTransientParent(window.windowHandle());
-  }
 
  protected:
   QGridLayout& grid() { return grid_; }
@@ -156,11 +164,7 @@ class PromptBox : public Box {
 bool QtDialogs::ask(QDialog& dialog) {
   gate_.edge().throwIfEnded();
   const EventGate::Hold hold(gate_);
-  const QWidget* over = QApplication::activeModalWidget();
-  if (over == nullptr) over = QApplication::activeWindow();
-  if (over != nullptr && over->windowHandle() != nullptr) {
-    if (auto* box = dynamic_cast<Box*>(&dialog)) box->placeOver(*over);
-  }
+  placeOverWork(dialog);
   const bool agreed = dialog.exec() == QDialog::Accepted;
   gate_.edge().throwIfEnded();
   return agreed;
@@ -184,14 +188,19 @@ std::string QtDialogs::InputBox(const std::string& prompt, const std::string& ti
 }
 
 std::optional<std::string> QtDialogs::openFile(const FileDialog& dialog) {
-  QFileDialog box;
-  box.setWindowTitle(dialog.title.empty() ? QStringLiteral("Open") : shownText(dialog.title));
-  box.setFileMode(QFileDialog::ExistingFile);
-  box.setDefaultSuffix(shownText(dialog.defaultExtension));
-  if (!dialog.filter.empty()) box.setNameFilter(shownText(dialog.filter));
-  if (!dialog.initialFolder.empty()) box.setDirectory(shownText(dialog.initialFolder));
+  FileBox box(dialog, folder_);
+  box.onUnspeakable = [](const QString& path) {
+    MessageBox refusal(QStringLiteral("Kelvaron can't open this file, because its name or that of "
+                                      "its folder has letters outside the Western alphabet:\n\n"
+                                      "%1\n\nRename it, or choose another file.")
+                           .arg(path),
+                       box_style::kExclamation, "Open");
+    placeOverWork(refusal);
+    refusal.exec();
+  };
   if (!ask(box)) return std::nullopt;
-  return storedText(box.selectedFiles().constFirst());
+  folder_ = box.folder();
+  return storedText(box.chosen());
 }
 
 }  // namespace kelvaron

@@ -1,6 +1,8 @@
 // Message box, question, input box and file dialog. All wait for the user while events go on.
 #pragma once
 
+#include <QString>
+
 #include "desktop/event_gate.h"
 #include "platform/ports.h"
 
@@ -25,6 +27,8 @@ class QtDialogs final : public Dialogs {
   bool ask(QDialog& dialog);
 
   EventGate& gate_;
+  // Of the file chosen last.
+  QString folder_;
 };
 
 }  // namespace kelvaron

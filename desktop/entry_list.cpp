@@ -55,4 +55,13 @@ void EntryList::keyPressEvent(QKeyEvent* event) {
   view->keyHandled();
 }
 
+void EntryList::focusInEvent(QFocusEvent* event) {
+  const bool none = !currentIndex().isValid();
+  view->showOnly([&] {
+    QListView::focusInEvent(event);
+    // The toolkit makes the first entry the current one, but nobody chose it.
+    if (none) selectionModel()->setCurrentIndex({}, QItemSelectionModel::NoUpdate);
+  });
+}
+
 }  // namespace kelvaron

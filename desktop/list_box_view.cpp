@@ -90,6 +90,11 @@ void ListBoxView::keyHandled() {
   if (std::exchange(userSelected_, false)) run([this] { box().Click(); });
 }
 
+void ListBoxView::showOnly(const std::function<void()>& change) {
+  const Showing showing(*this);
+  change();
+}
+
 void ListBoxView::leftReleased() {
   keyHandled();
   run([this] { box().MouseUp(MouseButton::left); });

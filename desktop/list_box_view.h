@@ -29,6 +29,8 @@ class ListBoxView : public ControlView {
   void doubleClicked();
   void menuKeyPressed(QPoint global);
   void keyHandled();
+  /// Runs what changes the widget without the user having chosen anything.
+  void showOnly(const std::function<void()>& change);
 
  protected:
   void refresh() override;

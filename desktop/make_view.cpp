@@ -1,12 +1,16 @@
 #include "desktop/button_view.h"
 #include "desktop/check_box_view.h"
+#include "desktop/combo_box_view.h"
 #include "desktop/control_view.h"
 #include "desktop/frame_view.h"
 #include "desktop/image_view.h"
 #include "desktop/label_view.h"
 #include "desktop/line_view.h"
 #include "desktop/list_box_view.h"
+#include "desktop/progress_bar_view.h"
 #include "desktop/rich_text_box_view.h"
+#include "desktop/shape_view.h"
+#include "desktop/slider_view.h"
 #include "desktop/text_box_view.h"
 
 namespace kelvaron {
@@ -38,9 +42,13 @@ std::unique_ptr<ControlView> make(Control& control, ViewHost& host, QWidget* par
     case ControlKind::image:
       return std::make_unique<ImageView>(static_cast<Image&>(control), host, parent);
     case ControlKind::comboBox:
+      return std::make_unique<ComboBoxView>(static_cast<ComboBox&>(control), host, parent);
     case ControlKind::shape:
+      return std::make_unique<ShapeView>(static_cast<Shape&>(control), host, parent);
     case ControlKind::progressBar:
+      return std::make_unique<ProgressBarView>(static_cast<ProgressBar&>(control), host, parent);
     case ControlKind::slider:
+      return std::make_unique<SliderView>(static_cast<Slider&>(control), host, parent);
     case ControlKind::timer:
       break;
   }

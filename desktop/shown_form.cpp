@@ -3,6 +3,7 @@
 #include <QApplication>
 #include <QCursor>
 #include <QMenu>
+#include <QWindow>
 #include <algorithm>
 #include <map>
 
@@ -72,6 +73,8 @@ void ShownForm::detach() {
   frame_->onContentResized = nullptr;
   frame_->onMoved = nullptr;
   frame_->onKey = nullptr;
+  pointer_->onMoved = nullptr;
+  pointer_->onClicked = nullptr;
   for (QMenu* menu : frame_->findChildren<QMenu*>()) menu->close();
   frame_->hide();
   if (menus_) menus_->detach();
@@ -85,6 +88,11 @@ ControlView* ShownForm::viewOf(const Control& control) const {
 
 void ShownForm::activate() {
   activateWish_ = true;
+  changed();
+}
+
+void ShownForm::comeQuietly() {
+  quietWish_ = true;
   later();
 }
 
@@ -137,6 +145,7 @@ void ShownForm::apply() {
   if (form_ == nullptr || services_.gate.edge().ended()) return;
   if (form_->Visible && !frame_) build();
   const bool activates = std::exchange(activateWish_, false);
+  const bool quiet = std::exchange(quietWish_, false);
   const bool asked = std::exchange(userAsked_, false);
   if (!frame_) return;
 
@@ -150,17 +159,31 @@ void ShownForm::apply() {
     if (form_ == nullptr) return;  // its Form_Resize unloaded it
   }
   applyPlace();
-  // A window that comes by itself leaves the keyboard where the user types.
-  const bool comesByItself = !activates && !asked && QApplication::activeWindow() != nullptr;
-  frame_->setAttribute(Qt::WA_ShowWithoutActivating, comesByItself);
+  bringUp(activates, asked, quiet && !activates);
+  applyFocus();
+}
+
+void ShownForm::bringUp(bool activates, bool asked, bool quiet) {
   const bool appears = !frame_->isVisible();
+  const QWidget* atWork = QApplication::activeWindow();
+  // What no user asked for leaves the keyboard where the user types. A window that is there already
+  // doesn't even come to the front: a server could make it do so over and over.
+  const bool onlyAsks = activates && !appears && !asked && atWork != frame_.get();
+  const bool comesByItself = quiet || (!activates && !asked && atWork != nullptr);
+  frame_->setAttribute(Qt::WA_ShowWithoutActivating, comesByItself);
+  frame_->winId();
+  // What the toolkit makes of the attribute when it makes a window, which may have been before.
+  frame_->windowHandle()->setProperty("_q_showWithoutActivating", comesByItself);
   frame_->show();
+  if (onlyAsks) {
+    QApplication::alert(frame_.get());
+    return;
+  }
   if (appears || activates) frame_->raise();
   if (activates || (appears && !comesByItself)) {
     if (frame_->isMinimized()) frame_->showNormal();
     frame_->activateWindow();
   }
-  applyFocus();
 }
 
 void ShownForm::build() {
@@ -188,6 +211,32 @@ void ShownForm::build() {
     views_.push_back(std::move(view));
   }
   nameByLabels();
+  watchPointer();
+}
+
+void ShownForm::watchPointer() {
+  pointer_ = std::make_unique<PointerWatch>(frame_->content());
+  pointer_->onMoved = [this](const QWidget& over) {
+    const auto view =
+        std::ranges::find_if(views_, [&](const auto& each) { return &each->widget() == &over; });
+    const Image* image = nullptr;
+    if (view != views_.end() && (*view)->control()->kind == ControlKind::image) {
+      image = static_cast<const Image*>((*view)->control());
+    }
+    services_.gate.runUnattended([&] {
+      if (image != nullptr && image->MouseMove) {
+        image->MouseMove();
+      } else {
+        form_->Form_MouseMove();
+      }
+    });
+  };
+  pointer_->onClicked = [this](const QWidget& at) {
+    const bool onLabel = std::ranges::any_of(views_, [&](const auto& view) {
+      return &view->widget() == &at && view->control()->kind == ControlKind::label;
+    });
+    if (onLabel || &at == &frame_->content()) services_.gate.run([this] { form_->Form_Click(); });
+  };
 }
 
 void ShownForm::nameByLabels() {
@@ -203,7 +252,9 @@ void ShownForm::applyLook() {
   frame_->setWindowTitle(shownText(form_->Caption.get()));
   QPalette palette = QApplication::palette();
   palette.setColor(QPalette::Window, toQt(form_->BackColor.get()));
-  palette.setColor(QPalette::WindowText, toQt(form_->ForeColor.get()));
+  for (const auto group : {QPalette::Active, QPalette::Inactive}) {
+    palette.setColor(group, QPalette::WindowText, toQt(form_->ForeColor.get()));
+  }
   QWidget& content = frame_->content();
   if (content.palette() != palette) content.setPalette(palette);
   content.setCursor(shape(form_->MousePointer_.get()));

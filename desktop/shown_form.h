@@ -10,6 +10,7 @@
 #include "desktop/control_view.h"
 #include "desktop/form_frame.h"
 #include "desktop/menus.h"
+#include "desktop/pointer_watch.h"
 #include "desktop/timer_view.h"
 #include "platform/form.h"
 
@@ -34,6 +35,7 @@ class ShownForm final : public FormWindow, private ViewHost {
   void detach();
 
   void activate() override;
+  void comeQuietly() override;
   void popUp(MenuItem& menu) override;
 
   /// Null while there is no window.
@@ -55,6 +57,8 @@ class ShownForm final : public FormWindow, private ViewHost {
   void apply();
   void build();
   void nameByLabels();
+  void watchPointer();
+  void bringUp(bool activates, bool asked, bool quiet);
   void showFirst();
   void applyLook();
   void applyPlace();
@@ -68,6 +72,7 @@ class ShownForm final : public FormWindow, private ViewHost {
   QObject turn_;
   bool waits_ = false;
   bool activateWish_ = false;
+  bool quietWish_ = false;
   bool userAsked_ = false;
   const Control* focusWish_ = nullptr;
   std::optional<QPoint> popUpPoint_;
@@ -80,6 +85,7 @@ class ShownForm final : public FormWindow, private ViewHost {
   std::unique_ptr<FormFrame> frame_;
   std::unique_ptr<Menus> menus_;
   std::vector<std::unique_ptr<ControlView>> views_;
+  std::unique_ptr<PointerWatch> pointer_;
 };
 
 }  // namespace kelvaron

@@ -1,6 +1,6 @@
 #include "desktop/text_box_view.h"
 
-#include <QCoreApplication>
+#include <QApplication>
 #include <QKeyEvent>
 #include <QTextDocument>
 #include <algorithm>
@@ -15,11 +15,18 @@ namespace {
 // Pixels between a box's border and its text.
 constexpr int kTextMargin = 4;
 
-void setColors(QWidget& widget, const std::optional<Color>& text,
-               const std::optional<Color>& base) {
+void setColors(QWidget& widget, const TextBox& box, const std::optional<Color>& text) {
   QPalette palette;
-  if (text) palette.setColor(QPalette::Text, toQt(*text));
-  if (base) palette.setColor(QPalette::Base, toQt(*base));
+  if (text) {
+    palette.setColor(QPalette::Active, QPalette::Text, toQt(*text));
+    palette.setColor(QPalette::Inactive, QPalette::Text, toQt(*text));
+  }
+  if (const auto& base = box.BackColor.get()) {
+    palette.setColor(QPalette::Base, toQt(*base));
+  } else if (box.Locked) {
+    // As the window behind it: nothing is to be typed here.
+    palette.setColor(QPalette::Base, QApplication::palette().color(QPalette::AlternateBase));
+  }
   if (widget.palette() != palette) widget.setPalette(palette);
 }
 
@@ -108,7 +115,7 @@ void TextLineView::refreshLook() {
   }
   std::optional<Color> color = box().ForeColor;
   if (box().kind == ControlKind::richTextLine) color = static_cast<RichTextLine&>(box()).SelColor;
-  setColors(edit_, color, box().BackColor);
+  setColors(edit_, box(), color);
 }
 
 TextAreaView::TextAreaView(TextBox& box, ViewHost& host, QWidget* parent)
@@ -152,7 +159,7 @@ void TextAreaView::refreshLook() {
   if (box().Locked) {
     edit_.setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);
   }
-  setColors(edit_, box().ForeColor, box().BackColor);
+  setColors(edit_, box(), box().ForeColor);
 }
 
 bool TextAreaView::enterPressed(Qt::KeyboardModifiers modifiers) {

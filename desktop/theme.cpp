@@ -5,37 +5,12 @@
 #include <QPushButton>
 #include <QStyleOptionComplex>
 
+#include "desktop/theme_drawing.h"
+
 namespace kelvaron {
 namespace {
 
-constexpr QColor kWindow{24, 26, 32};
-constexpr QColor kText{224, 226, 232};
-constexpr QColor kField{15, 17, 21};
-constexpr QColor kButton{44, 49, 60};
-constexpr QColor kAccent{128, 226, 180};
-constexpr QColor kSelection{38, 96, 84};
-constexpr QColor kDisabledText{136, 141, 152};
-constexpr QColor kMenu{33, 37, 45};
-constexpr QColor kLine{70, 77, 92};
-constexpr QColor kHandle{78, 86, 102};
-constexpr QColor kHandleHeld{120, 132, 154};
-
-constexpr qreal kRounding = 3;
-
-void drawPanel(QPainter& painter, const QRectF& rect, const QBrush& fill, const QColor& line,
-               qreal width = 1) {
-  const qreal inset = width / 2;
-  painter.save();
-  painter.setRenderHint(QPainter::Antialiasing);
-  painter.setPen(QPen(line, width));
-  painter.setBrush(fill);
-  painter.drawRoundedRect(rect.adjusted(inset, inset, -inset, -inset), kRounding, kRounding);
-  painter.restore();
-}
-
-const QColor& lineOf(const QStyleOption& option) {
-  return option.state.testFlag(QStyle::State_HasFocus) ? kAccent : kLine;
-}
+using namespace theme;
 
 void drawButton(QPainter& painter, const QStyleOption& option) {
   const auto* button = qstyleoption_cast<const QStyleOptionButton*>(&option);
@@ -175,6 +150,8 @@ int Theme::styleHint(StyleHint hint, const QStyleOption* option, const QWidget* 
       return 1;
     case SH_DialogButtonBox_ButtonsHaveIcons:
       return 0;
+    case SH_Slider_AbsoluteSetButtons:
+      return Qt::LeftButton;
     default:
       break;
   }
@@ -184,9 +161,13 @@ int Theme::styleHint(StyleHint hint, const QStyleOption* option, const QWidget* 
 void Theme::drawPrimitive(PrimitiveElement element, const QStyleOption* option, QPainter* painter,
                           const QWidget* widget) const {
   switch (element) {
-    case PE_PanelLineEdit:
+    case PE_PanelLineEdit: {
+      // The field in a combo box has none: the box draws it.
+      const auto* frame = qstyleoption_cast<const QStyleOptionFrame*>(option);
+      if (frame != nullptr && frame->lineWidth <= 0) break;
       drawPanel(*painter, option->rect, option->palette.color(QPalette::Base), lineOf(*option));
       break;
+    }
     case PE_FrameLineEdit:
     case PE_Frame:
       drawPanel(*painter, option->rect, Qt::NoBrush, lineOf(*option));
@@ -216,6 +197,16 @@ void Theme::drawPrimitive(PrimitiveElement element, const QStyleOption* option, 
   }
 }
 
+void Theme::drawControl(ControlElement element, const QStyleOption* option, QPainter* painter,
+                        const QWidget* widget) const {
+  const auto* bar = qstyleoption_cast<const QStyleOptionProgressBar*>(option);
+  if (element == CE_ProgressBar && bar != nullptr) {
+    drawProgress(*bar, *painter);
+  } else {
+    QProxyStyle::drawControl(element, option, painter, widget);
+  }
+}
+
 void Theme::drawComplexControl(ComplexControl control, const QStyleOptionComplex* option,
                                QPainter* painter, const QWidget* widget) const {
   const auto* bar = qstyleoption_cast<const QStyleOptionSlider*>(option);
@@ -224,6 +215,11 @@ void Theme::drawComplexControl(ComplexControl control, const QStyleOptionComplex
   } else if (const auto* box = qstyleoption_cast<const QStyleOptionGroupBox*>(option);
              control == CC_GroupBox && box != nullptr) {
     drawGroupBox(*box, *painter);
+  } else if (const auto* combo = qstyleoption_cast<const QStyleOptionComboBox*>(option);
+             control == CC_ComboBox && combo != nullptr) {
+    drawComboBox(*this, *combo, *painter, widget);
+  } else if (control == CC_Slider && bar != nullptr && bar->orientation == Qt::Horizontal) {
+    drawSlider(*this, *bar, *painter, widget);
   } else {
     QProxyStyle::drawComplexControl(control, option, painter, widget);
   }

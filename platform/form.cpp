@@ -13,6 +13,12 @@ void Form::Show() {
   if (window != nullptr) window->activate();
 }
 
+void Form::ShowQuietly() {
+  if (Visible) return;
+  if (window != nullptr) window->comeQuietly();
+  Visible = true;
+}
+
 void Form::PopupMenu(MenuItem& menu) {
   if (window != nullptr) window->popUp(menu);
 }

@@ -31,8 +31,10 @@ class FormWindow {
   FormWindow(const FormWindow&) = delete;
   FormWindow& operator=(const FormWindow&) = delete;
   virtual ~FormWindow() = default;
-  /// Brings the window to the front with the keyboard.
+  /// Brings the window to the front with the keyboard; see `Form::Show`.
   virtual void activate() = 0;
+  /// The form becomes visible and its window is to come without the keyboard.
+  virtual void comeQuietly() {}
   /// Opens an entry's submenu at the pointer and returns when it was opened.
   virtual void popUp(MenuItem& menu) = 0;
 };
@@ -59,10 +61,12 @@ class Form : public Observable, public Container {
   /// Whether the user can change the window's size.
   bool Sizable = false;
 
-  /// Makes the form visible and brings it to the front.
+  /// Makes the form visible and brings it to the front with the keyboard. Where no user asked for
+  /// it, a form that is on the screen already only asks for attention, and the keyboard stays in
+  /// the window in which the user types.
   void Show();
-  /// Makes the form visible, and leaves the keyboard where the user is typing.
-  void ShowQuietly() { Visible = true; }
+  /// Makes the form visible, and leaves the keyboard in the window that has it.
+  void ShowQuietly();
   void PopupMenu(MenuItem& menu);
 
   /// Runs when a slot has made the form; its controls have their design values.
@@ -71,8 +75,11 @@ class Form : public Observable, public Container {
   virtual void Form_Unload() {}
   /// Runs after the window took another size.
   virtual void Form_Resize() {}
-  /// The user clicked the form itself, or a label on it.
+  /// Runs after a click of the left mouse button on the form's bare surface or on a label on it.
   virtual void Form_Click() {}
+  /// Runs when the pointer moved over the form's inside, unless an image there has its own
+  /// handler; at most once a turn of the event loop.
+  virtual void Form_MouseMove() {}
 
   /// In order of construction, those inside frames too.
   const std::vector<Control*>& Controls() const { return controls_; }

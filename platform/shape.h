@@ -17,6 +17,8 @@ class Shape : public Control {
       : Control(within, ControlKind::shape, name, place) {}
 
   Property<Color> FillColor{*this, kUnlit};
+
+  bool lit() const { return FillColor.get() != kUnlit; }
 };
 
 }  // namespace kelvaron

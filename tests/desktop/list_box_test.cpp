@@ -125,5 +125,19 @@ TEST(ListBoxes, ClickBeforeARebuildIsShown) {
       desk.list.viewport()->rect().intersects(desk.list.visualRect(desk.list.currentIndex())));
 }
 
+TEST(ListBoxes, TheKeyboardAloneChoosesNothing) {
+  ListDesk desk;
+  desk.form.name.SetFocus();
+  Desk::turn();
+  desk.form.people.SetFocus();
+  Desk::turn();
+  ASSERT_TRUE(desk.list.hasFocus());
+  EXPECT_EQ(desk.form.people.ListIndex(), -1);
+  EXPECT_EQ(desk.shownSelected(), 0);
+  QTest::keyClick(&desk.list, Qt::Key_Down);
+  EXPECT_EQ(desk.form.people.Text(), "p100");
+  EXPECT_THAT(desk.form.log, ElementsAre("click p100"));
+}
+
 }  // namespace
 }  // namespace kelvaron::testing

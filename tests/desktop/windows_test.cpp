@@ -10,6 +10,7 @@
 #include <QScreen>
 #include <QScrollArea>
 
+#include "desktop/theme.h"
 #include "tests/desktop/desk.h"
 
 namespace kelvaron::testing {
@@ -135,6 +136,7 @@ TEST(Windows, WhatComesByItselfLeavesTheKeyboard) {
       {"from the network", [&](Form& form) { desk.edge.run([&] { form.Visible = true; }); }, false},
       {"for the user", [&](Form& form) { desk.gate.run([&] { form.Visible = true; }); }, true},
       {"to the front", [&](Form& form) { desk.edge.run([&] { form.Show(); }); }, true},
+      {"quietly", [&](Form& form) { desk.gate.run([&] { form.ShowQuietly(); }); }, false},
   };
   for (const Row& row : rows) {
     auto& form = desk.client.form<Plain>();
@@ -151,6 +153,45 @@ TEST(Windows, WhatComesByItselfLeavesTheKeyboard) {
     desk.client.slots.unload(form);
     desk.frame(typedIn)->activateWindow();
     ASSERT_TRUE(QTest::qWaitForWindowActive(desk.frame(typedIn)));
+  }
+}
+
+TEST(Windows, ShowOfAnOpenFormLeavesTheKeyboardUnlessAskedFor) {
+  Desk desk;
+  auto& open = desk.show<Plain>();
+  auto& typedIn = desk.show<ManyControls>();
+  ASSERT_TRUE(QTest::qWaitForWindowActive(desk.frame(typedIn)));
+  for (int i = 0; i < 50; ++i) {
+    desk.edge.run([&] {
+      open.Show();
+      open.ShowQuietly();
+    });
+    Desk::turn();
+    ASSERT_TRUE(desk.frame(typedIn)->isActiveWindow()) << i;
+  }
+  desk.gate.run([&] { open.ShowQuietly(); });
+  QTest::qWait(50);
+  EXPECT_TRUE(desk.frame(typedIn)->isActiveWindow());
+  desk.gate.run([&] { open.Show(); });
+  EXPECT_TRUE(QTest::qWaitForWindowActive(desk.frame(open)));
+}
+
+TEST(Windows, DisabledTextLooksSo) {
+  Desk desk;
+  auto& form = desk.show<ManyControls>();
+  form.ForeColor = Color{1, 2, 3};
+  form.name.ForeColor = Color{1, 2, 3};
+  Desk::turn();
+  const QColor own(1, 2, 3);
+  const std::pair<Control*, QPalette::ColorRole> rows[] = {{&form.name, QPalette::Text},
+                                                           {&form.tick, QPalette::WindowText}};
+  for (const auto& [control, role] : rows) {
+    const QWidget& widget = desk.widget(form, *control);
+    EXPECT_EQ(widget.palette().color(role), own) << control->Name;
+    control->Enabled = false;
+    Desk::turn();
+    EXPECT_EQ(widget.palette().color(role), darkPalette().color(QPalette::Disabled, role))
+        << control->Name;
   }
 }
 
@@ -189,6 +230,24 @@ TEST(Boxes, Input) {
   };
   EXPECT_EQ(ask(Qt::Key_Return), "n\xE9?w");
   EXPECT_EQ(ask(Qt::Key_Escape), "");
+}
+
+TEST(Boxes, QuestionIsNoUnlessYesIsSaid) {
+  Desk desk;
+  const std::pair<std::function<void(QWidget&)>, bool> rows[] = {
+      {[](QWidget& box) { QTest::keyClick(&box, Qt::Key_Return); }, false},
+      {[](QWidget& box) { QTest::keyClick(&box, Qt::Key_Escape); }, false},
+      {[](QWidget& box) { box.close(); }, false},
+      {[](QWidget& box) { QTest::keyClick(&box, Qt::Key_Y, Qt::AltModifier); }, true},
+      {[](QWidget& box) { QTest::keyClick(&box, Qt::Key_N, Qt::AltModifier); }, false},
+  };
+  for (const auto& [answer, agreed] : rows) {
+    Desk::whenBoxOpens([&](QWidget& box) {
+      EXPECT_FALSE(box.windowFlags().testFlag(Qt::WindowMaximizeButtonHint));
+      answer(box);
+    });
+    EXPECT_EQ(desk.dialogs.confirm("Sure?", "Question"), agreed);
+  }
 }
 
 TEST(Boxes, FaultOfAHandlerIsTold) {

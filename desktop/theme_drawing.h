@@ -1,0 +1,41 @@
+// The colours of the theme, and how it draws what the toolkit's own style doesn't.
+#pragma once
+
+#include <QColor>
+#include <QPainter>
+#include <QStyle>
+#include <QStyleOption>
+
+namespace kelvaron::theme {
+
+inline constexpr QColor kWindow{24, 26, 32};
+inline constexpr QColor kText{224, 226, 232};
+inline constexpr QColor kField{15, 17, 21};
+inline constexpr QColor kButton{44, 49, 60};
+inline constexpr QColor kAccent{128, 226, 180};
+inline constexpr QColor kSelection{38, 96, 84};
+inline constexpr QColor kDisabledText{136, 141, 152};
+inline constexpr QColor kMenu{33, 37, 45};
+inline constexpr QColor kLine{70, 77, 92};
+inline constexpr QColor kHandle{78, 86, 102};
+inline constexpr QColor kHandleHeld{120, 132, 154};
+
+/// Radius of corners, in device-independent pixels.
+inline constexpr qreal kRounding = 3;
+
+/// A rounded rectangle whose line lies within `rect`.
+void drawPanel(QPainter& painter, const QRectF& rect, const QBrush& fill, const QColor& line,
+               qreal width = 1);
+/// The line around something that may have the keyboard.
+const QColor& lineOf(const QStyleOption& option);
+
+/// A field to type in or, where the box is not editable, a button; with an arrow down.
+void drawComboBox(const QStyle& style, const QStyleOptionComboBox& combo, QPainter& painter,
+                  const QWidget* widget);
+/// A groove, filled up to a round knob. Horizontal ones only.
+void drawSlider(const QStyle& style, const QStyleOptionSlider& slider, QPainter& painter,
+                const QWidget* widget);
+/// The groove of a progress bar, and how full it is, from the left.
+void drawProgress(const QStyleOptionProgressBar& bar, QPainter& painter);
+
+}  // namespace kelvaron::theme
