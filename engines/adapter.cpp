@@ -37,7 +37,7 @@ std::string located(const std::string& program) {
   std::istringstream folders(std::string(path == nullptr ? "" : path) +
                              ":/usr/games:/usr/local/games");
   for (std::string folder; std::getline(folders, folder, ':');) {
-    const std::string location = (folder.empty() ? "." : folder) + '/' + program;
+    std::string location = (folder.empty() ? "." : folder) + '/' + program;
     if (::access(location.c_str(), X_OK) == 0) return location;
   }
   throw Refusal(program + " is not installed; Debian has it in the package chocolate-doom");

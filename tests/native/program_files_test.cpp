@@ -128,6 +128,11 @@ TEST_F(Files, ThatCannotBeReplacedStayAsTheyWere) {
   EXPECT_EQ(faultOf([&] { files.replace(std::string(300, 'n'), "x"); }), fault_number::kPathAccess);
   ProgramFiles nowhere(base / "none");
   EXPECT_EQ(faultOf([&] { nowhere.replace("a.ini", "x"); }), fault_number::kPathAccess);
+  if (::geteuid() != 0) {  // rights don't bind root
+    fs::permissions(base, fs::perms::owner_read | fs::perms::owner_exec);
+    EXPECT_EQ(faultOf([&] { files.replace("target.ini", "x"); }), fault_number::kPathAccess);
+    fs::permissions(base, fs::perms::owner_all);
+  }
   EXPECT_EQ(names(), (Names{"sub.ini", "target.ini"}));
   EXPECT_EQ(contents(base / "target.ini"), "former");
 }
