@@ -20,13 +20,13 @@ inline constexpr int kInformation = 64;
 
 /// What a dialog that chooses a file to open is like.
 struct FileDialog {
-  std::string title;
+  std::string title = {};
   /// Words shown, or a pattern such as "*.wad". Empty shows all files.
-  std::string filter;
+  std::string filter = {};
   /// Where the dialog starts; empty, or a folder that isn't there, leaves it to the desktop.
-  std::string initialFolder;
+  std::string initialFolder = {};
   /// Without a dot; goes behind a name that was typed without an extension.
-  std::string defaultExtension;
+  std::string defaultExtension = {};
 };
 
 /// Modal dialogs: each call returns when the user has answered. Text is code page 1252. When the
