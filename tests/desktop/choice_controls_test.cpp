@@ -139,6 +139,7 @@ TEST(ComboBoxes, KeysActOnWhatTheCoreSaysNow) {
 
 TEST(ChoiceControls, WheelOnlyWithTheKeyboard) {
   ChoiceDesk desk;
+  ASSERT_TRUE(QTest::qWaitForWindowActive(desk.frame(desk.form)));
   desk.form.combo.Text = "doom.wad";
   desk.form.text.SetFocus();
   Desk::turn();
