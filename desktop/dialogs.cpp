@@ -3,6 +3,7 @@
 #include <QApplication>
 #include <QDialog>
 #include <QDialogButtonBox>
+#include <QFileInfo>
 #include <QGridLayout>
 #include <QLabel>
 #include <QLineEdit>
@@ -189,17 +190,13 @@ std::string QtDialogs::InputBox(const std::string& prompt, const std::string& ti
 
 std::optional<std::string> QtDialogs::openFile(const FileDialog& dialog) {
   FileBox box(dialog, folder_);
-  box.onUnspeakable = [](const QString& path) {
-    MessageBox refusal(QStringLiteral("Kelvaron can't open this file, because its name or that of "
-                                      "its folder has letters outside the Western alphabet:\n\n"
-                                      "%1\n\nRename it, or choose another file.")
-                           .arg(path),
-                       box_style::kExclamation, "Open");
+  box.onRefused = [&](const QString& why) {
+    MessageBox refusal(why, box_style::kExclamation, storedText(box.windowTitle()));
     placeOverWork(refusal);
     refusal.exec();
   };
   if (!ask(box)) return std::nullopt;
-  folder_ = box.folder();
+  folder_ = QFileInfo(box.chosen()).absolutePath();
   return storedText(box.chosen());
 }
 

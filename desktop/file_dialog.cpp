@@ -5,6 +5,7 @@
 #include <QHeaderView>
 #include <QLineEdit>
 #include <QTreeView>
+#include <utility>
 
 #include "desktop/combo_accessible.h"
 #include "desktop/qt_values.h"
@@ -81,22 +82,51 @@ void FileBox::nameParts() {
   }
 }
 
-void FileBox::completeName() {
-  auto* edit = findChild<QLineEdit*>(QStringLiteral("fileNameEdit"));
-  if (edit == nullptr || extension_.isEmpty()) return;
-  const QFileInfo typed(directory(), edit->text());
-  if (edit->text().isEmpty() || typed.exists() || typed.fileName().contains('.')) return;
-  edit->setText(edit->text() + '.' + extension_);
+QLineEdit& FileBox::edit() const { return *findChild<QLineEdit*>(QStringLiteral("fileNameEdit")); }
+
+/// What the user means: a selected file stands in the edit too.
+QString FileBox::path() const {
+  QString typed = edit().text();
+  if (typed.isEmpty()) return selectedFiles().value(0);
+  if (typed.startsWith(QStringLiteral("~/"))) typed.replace(0, 1, QDir::homePath());
+  const QFileInfo file(directory(), typed);
+  const bool complete = file.exists() || file.fileName().contains('.') || extension_.isEmpty();
+  return QDir::cleanPath(file.absoluteFilePath() + (complete ? QString() : '.' + extension_));
+}
+
+/// In the next turn: one Enter in the edit accepts twice.
+void FileBox::refuse(const QString& why) {
+  const bool waits = !refusal_.isEmpty();
+  refusal_ = why;
+  if (waits) return;
+  QMetaObject::invokeMethod(
+      this,
+      [this] {
+        onRefused(std::exchange(refusal_, {}));
+        edit().setFocus();
+        edit().selectAll();
+      },
+      Qt::QueuedConnection);
 }
 
 void FileBox::accept() {
-  completeName();
-  const QString path = chosen();
-  if (QFileInfo(path).isFile() && shownText(storedText(path)) != path) {
-    if (onUnspeakable) onUnspeakable(path);
-    return;
+  const QString chosen = path();
+  const QFileInfo file(chosen);
+  if (chosen.isEmpty()) return;
+  if (file.isDir()) {
+    setDirectory(chosen);
+    edit().clear();
+  } else if (!file.exists()) {
+    refuse(QStringLiteral("There is no such file:\n\n%1").arg(chosen));
+  } else if (shownText(storedText(chosen)) != chosen) {
+    refuse(QStringLiteral("Kelvaron can't open this file, because its name or that of its folder "
+                          "has letters outside the Western alphabet:\n\n%1\n\nRename it, or "
+                          "choose another file.")
+               .arg(chosen));
+  } else {
+    chosen_ = chosen;
+    QDialog::accept();
   }
-  QFileDialog::accept();
 }
 
 }  // namespace kelvaron

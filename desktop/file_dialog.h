@@ -6,6 +6,8 @@
 
 #include "platform/ports.h"
 
+class QLineEdit;
+
 namespace kelvaron {
 
 class FileBox : public QFileDialog {
@@ -14,13 +16,11 @@ class FileBox : public QFileDialog {
   /// for the user's own folder.
   FileBox(const FileDialog& dialog, const QString& folderBefore);
 
-  /// A file was chosen whose full path has letters that the core's text lacks; the user chooses
-  /// again afterwards. Must not throw.
-  std::function<void(const QString& path)> onUnspeakable;
+  /// What was chosen can't be taken, and why; the user chooses again afterwards. Must not throw.
+  std::function<void(const QString& why)> onRefused;
 
-  /// The full path of the file chosen, and its folder.
-  QString chosen() const { return selectedFiles().value(0); }
-  QString folder() const { return directory().absolutePath(); }
+  /// The full path of the file chosen.
+  const QString& chosen() const { return chosen_; }
 
  protected:
   void accept() override;
@@ -28,9 +28,13 @@ class FileBox : public QFileDialog {
  private:
   void nameParts();
   void showColumns();
-  void completeName();
+  void refuse(const QString& why);
+  QLineEdit& edit() const;
+  QString path() const;
 
   const QString extension_;
+  QString chosen_;
+  QString refusal_;
 };
 
 }  // namespace kelvaron

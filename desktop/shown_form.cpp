@@ -233,7 +233,8 @@ void ShownForm::watchPointer() {
   };
   pointer_->onClicked = [this](const QWidget& at) {
     const bool onLabel = std::ranges::any_of(views_, [&](const auto& view) {
-      return &view->widget() == &at && view->control()->kind == ControlKind::label;
+      return &view->widget() == &at && view->control()->kind == ControlKind::label &&
+             view->control()->container.asControl() == nullptr;
     });
     if (onLabel || &at == &frame_->content()) services_.gate.run([this] { form_->Form_Click(); });
   };

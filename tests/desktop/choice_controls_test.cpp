@@ -139,6 +139,7 @@ TEST(ComboBoxes, KeysActOnWhatTheCoreSaysNow) {
 
 TEST(ChoiceControls, WheelOnlyWithTheKeyboard) {
   ChoiceDesk desk;
+  ASSERT_TRUE(QTest::qWaitForWindowActive(desk.frame(desk.form)));
   desk.form.combo.Text = "doom.wad";
   desk.form.text.SetFocus();
   Desk::turn();
@@ -196,6 +197,7 @@ TEST(Sliders, EachNewValueAtOnce) {
   desk.form.slider.Change = [&] { desk.form.slider.Value = 70; };
   QTest::keyClick(&desk.slider, Qt::Key_Home);
   EXPECT_EQ(desk.slider.value(), 70);
+  desk.form.slider.Change = [] {};
   desk.form.slider.Value = 1000;  // beyond the end: shown at the end, and not lost
   Desk::turn();
   EXPECT_EQ(desk.slider.value(), desk.slider.maximum());

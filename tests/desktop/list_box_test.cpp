@@ -127,6 +127,7 @@ TEST(ListBoxes, ClickBeforeARebuildIsShown) {
 
 TEST(ListBoxes, TheKeyboardAloneChoosesNothing) {
   ListDesk desk;
+  ASSERT_TRUE(QTest::qWaitForWindowActive(desk.frame(desk.form)));
   desk.form.name.SetFocus();
   Desk::turn();
   desk.form.people.SetFocus();

@@ -28,7 +28,7 @@ class Surface : public Form {
   Image silent{*this, "silent", {2850, 150, 900, 900}, "logo"};
   ListBox list{*this, "list", {150, 1800, 1500, 900}, true, ListBox::Selection::one};
   Frame frame{*this, "frame", {1800, 1800, 1500, 900}, "Frame"};
-  Label inFrame{frame, "inFrame", {150, 300, 1000, 300}, "In"};
+  Label inFrame{frame, "inFrame", {150, 300, 400, 300}, "In"};
 };
 
 struct PointerDesk : Desk {
@@ -75,6 +75,7 @@ TEST(Pointer, WhoHearsOfIt) {
       {"disabled text box", &form.off, formMoved, {}},
       {"list", &form.list, formMoved, {}},
       {"frame", &form.frame, formMoved, {}},
+      {"label in the frame", &form.inFrame, formMoved, {}},
       {"image with handlers", &form.heard, {"image moved"}, {"image clicked"}},
       {"image without", &form.silent, formMoved, {}},
   };
