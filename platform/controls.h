@@ -126,6 +126,8 @@ class Image : public Control {
 
   /// With a handler, the pointer becomes a hand over the picture.
   Event<> Click;
+  /// The pointer moved over the picture.
+  Event<> MouseMove;
 };
 
 /// Raises `Tick` every `Interval` milliseconds while enabled. Not seen on the form.

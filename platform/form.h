@@ -69,6 +69,8 @@ class Form : public Observable, public Container {
   virtual void Form_Unload() {}
   /// Runs after the window took another size.
   virtual void Form_Resize() {}
+  /// The pointer moved over the form itself.
+  virtual void Form_MouseMove() {}
 
   /// In order of construction, those inside frames too.
   const std::vector<Control*>& Controls() const { return controls_; }
