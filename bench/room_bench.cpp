@@ -34,6 +34,7 @@
 #include "native/native_process.h"
 #include "native/program_files.h"
 #include "session/login_window.h"
+#include "tests/support/quiet_ports.h"
 #include "tests/support/test_desktop.h"
 
 namespace kelvaron::bench {
@@ -127,10 +128,12 @@ class Desk {
   ProgramFiles files_{std::filesystem::temp_directory_path()};
   QtApplication program_{gate_};
   NativeProcessPort processes_{loop_};
+  testing::EmptyRegistry registry_;
+  testing::SilentPlayer player_;
 
  public:
-  const std::unique_ptr<Client> client =
-      makeClient(edge_, Ports{sockets_, dialogs_, sounds_, files_, program_, processes_});
+  const std::unique_ptr<Client> client = makeClient(
+      edge_, Ports{sockets_, dialogs_, sounds_, files_, program_, processes_, registry_, player_});
 
  private:
   Shell shell_{*client, gate_};

@@ -9,6 +9,7 @@
 #include "chat/colors.h"
 #include "chat/main_window.h"
 #include "chat/mute_list.h"
+#include "chat/radio.h"
 #include "chat/user_list_entry.h"
 #include "platform/text.h"
 #include "session/client.h"
@@ -170,16 +171,25 @@ void kick(const Line& line) {
   line.clear();
 }
 
-// The radio arrives with its own subsystem; its commands are known, so they are not said aloud.
-void radio(const Line& line) { line.clear(); }
+template <const Station& station>
+void play(const Line& line) {
+  playUnwatched(line.client, line.room, station);
+  line.clear();
+}
+
+// The progress display goes on as it is.
+void stopRadio(const Line& line) {
+  line.client.ports.player.Stop();
+  line.clear();
+}
 
 // In the order of the compare: the first row that matches runs.
 constexpr std::array<Row, 22> kRows = {{
     {Match::word, "/MUTE", mute},
     {Match::word, "/UNMUTE", unmute},
-    {Match::word, "/PLAY KKRZ", radio},
-    {Match::word, "/PLAY KWJJ", radio},
-    {Match::word, "/STOP", radio},
+    {Match::word, "/PLAY KKRZ", play<kStationKkrz>},
+    {Match::word, "/PLAY KWJJ", play<kStationKwjj>},
+    {Match::word, "/STOP", stopRadio},
     {Match::word, "/AWAY", goAway},
     {Match::whileAway, "", comeBack},
     {Match::word, "/ME", actOn, " "},

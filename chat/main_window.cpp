@@ -1,9 +1,11 @@
 #include "chat/main_window.h"
 
 #include "build_settings.h"
+#include "chat/about_box.h"
 #include "chat/colors.h"
 #include "chat/commands.h"
 #include "chat/private_message.h"
+#include "chat/radio.h"
 #include "chat/resize/resize_forms.h"
 #include "chat/user_list_entry.h"
 #include "session/client.h"
@@ -73,6 +75,8 @@ void frmMain::wire() {
   dconnect.Click = [this] { disconnect(client_); };
   mnuQuit.Click = [this] { quit(client_); };
   mnuPM.Click = [this] { mnuPM_Click(); };
+  mnuAbout.Click = [this] { client_.form<frmAbout>().Show(); };
+  wireRadio(client_, *this);
 }
 
 void frmMain::Form_Load() {

@@ -3,17 +3,20 @@
 #include <QIcon>
 #include <QTimer>
 #include <chrono>
+#include <cstdlib>
 
 #include "client/kelvaron_client.h"
 #include "desktop/application.h"
 #include "desktop/dialogs.h"
 #include "desktop/qt_event_loop.h"
+#include "desktop/radio.h"
 #include "desktop/shell.h"
 #include "desktop/sounds.h"
 #include "desktop/theme.h"
 #include "native/native_process.h"
 #include "native/native_socket.h"
 #include "native/program_files.h"
+#include "native/system_information.h"
 
 namespace {
 
@@ -48,13 +51,18 @@ int main(int argc, char** argv) {
   ProgramFiles files(folder);
   QtApplication program(gate);
   NativeProcessPort processes(loop);
+  const char* searchPath = std::getenv("PATH");
+  SystemInformation registry(searchPath == nullptr ? "" : searchPath);
+  Radio radio(sockets, loop);
 
   const std::unique_ptr<Client> client = makeClient(edge, Ports{.sockets = sockets,
                                                                 .dialogs = dialogs,
                                                                 .sound = sounds,
                                                                 .files = files,
                                                                 .application = program,
-                                                                .processes = processes});
+                                                                .processes = processes,
+                                                                .registry = registry,
+                                                                .player = radio});
   const Shell shell(*client, gate);
   QTimer::singleShot(kIconDelay, [] { QApplication::setWindowIcon(programIcon()); });
   start(*client);

@@ -2,11 +2,12 @@
 
 #include <dlfcn.h>
 
-#include <array>
 #include <cstdarg>
+#include <cstdlib>
 #include <filesystem>
 #include <optional>
 #include <system_error>
+#include <vector>
 
 namespace kelvaron {
 namespace {
@@ -35,7 +36,24 @@ std::optional<VlcLibrary> open() {
       resolve(library, "libvlc_media_player_release", vlc.playerRelease) &&
       resolve(library, "libvlc_media_player_play", vlc.playerPlay) &&
       resolve(library, "libvlc_media_player_stop", vlc.playerStop) &&
-      resolve(library, "libvlc_media_player_get_state", vlc.playerGetState);
+      resolve(library, "libvlc_media_player_get_state", vlc.playerGetState) &&
+      resolve(library, "libvlc_media_new_location", vlc.mediaNewLocation) &&
+      resolve(library, "libvlc_media_player_new", vlc.playerNew) &&
+      resolve(library, "libvlc_media_player_set_media", vlc.playerSetMedia) &&
+      resolve(library, "libvlc_media_player_event_manager", vlc.playerEventManager) &&
+      resolve(library, "libvlc_event_attach", vlc.eventAttach) &&
+      resolve(library, "libvlc_event_detach", vlc.eventDetach) &&
+      resolve(library, "libvlc_media_player_get_media", vlc.playerGetMedia) &&
+      resolve(library, "libvlc_media_subitems", vlc.mediaSubItems) &&
+      resolve(library, "libvlc_media_list_lock", vlc.listLock) &&
+      resolve(library, "libvlc_media_list_unlock", vlc.listUnlock) &&
+      resolve(library, "libvlc_media_list_count", vlc.listCount) &&
+      resolve(library, "libvlc_media_list_item_at_index", vlc.listItem) &&
+      resolve(library, "libvlc_media_list_release", vlc.listRelease) &&
+      resolve(library, "libvlc_media_get_mrl", vlc.mediaGetMrl) &&
+      resolve(library, "libvlc_free", vlc.freeText) &&
+      resolve(library, "libvlc_audio_set_volume", vlc.audioSetVolume) &&
+      resolve(library, "libvlc_audio_get_volume", vlc.audioGetVolume);
   return complete ? std::optional(vlc) : std::nullopt;
 }
 
@@ -50,20 +68,29 @@ bool hasSoundCard() {
 
 }  // namespace
 
+bool hasSoundDevice() {
+  if (hasSoundCard() || std::getenv("PULSE_SERVER") != nullptr) return true;
+  const char* session = std::getenv("XDG_RUNTIME_DIR");
+  std::error_code error;
+  return session != nullptr &&
+         std::filesystem::exists(std::filesystem::path(session) / "pulse" / "native", error);
+}
+
 const VlcLibrary* VlcLibrary::load() {
   static const std::optional<VlcLibrary> library = open();
   return library ? &*library : nullptr;
 }
 
-libvlc_instance_t* VlcLibrary::makeInstance() const {
-  const std::array<const char*, 6> options = {
-      "--quiet",
-      "--no-video",
-      "--no-xlib",
-      "--intf=dummy",
-      "--no-media-library",
-      hasSoundCard() ? "--aout=pulse,alsa,adummy" : "--aout=pulse,adummy",
+libvlc_instance_t* VlcLibrary::makeInstance(Output output) const {
+  std::vector<const char*> options = {
+      "--quiet", "--no-video", "--no-xlib", "--intf=dummy", "--no-media-library",
   };
+  if (output == Output::silent) {
+    // A device that keeps time and volume as a real one does.
+    options.insert(options.end(), {"--aout=alsa,adummy", "--alsa-audio-device=null"});
+  } else {
+    options.push_back(hasSoundCard() ? "--aout=pulse,alsa,adummy" : "--aout=pulse,adummy");
+  }
   libvlc_instance_t* instance = newInstance(static_cast<int>(options.size()), options.data());
   if (instance != nullptr) logSet(instance, dropMessage, nullptr);
   return instance;

@@ -18,12 +18,34 @@ struct VlcLibrary {
   decltype(&libvlc_media_player_play) playerPlay = nullptr;
   decltype(&libvlc_media_player_stop) playerStop = nullptr;
   decltype(&libvlc_media_player_get_state) playerGetState = nullptr;
+  decltype(&libvlc_media_new_location) mediaNewLocation = nullptr;
+  decltype(&libvlc_media_player_new) playerNew = nullptr;
+  decltype(&libvlc_media_player_set_media) playerSetMedia = nullptr;
+  decltype(&libvlc_media_player_event_manager) playerEventManager = nullptr;
+  decltype(&libvlc_event_attach) eventAttach = nullptr;
+  decltype(&libvlc_event_detach) eventDetach = nullptr;
+  decltype(&libvlc_media_player_get_media) playerGetMedia = nullptr;
+  decltype(&libvlc_media_subitems) mediaSubItems = nullptr;
+  decltype(&libvlc_media_list_lock) listLock = nullptr;
+  decltype(&libvlc_media_list_unlock) listUnlock = nullptr;
+  decltype(&libvlc_media_list_count) listCount = nullptr;
+  decltype(&libvlc_media_list_item_at_index) listItem = nullptr;
+  decltype(&libvlc_media_list_release) listRelease = nullptr;
+  decltype(&libvlc_media_get_mrl) mediaGetMrl = nullptr;
+  decltype(&libvlc_free) freeText = nullptr;
+  decltype(&libvlc_audio_set_volume) audioSetVolume = nullptr;
+  decltype(&libvlc_audio_get_volume) audioGetVolume = nullptr;
+
+  enum class Output { system, silent };
 
   /// Null where the library is missing. May take a moment: not for the thread of the windows.
   /// Safe from any thread.
   static const VlcLibrary* load();
   /// An instance for sound alone, which prints nothing; null on failure.
-  libvlc_instance_t* makeInstance() const;
+  libvlc_instance_t* makeInstance(Output output = Output::system) const;
 };
+
+/// Whether there is a sound card or a sound server to play on.
+bool hasSoundDevice();
 
 }  // namespace kelvaron

@@ -11,6 +11,7 @@
 
 #include "chat/main_window.h"
 #include "client/kelvaron_client.h"
+#include "tests/support/quiet_ports.h"
 
 namespace kelvaron {
 namespace {
@@ -46,7 +47,9 @@ class FuzzSocket : public Socket {
 
 class FuzzDesktop : SocketPort, Dialogs, SoundPort, FilePort, Application, ProcessPort {
  public:
-  FuzzDesktop() : client(makeClient(edge, Ports{*this, *this, *this, *this, *this, *this})) {
+  FuzzDesktop()
+      : client(
+            makeClient(edge, Ports{*this, *this, *this, *this, *this, *this, registry, player})) {
     edge.run([this] { client->form<frmMain>().Show(); });
     edge.run([this] { client->sckClient().Connect("", 0); });
     client->UserName = "fuzz";
@@ -59,6 +62,8 @@ class FuzzDesktop : SocketPort, Dialogs, SoundPort, FilePort, Application, Proce
     socket->onDataArrival();
   }
 
+  testing::EmptyRegistry registry;
+  testing::SilentPlayer player;
   Edge edge;
   FuzzSocket* socket = nullptr;
   std::unique_ptr<Client> client;

@@ -5,7 +5,9 @@
 #include <string>
 #include <string_view>
 
+#include "platform/media_player.h"
 #include "platform/process.h"
+#include "platform/registry.h"
 #include "platform/socket.h"
 
 namespace kelvaron {
@@ -94,6 +96,8 @@ struct Ports {
   FilePort& files;
   Application& application;
   ProcessPort& processes;
+  Registry& registry;
+  MediaPlayer& player;
 };
 
 }  // namespace kelvaron

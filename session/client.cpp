@@ -40,11 +40,17 @@ Client::Client(Edge& atEdge, const Ports& usedPorts, std::span<const InboundRow>
   ports.processes.onTrouble = [this](const std::string& text) {
     edge.run([&] { MsgBox(text, box_style::kCritical); });
   };
+  ports.player.onTrouble = [this](const std::string& text) {
+    edge.run([&] { MsgBox(text, box_style::kExclamation); });
+  };
   edge.onFault = [this](const Fault& fault) { MsgBox(fault.what(), box_style::kCritical); };
   edge.onIdle = [this] { slots.collect(); };
 }
 
-Client::~Client() { ports.processes.onTrouble = nullptr; }
+Client::~Client() {
+  ports.processes.onTrouble = nullptr;
+  ports.player.onTrouble = nullptr;
+}
 
 bool Client::mainWindowShown() const {
   return std::ranges::any_of(slots.forms(), [](const Form* form) {

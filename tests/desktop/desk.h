@@ -19,6 +19,7 @@
 #include "platform/menu.h"
 #include "session/client.h"
 #include "tests/support/no_processes.h"
+#include "tests/support/quiet_ports.h"
 #include "tests/support/temporary_folder.h"
 
 namespace kelvaron::testing {
@@ -92,7 +93,9 @@ class Desk : private SoundPort, private Application {
                      .sound = *this,
                      .files = files,
                      .application = *this,
-                     .processes = processes},
+                     .processes = processes,
+                     .registry = registry,
+                     .player = player},
                {},
                [](Client&) -> MainWindow& { throw Fault(fault_number::kInvalidCall, "no room"); }),
         shell(client, gate) {
@@ -139,6 +142,8 @@ class Desk : private SoundPort, private Application {
   TemporaryFolder folder;
   ProgramFiles files{folder.path()};
   NoProcesses processes;
+  EmptyRegistry registry;
+  SilentPlayer player;
   std::vector<std::string> pages;
   Client client;
   Shell shell;

@@ -41,7 +41,9 @@ TestDesktop::TestDesktop(PollLoop& sharedLoop, std::uint16_t serverPort)
                                   .sound = *this,
                                   .files = files,
                                   .application = *this,
-                                  .processes = *this});
+                                  .processes = *this,
+                                  .registry = registry,
+                                  .player = player});
 }
 
 bool TestDesktop::logIn(const std::string& name) {

@@ -16,6 +16,7 @@
 #include "native/poll_loop.h"
 #include "native/program_files.h"
 #include "session/login_window.h"
+#include "tests/support/scripted_ports.h"
 #include "tests/support/temporary_folder.h"
 
 namespace kelvaron::testing {
@@ -76,6 +77,8 @@ class TestDesktop : private Dialogs, private SoundPort, private Application, pri
   PollLoop& loop;
   Edge edge;
   RoutedSocketPort sockets;
+  ScriptedRegistry registry;
+  ScriptedPlayer player;
   std::unique_ptr<Client> client;
 
   std::vector<Box> boxes;

@@ -1,0 +1,246 @@
+// The radio through the sound library, with an output that nobody hears, from a station on this
+// machine.
+#include "desktop/radio.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <QElapsedTimer>
+#include <QLabel>
+#include <QTest>
+#include <functional>
+
+#include "chat/main_window.h"
+#include "client/kelvaron_client.h"
+#include "desktop/dialogs.h"
+#include "desktop/qt_event_loop.h"
+#include "desktop/shell.h"
+#include "native/program_files.h"
+#include "tests/desktop/radio_station.h"
+#include "tests/support/no_processes.h"
+#include "tests/support/quiet_ports.h"
+#include "tests/support/temporary_folder.h"
+#include "tests/support/test_desktop.h"
+
+namespace kelvaron::testing {
+namespace {
+
+using namespace std::chrono_literals;
+using ::testing::Contains;
+using ::testing::Each;
+using ::testing::IsEmpty;
+using ::testing::StartsWith;
+
+constexpr const char* kAsxType = "video/x-ms-asf";
+
+std::string asx(const std::string& stream) {
+  return "<ASX version = \"3.0\">\r\n<!-- <ref href=\"http://wrong/\"/> -->\r\n<Entry>\r\n"
+         "<Ref href = \"" +
+         stream + "\"/>\r\n</Entry></ASX>";
+}
+
+class RadioTest : public ::testing::Test {
+ protected:
+  RadioTest() {
+    radio.onTrouble = [this](const std::string& text) { troubles.push_back(text); };
+    station.serve("/tone.wav", "audio/x-wav", tone(60));
+    station.serve("/kkrz.asx?stationid=KKRZ-FM", kAsxType, asx(station.address("/tone.wav")));
+  }
+  bool progressIs(int progress, std::chrono::milliseconds patience = 8s) {
+    return QTest::qWaitFor([&] { return radio.BufferingProgress() == progress; },
+                           static_cast<int>(patience.count()));
+  }
+  bool plays(const std::string& target) {
+    radio.Open(station.address(target));
+    EXPECT_EQ(radio.BufferingProgress(), 0);
+    return progressIs(100);
+  }
+
+  QtEventLoop loop;
+  NativeSocketPort sockets{loop};
+  RadioStation station{loop};
+  std::vector<std::string> troubles;
+  Radio radio{sockets, loop, VlcLibrary::Output::silent, {.search = 400ms, .stream = 1500ms}};
+};
+
+TEST_F(RadioTest, PlaysAStationStopsAndPlaysAnother) {
+  EXPECT_TRUE(plays("/kkrz.asx?stationid=KKRZ-FM"));
+  EXPECT_THAT(station.asked, Contains("/tone.wav"));
+  radio.Stop();
+  EXPECT_EQ(radio.BufferingProgress(), 0);
+  QTest::qWait(300);
+  EXPECT_EQ(radio.BufferingProgress(), 0) << "nothing of the old station is told";
+
+  station.serve("/other.wav", "audio/x-wav", tone(30));
+  station.serve("/kwjj.asx", "text/html", asx("/other.wav"));
+  EXPECT_TRUE(plays("/kwjj.asx"));
+  EXPECT_TRUE(plays("/kkrz.asx?stationid=KKRZ-FM")) << "in place of what was playing";
+  EXPECT_TRUE(plays("/tone.wav")) << "a stream without a playlist";
+  EXPECT_THAT(troubles, IsEmpty());
+}
+
+TEST_F(RadioTest, WaysToAStream) {
+  station.serve("/one.wav", "audio/x-wav", tone(30));
+  station.redirect("/moved.asx", "/kkrz.asx?stationid=KKRZ-FM");
+  station.serve("/nested.asx", "text/plain", asx(station.address("/moved.asx")));
+  station.serve("/second.asx", kAsxType,
+                "<asx><entry><ref href='file:///etc/passwd'/><ref href=/missing.mp3 /><REF "
+                "HREF='one.wav'></asx>");
+  station.serve("/list.m3u", "audio/x-mpegurl", "#EXTM3U\n" + station.address("/one.wav") + "\n");
+  for (const char* target : {"/moved.asx", "/nested.asx", "/second.asx", "/list.m3u"}) {
+    EXPECT_TRUE(plays(target)) << target;
+    radio.Stop();
+  }
+}
+
+TEST_F(RadioTest, WhatCannotBePlayedStaysAtZero) {
+  station.serve("/rubbish.asx", kAsxType, std::string(5000, '\x8F'));
+  station.serve("/empty.asx", kAsxType, "");
+  station.serve("/nothing.asx", kAsxType, "<asx></asx>");
+  station.serve("/page.asx", "text/html", "<html><body>Gone</body></html>");
+  station.redirect("/ring.asx", "/ring.asx");
+  station.keepWaiting("/silent.asx");
+  station.keepWaiting("/silent.mp3");
+  station.serve("/late.asx", kAsxType, asx("/silent.mp3"));
+  for (const char* target : {"/rubbish.asx", "/empty.asx", "/nothing.asx", "/page.asx", "/ring.asx",
+                             "/missing.asx", "/silent.asx", "/late.asx"}) {
+    radio.Open(station.address(target));
+    EXPECT_FALSE(progressIs(100, 500ms)) << target;
+    EXPECT_EQ(radio.BufferingProgress(), 0) << target;
+  }
+  // Neither a playlist nor a stream is waited for without end.
+  EXPECT_EQ(station.waiting("/silent.asx"), 0);
+  EXPECT_EQ(station.waiting("/silent.mp3"), 1);
+  EXPECT_TRUE(QTest::qWaitFor([&] { return station.waiting("/silent.mp3") == 0; }, 4000));
+  EXPECT_LE(std::ranges::count(station.asked, "/ring.asx"), 5);
+  EXPECT_TRUE(plays("/kkrz.asx?stationid=KKRZ-FM")) << "after all that";
+  const std::string gone = station.address("/kkrz.asx");
+  station.refuse();
+  radio.Open(gone);
+  EXPECT_FALSE(progressIs(100, 700ms));
+  radio.Open("no address");
+  EXPECT_FALSE(progressIs(100, 700ms));
+  EXPECT_THAT(troubles, IsEmpty());
+}
+
+TEST_F(RadioTest, CallsNeverWait) {
+  station.keepWaiting("/silent.mp3");
+  station.serve("/late.asx", kAsxType, asx("/silent.mp3"));
+  QElapsedTimer time;
+  time.start();
+  for (int i = 0; i < 50; ++i) {
+    radio.Open(station.address(i % 2 == 0 ? "/late.asx" : "/tone.wav"));
+    radio.setVolume(-29 * i);
+    if (i % 7 == 3) radio.Stop();
+  }
+  EXPECT_LT(time.elapsed(), 500);
+  EXPECT_TRUE(progressIs(100));
+  // While the player waits for a stream that says nothing.
+  radio.Open(station.address("/late.asx"));
+  QTest::qWait(600);
+  time.restart();
+  radio.Stop();
+  EXPECT_LT(time.elapsed(), 200);
+}
+
+TEST_F(RadioTest, VolumeTakesHoldWithEachStream) {
+  Tuner tuner(VlcLibrary::Output::silent, 5s);
+  ASSERT_EQ(tuner.prepare(), "");
+  const auto volumeIs = [&](int percent) {
+    return QTest::qWaitFor([&] {
+      tuner.tick();
+      return tuner.progress() == 100 && tuner.volume() == percent;
+    });
+  };
+  tuner.play({station.address("/tone.wav")});
+  EXPECT_TRUE(volumeIs(100));
+  for (const int percent : {33, 100, 57}) {
+    tuner.setVolume(percent);
+    EXPECT_TRUE(volumeIs(percent)) << tuner.volume();
+  }
+  tuner.stop();
+  tuner.play({station.address("/tone.wav")});
+  EXPECT_TRUE(volumeIs(57)) << tuner.volume();
+}
+
+TEST_F(RadioTest, AMachineWithoutSoundSaysSoOncePerPress) {
+  Radio audible(sockets, loop);
+  audible.onTrouble = [this](const std::string& text) { troubles.push_back(text); };
+  for (std::size_t press = 1; press <= 2; ++press) {
+    audible.Open(station.address("/missing.asx"));
+    const bool told = QTest::qWaitFor([&] { return troubles.size() == press; }, 1500);
+    EXPECT_NE(told, hasSoundDevice());
+    EXPECT_THAT(troubles, Each(StartsWith("The radio is silent: ")));
+  }
+  audible.Stop();
+  QTest::qWait(200);
+  EXPECT_LE(troubles.size(), 2U) << "not once more when nothing is found";
+}
+
+// A room on the screen with the radio behind its menu.
+class RadioRoom : public ::testing::Test, private SoundPort, private Application {
+ protected:
+  RadioRoom() { room().Show(); }
+  frmMain& room() { return client->form<frmMain>(); }
+  QWidget& widgetOf(const Control& control) {
+    return shell.shown(room())->viewOf(control)->widget();
+  }
+  // Whether the label shows the text, written there by the timer of the room.
+  bool displays(const QString& text) {
+    return QTest::qWaitFor([&] {
+      const auto& label = dynamic_cast<const QLabel&>(widgetOf(room().Label9));
+      return label.isVisible() && label.text() == text;
+    });
+  }
+
+  QtEventLoop loop;
+  RadioStation station{loop};
+  RoutedSocketPort sockets{loop, station.port()};
+  Edge edge;
+  EventGate gate{edge};
+  QtDialogs dialogs{gate};
+  TemporaryFolder folder;
+  ProgramFiles files{folder.path()};
+  NoProcesses processes;
+  EmptyRegistry registry;
+  Radio radio{sockets, loop, VlcLibrary::Output::silent};
+  std::unique_ptr<Client> client = makeClient(edge, Ports{.sockets = sockets,
+                                                          .dialogs = dialogs,
+                                                          .sound = *this,
+                                                          .files = files,
+                                                          .application = *this,
+                                                          .processes = processes,
+                                                          .registry = registry,
+                                                          .player = radio});
+  Shell shell{*client, gate};
+
+ private:
+  void play(std::string_view /*name*/) override {}
+  void playBeside(std::string_view /*name*/) override {}
+  bool PrevInstance() const override { return false; }
+  [[noreturn]] void End() override { throw ProgramEnd{}; }
+  void DoEvents() override {}
+  void showPage(const std::string& /*address*/) override {}
+};
+
+TEST_F(RadioRoom, TheDisplayFollowsTheStream) {
+  station.keepWaiting("/tone.wav");
+  station.serve("/startstream.asx?stationid=KKRZ-FM", kAsxType, asx(station.address("/tone.wav")));
+  QTest::qWait(1);
+  edge.run([&] { room().kkrzplay.Click(); });
+  EXPECT_TRUE(displays("0%"));
+  EXPECT_TRUE(widgetOf(room().Frame1).isVisible());
+  ASSERT_TRUE(QTest::qWaitFor([&] { return station.waiting("/tone.wav") == 1; }));
+  station.serve("/tone.wav", "audio/x-wav", tone(30));
+  EXPECT_TRUE(QTest::qWaitFor([&] { return !widgetOf(room().Frame1).isVisible(); }));
+  EXPECT_EQ(room().Label9.Caption.get(), "100%");
+  EXPECT_EQ(radio.BufferingProgress(), 100);
+  // A station that isn't there: the display comes back and stays at nothing.
+  edge.run([&] { room().KSHE95.Click(); });
+  EXPECT_TRUE(displays("0%"));
+  edge.run([&] { room().stopplay.Click(); });
+  EXPECT_TRUE(QTest::qWaitFor([&] { return !widgetOf(room().Frame1).isVisible(); }));
+}
+
+}  // namespace
+}  // namespace kelvaron::testing
