@@ -4,7 +4,10 @@
 
 #include "chat/inbound_lines.h"
 #include "chat/main_window.h"
+#include "peer/inbound_lines.h"
+#include "peer/profile.h"
 #include "session/inbound_lines.h"
+#include "session/message_of_the_day.h"
 
 namespace kelvaron {
 namespace {
@@ -26,32 +29,41 @@ constexpr std::array<InboundRow, 31> kInbound = {{
     {"Users", chat, inbound::onUsers},
     {"Userscl", chat, inbound::onUsersClear},
     {"MOTD", session, inbound::onMotd},
-    {"IPFILE", peer, nullptr},
+    {"IPFILE", peer, inbound::onIpFile},
     {"PM", chat, inbound::onPrivateMessage},
     {"GAME", game, nullptr},
     {"START", game, nullptr},
-    {"GETPROFILE", peer, nullptr},
-    {"GETPROFILE2", peer, nullptr},
+    {"GETPROFILE", peer, inbound::onGetProfile},
+    {"GETPROFILE2", peer, inbound::onGetProfile2},
     {"DECLINE", game, nullptr},
-    {"PROFILE", peer, nullptr},
+    {"PROFILE", peer, inbound::onProfile},
     {"getip", session, inbound::onGetIp},
     {"BANIP", session, inbound::onBanIp},
-    {"PING", peer, nullptr},
-    {"THEPING", peer, nullptr},
+    {"PING", peer, inbound::onPing},
+    {"THEPING", peer, inbound::onThePing},
     {"GETUSERIP", game, nullptr},
     {"OKUSERIP", game, nullptr},
-    {"GETIPFT", peer, nullptr},
-    {"RETURNFT", peer, nullptr},
+    {"GETIPFT", peer, inbound::onGetIpForFile},
+    {"RETURNFT", peer, inbound::onReturnIpForFile},
     {"PLAYSOUND", chat, inbound::onPlaySound},
 }};
+
+// What folders above a form's own have to do with it.
+void wire(Client& client, Form& form) {
+  if (auto* room = dynamic_cast<frmMain*>(&form)) wirePeer(client, *room);
+  // The message of the day has the profile ready, unseen.
+  if (dynamic_cast<Form5*>(&form) != nullptr) client.form<Profile>();
+}
 
 }  // namespace
 
 std::span<const InboundRow> inboundTable() { return kInbound; }
 
 std::unique_ptr<Client> makeClient(Edge& edge, const Ports& ports) {
-  return std::make_unique<Client>(
+  auto made = std::make_unique<Client>(
       edge, ports, kInbound, [](Client& client) -> MainWindow& { return client.form<frmMain>(); });
+  made->slots.onMade = [&client = *made](Form& form) { wire(client, form); };
+  return made;
 }
 
 }  // namespace kelvaron

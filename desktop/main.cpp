@@ -11,6 +11,9 @@
 #include "desktop/shell.h"
 #include "desktop/sounds.h"
 #include "desktop/theme.h"
+#include "native/echo.h"
+#include "native/file_streams.h"
+#include "native/local_host.h"
 #include "native/native_process.h"
 #include "native/native_socket.h"
 #include "native/program_files.h"
@@ -48,13 +51,19 @@ int main(int argc, char** argv) {
   ProgramFiles files(folder);
   QtApplication program(gate);
   NativeProcessPort processes(loop);
+  NativeEcho echo(loop);
+  DiskStreams streams(folder);
+  NativeLocalHost localHost(loop);
 
   const std::unique_ptr<Client> client = makeClient(edge, Ports{.sockets = sockets,
                                                                 .dialogs = dialogs,
                                                                 .sound = sounds,
                                                                 .files = files,
                                                                 .application = program,
-                                                                .processes = processes});
+                                                                .processes = processes,
+                                                                .echo = echo,
+                                                                .streams = streams,
+                                                                .localHost = localHost});
   const Shell shell(*client, gate);
   QTimer::singleShot(kIconDelay, [] { QApplication::setWindowIcon(programIcon()); });
   start(*client);

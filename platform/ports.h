@@ -5,6 +5,9 @@
 #include <string>
 #include <string_view>
 
+#include "platform/echo.h"
+#include "platform/file_streams.h"
+#include "platform/local_host.h"
 #include "platform/process.h"
 #include "platform/socket.h"
 
@@ -94,6 +97,9 @@ struct Ports {
   FilePort& files;
   Application& application;
   ProcessPort& processes;
+  EchoPort& echo;
+  FileStreams& streams;
+  LocalHostPort& localHost;
 };
 
 }  // namespace kelvaron

@@ -13,6 +13,9 @@
 #include "desktop/dialogs.h"
 #include "desktop/qt_event_loop.h"
 #include "desktop/shell.h"
+#include "native/echo.h"
+#include "native/file_streams.h"
+#include "native/local_host.h"
 #include "native/native_socket.h"
 #include "native/program_files.h"
 #include "platform/list_box.h"
@@ -92,7 +95,10 @@ class Desk : private SoundPort, private Application {
                      .sound = *this,
                      .files = files,
                      .application = *this,
-                     .processes = processes},
+                     .processes = processes,
+                     .echo = echo,
+                     .streams = streams,
+                     .localHost = localHost},
                {},
                [](Client&) -> MainWindow& { throw Fault(fault_number::kInvalidCall, "no room"); }),
         shell(client, gate) {
@@ -139,6 +145,9 @@ class Desk : private SoundPort, private Application {
   TemporaryFolder folder;
   ProgramFiles files{folder.path()};
   NoProcesses processes;
+  NativeEcho echo{loop};
+  DiskStreams streams{folder.path()};
+  NativeLocalHost localHost{loop};
   std::vector<std::string> pages;
   Client client;
   Shell shell;
