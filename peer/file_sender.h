@@ -54,6 +54,9 @@ class Frm_Server : public Form {
 
   void Form_Unload() override;
 
+  /// Whether a transfer is under way.
+  bool transferring() const { return stage_ != Stage::idle; }
+
  private:
   enum class Stage { idle, connecting, announcing, sending, draining };
 
