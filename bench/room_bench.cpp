@@ -31,6 +31,9 @@
 #include "desktop/qt_event_loop.h"
 #include "desktop/shell.h"
 #include "desktop/theme.h"
+#include "native/echo.h"
+#include "native/file_streams.h"
+#include "native/local_host.h"
 #include "native/native_process.h"
 #include "native/program_files.h"
 #include "session/login_window.h"
@@ -130,10 +133,14 @@ class Desk {
   NativeProcessPort processes_{loop_};
   testing::EmptyRegistry registry_;
   testing::SilentPlayer player_;
+  NativeEcho echo_{loop_};
+  DiskStreams streams_{std::filesystem::temp_directory_path()};
+  NativeLocalHost localHost_{loop_};
 
  public:
-  const std::unique_ptr<Client> client = makeClient(
-      edge_, Ports{sockets_, dialogs_, sounds_, files_, program_, processes_, registry_, player_});
+  const std::unique_ptr<Client> client =
+      makeClient(edge_, Ports{sockets_, dialogs_, sounds_, files_, program_, processes_, registry_,
+                              player_, echo_, streams_, localHost_});
 
  private:
   Shell shell_{*client, gate_};

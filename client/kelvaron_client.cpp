@@ -9,8 +9,11 @@
 #include "game/wire.h"
 #include "moderation/inbound_lines.h"
 #include "moderation/moderator_menu.h"
+#include "peer/inbound_lines.h"
+#include "peer/profile.h"
 #include "session/inbound_lines.h"
 #include "session/login_window.h"
+#include "session/message_of_the_day.h"
 
 namespace kelvaron {
 namespace {
@@ -32,24 +35,39 @@ constexpr std::array<InboundRow, 31> kInbound = {{
     {"Users", chat, inbound::onUsers},
     {"Userscl", chat, inbound::onUsersClear},
     {"MOTD", session, inbound::onMotd},
-    {"IPFILE", peer, nullptr},
+    {"IPFILE", peer, inbound::onIpFile},
     {"PM", chat, inbound::onPrivateMessage},
     {"GAME", game, inbound::onGame},
     {"START", game, inbound::onStart},
-    {"GETPROFILE", peer, nullptr},
-    {"GETPROFILE2", peer, nullptr},
+    {"GETPROFILE", peer, inbound::onGetProfile},
+    {"GETPROFILE2", peer, inbound::onGetProfile2},
     {"DECLINE", game, inbound::onDecline},
-    {"PROFILE", peer, nullptr},
+    {"PROFILE", peer, inbound::onProfile},
     {"getip", session, inbound::onGetIp},
     {"BANIP", session, inbound::onBanIp},
-    {"PING", peer, nullptr},
-    {"THEPING", peer, nullptr},
+    {"PING", peer, inbound::onPing},
+    {"THEPING", peer, inbound::onThePing},
     {"GETUSERIP", game, inbound::onGetUserIp},
     {"OKUSERIP", game, inbound::onOkUserIp},
-    {"GETIPFT", peer, nullptr},
-    {"RETURNFT", peer, nullptr},
+    {"GETIPFT", peer, inbound::onGetIpForFile},
+    {"RETURNFT", peer, inbound::onReturnIpForFile},
     {"PLAYSOUND", chat, inbound::onPlaySound},
 }};
+
+// What folders above a form's own have to do with it.
+void wire(Client& client, Form& form) {
+  if (auto* room = dynamic_cast<frmMain*>(&form)) {
+    wirePeer(client, *room);
+    wireGame(client, *room);
+    wireModeration(client, *room);
+  } else if (dynamic_cast<frmLogin*>(&form) != nullptr) {
+    // The form that waits for guests stands ready from the start, unseen.
+    client.form<Form1>().Caption = client.title;
+  } else if (dynamic_cast<Form5*>(&form) != nullptr) {
+    // The message of the day has the profile ready, unseen.
+    client.form<Profile>();
+  }
+}
 
 }  // namespace
 
@@ -58,15 +76,7 @@ std::span<const InboundRow> inboundTable() { return kInbound; }
 std::unique_ptr<Client> makeClient(Edge& edge, const Ports& ports) {
   auto made = std::make_unique<Client>(
       edge, ports, kInbound, [](Client& client) -> MainWindow& { return client.form<frmMain>(); });
-  made->slots.onMade = [&client = *made](Form& form) {
-    if (auto* room = dynamic_cast<frmMain*>(&form)) {
-      wireGame(client, *room);
-      wireModeration(client, *room);
-    } else if (dynamic_cast<frmLogin*>(&form) != nullptr) {
-      // The form that waits for guests stands ready, hidden, from the start.
-      client.form<Form1>().Caption = client.title;
-    }
-  };
+  made->slots.onMade = [&client = *made](Form& form) { wire(client, form); };
   return made;
 }
 

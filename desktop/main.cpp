@@ -13,6 +13,9 @@
 #include "desktop/shell.h"
 #include "desktop/sounds.h"
 #include "desktop/theme.h"
+#include "native/echo.h"
+#include "native/file_streams.h"
+#include "native/local_host.h"
 #include "native/native_process.h"
 #include "native/native_socket.h"
 #include "native/program_files.h"
@@ -54,6 +57,9 @@ int main(int argc, char** argv) {
   const char* searchPath = std::getenv("PATH");
   SystemInformation registry(searchPath == nullptr ? "" : searchPath);
   Radio radio(sockets, loop);
+  NativeEcho echo(loop);
+  DiskStreams streams(folder);
+  NativeLocalHost localHost(loop);
 
   const std::unique_ptr<Client> client = makeClient(edge, Ports{.sockets = sockets,
                                                                 .dialogs = dialogs,
@@ -62,7 +68,10 @@ int main(int argc, char** argv) {
                                                                 .application = program,
                                                                 .processes = processes,
                                                                 .registry = registry,
-                                                                .player = radio});
+                                                                .player = radio,
+                                                                .echo = echo,
+                                                                .streams = streams,
+                                                                .localHost = localHost});
   const Shell shell(*client, gate);
   QTimer::singleShot(kIconDelay, [] { QApplication::setWindowIcon(programIcon()); });
   start(*client);

@@ -28,6 +28,7 @@ void Form4::Form_Load() {
   const FaultRule rule = FaultRule::goOn();
   client_.ports.sound.playBeside("game");
   client_.ports.application.DoEvents();
+  rule.step([&] { client_.ports.player.Stop(); });
   frmMain& room = client_.form<frmMain>();
   rule.step([&] { client_.send(outbound::inGame(room.Label1.Caption.get())); });
   room.Label7.Caption = kInGameStatus;

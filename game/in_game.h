@@ -13,8 +13,8 @@ class Client;
 inline constexpr const char* kInGameStatus = "In a Game";
 inline constexpr const char* kBackStatus = "Ready to Play";
 
-/// Making it goes into the game: a sound, "INGAME" and the status. The client doesn't watch the
-/// engine; Resume, or a click on the form, comes back.
+/// Making it goes into the game: a sound, silence from the radio, "INGAME" and the status. The
+/// client doesn't watch the engine; Resume, or a click on the form, comes back.
 class Form4 : public Form {
  public:
   explicit Form4(Client& client);

@@ -210,6 +210,19 @@ void NativeSocket::SendData(std::string_view bytes) {
   }
 }
 
+bool NativeSocket::SendNow(std::string_view bytes) {
+  if (state_ != SocketState::connected) {
+    throw Fault(fault_number::kNotConnected, "The socket is not connected");
+  }
+  if (sendErrno_) return false;  // the connection is lost, which is raised in the next turn
+  if (!queue_.empty() && !writeWatch_) flush();
+  if (sendErrno_) return false;
+  const std::size_t sent = queue_.empty() ? trySend(bytes) : 0;
+  if (sendErrno_) return false;
+  queue_.append(bytes.substr(sent));
+  return queue_.empty();
+}
+
 /// Returns how many bytes the system took; fewer than given when it takes no more for now.
 std::size_t NativeSocket::trySend(std::string_view bytes) {
   if (bytes.empty()) return 0;

@@ -37,6 +37,7 @@ class NativeSocket : public Socket {
   void Listen(std::uint16_t port) override;
   void Accept(int requestId) override;
   void SendData(std::string_view bytes) override;
+  bool SendNow(std::string_view bytes) override;
   std::string GetData() override;
   void Close() override;
   SocketState State() const override { return state_; }

@@ -10,18 +10,12 @@
 
 #include "native/bare_name.h"
 #include "native/file_descriptor.h"
+#include "native/file_fault.h"
 #include "platform/fault.h"
 #include "platform/text.h"
 
 namespace kelvaron {
 namespace {
-
-[[noreturn]] void fail(const std::string& name, const char* what, int error) {
-  const bool full = error == ENOSPC || error == EDQUOT;
-  throw Fault(full ? fault_number::kDiskFull : fault_number::kPathAccess,
-              "The file " + name + " cannot be " + what + ": " +
-                  fromUtf8(std::generic_category().message(error)));
-}
 
 void writeAll(const FileDescriptor& file, std::string_view content, const std::string& name) {
   while (!content.empty()) {
@@ -29,10 +23,10 @@ void writeAll(const FileDescriptor& file, std::string_view content, const std::s
     if (written >= 0) {
       content.remove_prefix(static_cast<std::size_t>(written));
     } else if (errno != EINTR) {
-      fail(name, "written", errno);
+      throwFileFault(name, "written", errno);
     }
   }
-  if (::fsync(file.get()) != 0) fail(name, "written", errno);
+  if (::fsync(file.get()) != 0) throwFileFault(name, "written", errno);
 }
 
 /// The rights of the file that is replaced, else those that a new one would get.
@@ -57,7 +51,7 @@ std::string ProgramFiles::read(const std::string& name) {
   if (!path || (!file && errno == ENOENT)) {
     throw Fault(fault_number::kFileNotFound, "The file " + name + " was not found");
   }
-  if (!file) fail(name, "read", errno);
+  if (!file) throwFileFault(name, "read", errno);
   std::string content;
   constexpr std::size_t kBlock = 4096;
   std::array<char, kBlock> block{};
@@ -67,13 +61,13 @@ std::string ProgramFiles::read(const std::string& name) {
     if (got > 0) {
       content.append(block.data(), static_cast<std::size_t>(got));
     } else if (errno != EINTR) {
-      fail(name, "read", errno);
+      throwFileFault(name, "read", errno);
     }
   }
 }
 
 void ProgramFiles::replace(const std::string& name, const std::string& content) {
-  if (!isBareName(name)) fail(name, "written", EINVAL);
+  if (!isBareName(name)) throwFileFault(name, "written", EINVAL);
   std::filesystem::path target =
       findByName(programFolder_, name).value_or(programFolder_ / toUtf8(name));
   // A link that leads to a file stays, and that file is replaced.
@@ -83,11 +77,11 @@ void ProgramFiles::replace(const std::string& name, const std::string& content) 
   std::string beside =
       (target.parent_path() / ("." + target.filename().string() + ".XXXXXX")).string();
   FileDescriptor file(::mkostemp(beside.data(), O_CLOEXEC));
-  if (!file) fail(name, "written", errno);
+  if (!file) throwFileFault(name, "written", errno);
   try {
     writeAll(file, content, name);
-    if (::fchmod(file.get(), rightsFor(target)) != 0) fail(name, "written", errno);
-    if (::rename(beside.c_str(), target.c_str()) != 0) fail(name, "written", errno);
+    if (::fchmod(file.get(), rightsFor(target)) != 0) throwFileFault(name, "written", errno);
+    if (::rename(beside.c_str(), target.c_str()) != 0) throwFileFault(name, "written", errno);
   } catch (const Fault&) {
     ::unlink(beside.c_str());
     throw;

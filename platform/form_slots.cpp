@@ -11,13 +11,25 @@ std::unique_ptr<Form>* FormSlots::slotOf(const Form& form) {
 }
 
 void FormSlots::unload(Form& form) {
-  if (slotOf(form) == nullptr || std::ranges::find(unloading_, &form) != unloading_.end()) return;
-  unloading_.push_back(&form);
-  struct Done {
-    std::vector<const Form*>& unloading;
-    ~Done() { unloading.pop_back(); }
-  } const done{unloading_};
+  const bool underWay = std::ranges::find(unloading_, &form, &Unloading::form) != unloading_.end();
+  if (slotOf(form) == nullptr || underWay) return;
+  unloading_.push_back({&form, {}});
+  std::vector<std::function<void()>> after;
+  {
+    struct Done {
+      std::vector<Unloading>& unloading;
+      std::vector<std::function<void()>>& after;
+      ~Done() {
+        after = std::move(unloading.back().after);
+        unloading.pop_back();
+      }
+    } const done{unloading_, after};
+    takeOut(form);
+  }
+  for (const auto& next : after) next();
+}
 
+void FormSlots::takeOut(Form& form) {
   form.Form_Unload();
   form.Visible = false;
   std::unique_ptr<Form>* slot = slotOf(form);

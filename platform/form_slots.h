@@ -41,6 +41,11 @@ class FormSlots {
   /// object itself stays until `collect`, so a handler of its own may unload it. A form that isn't
   /// in a slot (any more) is left alone.
   void unload(Form& form);
+  /// From within the `Form_Unload` of a form: runs `next` once that form is out of its slot, so
+  /// that a new one of its kind can be made.
+  void afterUnload(std::function<void()> next) {
+    unloading_.back().after.push_back(std::move(next));
+  }
 
   /// Destroys what was unloaded. Call it when no handler is running.
   void collect() { unloaded_.clear(); }
@@ -55,11 +60,17 @@ class FormSlots {
   std::function<void(Form&)> onUnloaded;
 
  private:
+  struct Unloading {
+    const Form* form;
+    std::vector<std::function<void()>> after;
+  };
+
   std::unique_ptr<Form>* slotOf(const Form& form);
+  void takeOut(Form& form);
 
   std::map<std::type_index, std::unique_ptr<Form>> slots_;
   std::vector<std::unique_ptr<Form>> unloaded_;
-  std::vector<const Form*> unloading_;
+  std::vector<Unloading> unloading_;
 };
 
 }  // namespace kelvaron

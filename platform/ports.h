@@ -5,6 +5,9 @@
 #include <string>
 #include <string_view>
 
+#include "platform/echo.h"
+#include "platform/file_streams.h"
+#include "platform/local_host.h"
 #include "platform/media_player.h"
 #include "platform/process.h"
 #include "platform/registry.h"
@@ -98,6 +101,9 @@ struct Ports {
   ProcessPort& processes;
   Registry& registry;
   MediaPlayer& player;
+  EchoPort& echo;
+  FileStreams& streams;
+  LocalHostPort& localHost;
 };
 
 }  // namespace kelvaron

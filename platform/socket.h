@@ -36,6 +36,10 @@ class Socket {
   virtual void Accept(int requestId) = 0;
   /// Takes all bytes to be sent in order. Fault 40006 when the socket is not connected.
   virtual void SendData(std::string_view bytes) = 0;
+  /// As `SendData`, but handed to the system before the call returns. Returns whether the system
+  /// took all of it: then no `onSendComplete` follows for it, and more can be sent within this
+  /// turn. Otherwise the rest waits, and the event follows.
+  virtual bool SendNow(std::string_view bytes) = 0;
   /// All that has arrived and was not read yet; empty if nothing has. After the other side's end
   /// and after a failure it still gives what came before, until `Close` drops it.
   virtual std::string GetData() = 0;

@@ -13,5 +13,7 @@ echo "== the chat view alone"
 echo "== start"
 /usr/bin/python3 bench/start_bench.py "$bin/bare_window" || exit 1
 /usr/bin/python3 bench/start_bench.py "$bin/kelvaron" || exit 1
+echo "== sending and receiving files"
+"$bin/transfer_bench" || exit 1
 echo "== the server"
 "$bin/kelvaron_server_load"

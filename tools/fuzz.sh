@@ -1,7 +1,12 @@
 #!/usr/bin/env bash
-# tools/fuzz.sh SECONDS: runs the fuzz target from the corpus; finds stay in build/fuzz/found.
+# tools/fuzz.sh SECONDS: runs each fuzz target for so long from its corpus; finds stay in
+# build/fuzz/found.
 set -u
 cd "$(dirname "$0")/.." || exit 1
-mkdir -p build/fuzz/corpus build/fuzz/found
-build/fuzz/bin/fuzz_arrival -dict=fuzz/arrival.dict -max_len=4096 -max_total_time="$1" \
-  -artifact_prefix=build/fuzz/found/ build/fuzz/corpus fuzz/corpus/arrival
+mkdir -p build/fuzz/found
+for target in arrival transfer; do
+  mkdir -p "build/fuzz/corpus/$target"
+  "build/fuzz/bin/fuzz_$target" "-dict=fuzz/$target.dict" -max_len=4096 "-max_total_time=$1" \
+    "-artifact_prefix=build/fuzz/found/$target-" "build/fuzz/corpus/$target" \
+    "fuzz/corpus/$target" || exit 1
+done

@@ -13,6 +13,9 @@
 #include "desktop/dialogs.h"
 #include "desktop/qt_event_loop.h"
 #include "desktop/shell.h"
+#include "native/echo.h"
+#include "native/file_streams.h"
+#include "native/local_host.h"
 #include "native/native_socket.h"
 #include "native/program_files.h"
 #include "platform/list_box.h"
@@ -95,7 +98,10 @@ class Desk : private SoundPort, private Application {
                      .application = *this,
                      .processes = processes,
                      .registry = registry,
-                     .player = player},
+                     .player = player,
+                     .echo = echo,
+                     .streams = streams,
+                     .localHost = localHost},
                {},
                [](Client&) -> MainWindow& { throw Fault(fault_number::kInvalidCall, "no room"); }),
         shell(client, gate) {
@@ -144,6 +150,9 @@ class Desk : private SoundPort, private Application {
   NoProcesses processes;
   EmptyRegistry registry;
   SilentPlayer player;
+  NativeEcho echo{loop};
+  DiskStreams streams{folder.path()};
+  NativeLocalHost localHost{loop};
   std::vector<std::string> pages;
   Client client;
   Shell shell;

@@ -1,5 +1,7 @@
 #include "tests/support/test_desktop.h"
 
+#include "session/protocol_line.h"
+
 namespace kelvaron::testing {
 namespace {
 
@@ -11,9 +13,9 @@ class RoutedSocket : public NativeSocket {
                RoutedSocketPort& port)
       : NativeSocket(loop, std::move(requests)), port_(port) {}
 
-  void Connect(const std::string& host, std::uint16_t) override {
-    NativeSocket::Connect(host, port_.port());
-    port_.hosts.push_back(host);
+  void Connect(const std::string& host, std::uint16_t port) override {
+    NativeSocket::Connect(host, port == kChatPort ? port_.port() : port);
+    if (port == kChatPort) port_.hosts.push_back(host);
   }
 
  private:
@@ -43,7 +45,10 @@ TestDesktop::TestDesktop(PollLoop& sharedLoop, std::uint16_t serverPort)
                                   .application = *this,
                                   .processes = *this,
                                   .registry = registry,
-                                  .player = player});
+                                  .player = player,
+                                  .echo = *this,
+                                  .streams = streams,
+                                  .localHost = *this});
 }
 
 bool TestDesktop::logIn(const std::string& name) {
@@ -92,6 +97,24 @@ bool TestDesktop::confirm(const std::string& text, const std::string& title) {
 std::optional<std::string> TestDesktop::openFile(const FileDialog& dialog) {
   fileDialogs.push_back(dialog);
   return next(chosenFiles);
+}
+
+std::unique_ptr<Echo> TestDesktop::send(std::uint32_t address, std::string_view data,
+                                        std::chrono::milliseconds timeOut, EchoPort::Done done) {
+  return echoes->send(address, data, timeOut, std::move(done));
+}
+
+std::unique_ptr<LocalHostLookUp> TestDesktop::lookUp(LocalHostPort::Done done) {
+  class Answered : public LocalHostLookUp {
+   public:
+    explicit Answered(std::unique_ptr<LoopWatch> turn) : turn_(std::move(turn)) {}
+
+   private:
+    std::unique_ptr<LoopWatch> turn_;
+  };
+  return std::make_unique<Answered>(
+      loop.after(std::chrono::milliseconds(0),
+                 [answer = localHost, done = std::move(done)] { done(answer); }));
 }
 
 void TestDesktop::DoEvents() {

@@ -12,10 +12,13 @@
 
 #include "chat/main_window.h"
 #include "client/kelvaron_client.h"
+#include "native/echo.h"
+#include "native/file_streams.h"
 #include "native/native_socket.h"
 #include "native/poll_loop.h"
 #include "native/program_files.h"
 #include "session/login_window.h"
+#include "tests/support/form_timers.h"
 #include "tests/support/scripted_ports.h"
 #include "tests/support/temporary_folder.h"
 
@@ -27,7 +30,7 @@ struct Box {
   std::string title;
 };
 
-/// Sockets whose every connection goes to one port of loopback, whatever port was asked for.
+/// Sockets whose connections to the port of chat servers go to a port of the test's own.
 class RoutedSocketPort : public SocketPort {
  public:
   RoutedSocketPort(EventLoop& loop, std::uint16_t port) : loop_(loop), port_(port) {}
@@ -45,7 +48,12 @@ class RoutedSocketPort : public SocketPort {
 };
 
 /// One client with its desktop. Several can share a loop.
-class TestDesktop : private Dialogs, private SoundPort, private Application, private ProcessPort {
+class TestDesktop : private Dialogs,
+                    private SoundPort,
+                    private Application,
+                    private ProcessPort,
+                    private EchoPort,
+                    private LocalHostPort {
  public:
   TestDesktop(PollLoop& loop, std::uint16_t serverPort);
 
@@ -71,6 +79,9 @@ class TestDesktop : private Dialogs, private SoundPort, private Application, pri
   void enter(const std::string& text);
   /// What the chat view shows, lines joined by "\n".
   std::string chat();
+  /// From now on timers of forms that are made tick by themselves; without this only a test raises
+  /// their events.
+  void runTimers() { timers_.emplace(loop, edge, client->slots); }
   /// Turns the loop until the condition holds; false after five seconds.
   bool until(const std::function<bool()>& condition);
 
@@ -101,6 +112,12 @@ class TestDesktop : private Dialogs, private SoundPort, private Application, pri
   /// The program's folder, removed at the end, and what works in it.
   TemporaryFolder folder;
   ProgramFiles files{folder.path()};
+  DiskStreams streams{folder.path()};
+  /// What sends the echoes; a test may put another in its place.
+  NativeEcho nativeEcho{loop};
+  EchoPort* echoes = &nativeEcho;
+  /// What looking this machine's name up gives.
+  LocalHostAnswer localHost{"127.0.0.1", 0};
   std::vector<std::string> sounds;
   std::vector<std::string> pages;
   bool anotherInstance = false;
@@ -119,7 +136,12 @@ class TestDesktop : private Dialogs, private SoundPort, private Application, pri
   bool PrevInstance() const override { return anotherInstance; }
   [[noreturn]] void End() override { throw ProgramEnd{}; }
   void DoEvents() override;
+  std::unique_ptr<Echo> send(std::uint32_t address, std::string_view data,
+                             std::chrono::milliseconds timeOut, EchoPort::Done done) override;
+  std::unique_ptr<LocalHostLookUp> lookUp(LocalHostPort::Done done) override;
   void showPage(const std::string& address) override { pages.push_back(address); }
+
+  std::optional<FormTimers> timers_;
 };
 
 }  // namespace kelvaron::testing

@@ -1,0 +1,170 @@
+#include "native/echo_program.h"
+
+#include <fcntl.h>
+#include <signal.h>
+#include <spawn.h>
+#include <stdlib.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <array>
+#include <cerrno>
+#include <system_error>
+#include <utility>
+#include <vector>
+
+#include "platform/text.h"
+
+namespace kelvaron {
+namespace {
+
+using std::chrono::milliseconds;
+using std::chrono::steady_clock;
+
+// What the program prints right before its echo goes out, and when the reply is there.
+constexpr std::string_view kHeading = "PING ";
+constexpr std::string_view kReplied = " 1 received";
+constexpr std::size_t kMostPrinted = 4096;
+
+std::string hexadecimal(std::string_view data) {
+  constexpr std::string_view kDigits = "0123456789abcdef";
+  std::string text;
+  for (const char character : data) {
+    const auto byte = static_cast<unsigned char>(character);
+    text += kDigits[byte >> 4U];
+    text += kDigits[byte & 0x0FU];
+  }
+  return text;
+}
+
+/// A terminal, so that the program gives out each line as soon as it has it: the time between two
+/// of them is the round trip's, without that of the program's start.
+struct Terminal {
+  FileDescriptor ours;
+  std::array<char, 64> theirs{};
+};
+
+std::optional<Terminal> openTerminal() {
+  Terminal terminal;
+  terminal.ours = FileDescriptor(::posix_openpt(O_RDWR | O_NOCTTY | O_CLOEXEC));
+  const int ours = terminal.ours.get();
+  if (ours < 0 || ::grantpt(ours) != 0 || ::unlockpt(ours) != 0 ||
+      ::ptsname_r(ours, terminal.theirs.data(), terminal.theirs.size()) != 0 ||
+      ::fcntl(ours, F_SETFL, O_NONBLOCK) != 0) {
+    return std::nullopt;
+  }
+  return terminal;
+}
+
+/// Zero, or an errno value.
+int spawn(pid_t& process, const std::string& program, std::vector<std::string> arguments,
+          const char* output) {
+  std::vector<char*> list;
+  for (std::string& argument : arguments) list.push_back(argument.data());
+  list.push_back(nullptr);
+  std::string locale = "LC_ALL=C";
+  std::array<char*, 2> environment{locale.data(), nullptr};
+  posix_spawn_file_actions_t actions;
+  ::posix_spawn_file_actions_init(&actions);
+  int error = ::posix_spawn_file_actions_addopen(&actions, STDIN_FILENO, "/dev/null", O_RDONLY, 0);
+  if (error == 0) {
+    error =
+        ::posix_spawn_file_actions_addopen(&actions, STDOUT_FILENO, output, O_WRONLY | O_NOCTTY, 0);
+  }
+  if (error == 0) {
+    error = ::posix_spawn_file_actions_adddup2(&actions, STDOUT_FILENO, STDERR_FILENO);
+  }
+  if (error == 0) error = ::posix_spawn_file_actions_addclosefrom_np(&actions, STDERR_FILENO + 1);
+  if (error == 0) {
+    error = ::posix_spawn(&process, program.c_str(), &actions, nullptr, list.data(),
+                          environment.data());
+  }
+  ::posix_spawn_file_actions_destroy(&actions);
+  return error;
+}
+
+std::string lastLine(std::string_view printed) {
+  const std::size_t end = printed.find_last_not_of("\r\n");
+  if (end == std::string_view::npos) return {};
+  const std::string_view text = printed.substr(0, end + 1);
+  return fromUtf8(text.substr(text.find_last_of("\r\n") + 1));
+}
+
+}  // namespace
+
+std::string pingProgram() {
+  for (const char* path : {"/usr/bin/ping", "/bin/ping", "/usr/sbin/ping", "/sbin/ping"}) {
+    if (::access(path, X_OK) == 0) return path;
+  }
+  return {};
+}
+
+ProgramEcho::ProgramEcho(EventLoop& loop, const std::string& program, const std::string& host,
+                         std::string_view data, milliseconds timeOut, EchoPort::Done done)
+    : loop_(loop), done_(std::move(done)) {
+  timer_ = loop_.after(timeOut, [this] { finish({}); });
+  start(program, host, data);
+}
+
+ProgramEcho::~ProgramEcho() { stop(); }
+
+void ProgramEcho::start(const std::string& program, const std::string& host,
+                        std::string_view data) {
+  std::optional<Terminal> terminal = openTerminal();
+  int error = terminal ? 0 : errno;
+  if (terminal) {
+    error = spawn(process_, program,
+                  {program, "-n", "-q", "-c1", "-W1", "-s" + std::to_string(data.size()), "-p",
+                   hexadecimal(data), host},
+                  terminal->theirs.data());
+  }
+  if (error != 0) {
+    process_ = 0;
+    EchoOutcome refused{
+        EchoOutcome::Kind::refused, 0,
+        program + " cannot be started: " + fromUtf8(std::generic_category().message(error))};
+    timer_ = loop_.after(milliseconds(0), [this, refused] { finish(refused); });
+    return;
+  }
+  output_ = std::move(terminal->ours);
+  watch_ = loop_.watch(output_.get(), EventLoop::Readiness::readable, [this] { read(); });
+}
+
+void ProgramEcho::read() {
+  std::array<char, 512> bytes{};
+  const ssize_t count = ::read(output_.get(), bytes.data(), bytes.size());
+  if (count < 0 && (errno == EAGAIN || errno == EINTR)) return;
+  if (count <= 0 || printed_.size() > kMostPrinted) {
+    // The program has ended: without a heading it could not even begin.
+    if (sent_) return finish({});
+    return finish({EchoOutcome::Kind::refused, 0, lastLine(printed_)});
+  }
+  printed_.append(bytes.data(), static_cast<std::size_t>(count));
+  const auto now = steady_clock::now();
+  if (!sent_ && printed_.find(kHeading) != std::string::npos) sent_ = now;
+  if (!sent_ || printed_.find(kReplied) == std::string::npos) return;
+  const auto time = std::chrono::duration_cast<milliseconds>(now - *sent_);
+  finish({EchoOutcome::Kind::replied, static_cast<std::uint32_t>(time.count()), {}});
+}
+
+void ProgramEcho::finish(EchoOutcome outcome) {
+  stop();
+  const auto done = std::move(done_);  // it may destroy this object
+  done(outcome);
+}
+
+void ProgramEcho::stop() {
+  watch_.reset();
+  timer_.reset();
+  output_.reset();
+  if (process_ == 0) return;
+  const pid_t process = std::exchange(process_, 0);
+  // A program with rights of its own may be beyond this one's reach; it ends within a second all
+  // the same and is looked after by whoever waits for this user's programs.
+  const bool killed = ::kill(process, SIGKILL) == 0;
+  int status = 0;
+  while (::waitpid(process, &status, killed ? 0 : WNOHANG) < 0 && errno == EINTR) {
+  }
+}
+
+}  // namespace kelvaron

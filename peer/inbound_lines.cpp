@@ -1,0 +1,127 @@
+#include "peer/inbound_lines.h"
+
+#include <algorithm>
+
+#include "chat/main_window.h"
+#include "chat/user_list_entry.h"
+#include "peer/file_receiver.h"
+#include "peer/file_sender.h"
+#include "peer/ping.h"
+#include "peer/profile.h"
+#include "session/client.h"
+#include "session/outbound.h"
+
+namespace kelvaron {
+namespace {
+
+std::string shownName(Client& client) { return client.mainWindow().shownName().Caption; }
+
+using ProfileLine = std::string (*)(std::string_view, std::string_view, std::string_view,
+                                    const outbound::ProfileTexts&);
+
+void answerProfile(InboundContext& context, ProfileLine line) {
+  Client& client = context.client;
+  // One step: without the file there is nothing to answer with.
+  context.rule.step([&] {
+    UserProfile own = readProfile(client);
+    const auto records = own.records();
+    outbound::ProfileTexts texts;
+    // The name and the version in front are the room's, not the file's.
+    for (std::size_t index = 0; index < texts.size(); ++index) {
+      texts[index] = *records[index + records.size() - texts.size()];
+      std::ranges::replace(texts[index], '\t', ' ');
+    }
+    client.send(
+        line(context.line.field(1), shownName(client), client.form<frmMain>().version, texts));
+  });
+}
+
+void mnuGetProfile_Click(Client& client, frmMain& room) {
+  const std::string entry = room.List1.Text();
+  if (hasTag(entry, kInGameTag)) {
+    client.MsgBox(
+        "You may not view a profile from a user that is currently in a game. Try again later when "
+        "the user returns from his/her game");
+    return;
+  }
+  client.send(outbound::getProfile2(entry, shownName(client)));
+}
+
+void mnuPing_Click(Client& client, frmMain& room) {
+  const std::string entry = room.List1.Text();
+  if (hasTag(entry, kInGameTag)) {
+    client.MsgBox("You may not ping a user that is currently in a game. Try when the user returns");
+    return;
+  }
+  client.send(outbound::pingUser(entry, shownName(client)));
+}
+
+void fserv_Click(Client& client) {
+  const auto& sender = client.form<Frm_Server>();
+  auto& receiver = client.form<Frm_Client>();
+  // A window that nobody has placed yet comes up wherever the desktop likes.
+  if (sender.Left != 0 || sender.Top != 0) {
+    receiver.Left = sender.Left.get();
+    receiver.Top = sender.Top + sender.ScaleHeight;
+  }
+  receiver.Show();
+}
+
+}  // namespace
+
+void wirePeer(Client& client, frmMain& room) {
+  room.mnuEditProfile.Click = [&client] { editProfile(client); };
+  room.mnuGetProfile.Click = [&client, &room] { mnuGetProfile_Click(client, room); };
+  room.mnuPing.Click = [&client, &room] { mnuPing_Click(client, room); };
+  room.mnuSendFile.Click = [&client, &room] {
+    client.send(outbound::getIpForFile(room.List1.Text(), shownName(client)));
+  };
+  room.fserv.Click = [&client] { fserv_Click(client); };
+}
+
+namespace inbound {
+
+void onGetProfile(InboundContext& context) { answerProfile(context, outbound::profile); }
+void onGetProfile2(InboundContext& context) { answerProfile(context, outbound::profile2); }
+void onProfile(InboundContext& context) { showProfile(context); }
+
+void onPing(InboundContext& context) {
+  Client& client = context.client;
+  context.rule.step([&] {
+    client.send(outbound::returnPing(client.sckClient().LocalIP(), shownName(client),
+                                     context.line.field(1)));
+  });
+}
+
+void onThePing(InboundContext& context) {
+  Client& client = context.client;
+  const auto field = [&](std::size_t index) { return std::string(context.line.field(index)); };
+  context.rule.step([&] {
+    const std::string name = field(2);
+    client.form<Pingme>().Label2.Caption = name;
+  });
+  context.rule.step([&] { client.form<Pingme>().Label3.Caption = field(1); });
+  client.form<Pingme>().Visible = true;
+  context.rule.step([&] { client.form<Pingme>().Caption = field(2) + "'s Ping"; });
+}
+
+void onGetIpForFile(InboundContext& context) {
+  Client& client = context.client;
+  context.rule.step([&] {
+    client.send(outbound::okUserForFile(context.line.field(1), client.sckClient().LocalIP()));
+  });
+}
+
+void onReturnIpForFile(InboundContext& context) {
+  Client& client = context.client;
+  context.rule.step([&] {
+    const std::string address(context.line.field(1));
+    client.form<Frm_Server>().Txt_RemoteIP.Text = address;
+  });
+  client.form<Frm_Server>().Visible = true;
+}
+
+void onIpFile(InboundContext&) {}
+
+}  // namespace inbound
+}  // namespace kelvaron

@@ -1,0 +1,120 @@
+#include "peer/profile.h"
+
+#include <algorithm>
+
+#include "peer/delimited_fields.h"
+#include "platform/text.h"
+#include "session/client.h"
+#include "session/dispatch.h"
+
+namespace kelvaron {
+namespace {
+
+constexpr const char* kFile = "profile.dat";
+
+void fill(Profile& form, UserProfile profile) {
+  const auto records = profile.records();
+  const auto boxes = form.boxes();
+  for (std::size_t index = 0; index < boxes.size(); ++index) boxes[index]->Text = *records[index];
+}
+
+void showForReading(Profile& form) {
+  for (TextBox* box : form.boxes()) box->Enabled = false;
+  form.Show();
+}
+
+}  // namespace
+
+std::array<std::string*, UserProfile::kRecords> UserProfile::records() {
+  return {&userName,     &version, &firstName, &lastName, &age,      &sex,     &icqNumber,
+          &emailAddress, &city,    &state,     &country,  &homePage, &comments};
+}
+
+UserProfile readProfile(Client& client) {
+  const std::vector<std::string> fields =
+      readFields(client.ports.files.read(kFile), UserProfile::kRecords);
+  UserProfile profile;
+  const auto records = profile.records();
+  for (std::size_t index = 0; index < fields.size(); ++index) *records[index] = fields[index];
+  return profile;
+}
+
+Profile::Profile(Client& client)
+    : Form({.name = "Profile",
+            .caption = "KV User Profiles",
+            .width = 520 * kTwipsPerPixel,
+            .height = 512 * kTwipsPerPixel}),
+      client_(client) {
+  for (TextBox* box : boxes()) {
+    const auto label = std::ranges::find(Controls(), static_cast<Control*>(box)) - 1;
+    box->AccessibleName = static_cast<Label*>(*label)->Caption.get();
+  }
+  Text2.Text = "4.1";
+  Text2.Enabled = false;
+  Command2.Visible = false;
+  Command2.Click = [this] { Command2_Click(); };
+}
+
+std::array<TextBox*, UserProfile::kRecords> Profile::boxes() {
+  return {&Text1, &Text2, &Text3,  &Text4,  &Text5,  &Text6, &Text7,
+          &Text8, &Text9, &Text10, &Text11, &Text12, &Text13};
+}
+
+void Profile::Form_Load() {
+  UserProfile own;
+  // Without a file the boxes are empty.
+  FaultRule::goOn().step([&] { own = readProfile(client_); });
+  fill(*this, own);
+}
+
+void Profile::Form_Unload() {
+  if (!waiting_) return;
+  client_.slots.afterUnload([&client = client_, profile = *waiting_] {
+    auto& form = client.form<Profile>();
+    form.foreign_ = true;
+    fill(form, profile);
+    showForReading(form);
+  });
+}
+
+void Profile::Command2_Click() {
+  std::string content;
+  for (const TextBox* box : boxes()) {
+    content += box->Text.get();
+    content += kLineEnd;
+  }
+  client_.ports.files.replace(kFile, content);
+  client_.slots.unload(*this);
+}
+
+void editProfile(Client& client) {
+  if (auto* loaded = client.loadedForm<Profile>(); loaded != nullptr && loaded->foreign_) {
+    client.slots.unload(*loaded);
+  }
+  auto& form = client.form<Profile>();
+  form.Command2.Visible = true;
+  form.Show();
+}
+
+void showProfile(InboundContext& context) {
+  const FaultRule& rule = context.rule;
+  Client& client = context.client;
+  if (auto* loaded = client.loadedForm<Profile>(); loaded != nullptr && loaded->beingEdited()) {
+    UserProfile profile;
+    const auto records = profile.records();
+    for (std::size_t index = 0; index < records.size(); ++index) {
+      rule.step([&] { *records[index] = context.line.field(index + 1); });
+    }
+    loaded->waiting_ = std::move(profile);
+    return;
+  }
+  auto& form = client.form<Profile>();
+  form.foreign_ = true;
+  const auto boxes = form.boxes();
+  for (std::size_t index = 0; index < boxes.size(); ++index) {
+    rule.step([&] { boxes[index]->Text = std::string(context.line.field(index + 1)); });
+  }
+  showForReading(form);
+}
+
+}  // namespace kelvaron

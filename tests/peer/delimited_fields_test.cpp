@@ -1,0 +1,40 @@
+#include "peer/delimited_fields.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+namespace kelvaron {
+namespace {
+
+using Fields = std::vector<std::string>;
+
+TEST(DelimitedFields, Read) {
+  struct Case {
+    const char* text;
+    std::size_t count;
+    Fields fields;
+  };
+  const Case cases[] = {
+      {"", 3, {}},
+      {"a\r\nb\r\nc\r\n", 3, {"a", "b", "c"}},
+      {"a\r\nb", 3, {"a", "b"}},
+      {"a\nb\rc\r\n", 3, {"a", "b", "c"}},
+      {"a\r\nb\r\n", 1, {"a"}},
+      {"\r\n\r\nx\r\n", 3, {"", "", "x"}},
+      {"  a b \r\n   \r\nc\r\n", 3, {"a b ", "", "c"}},
+      {"Oslo, Norway\r\nx\r\n", 3, {"Oslo", "Norway", "x"}},
+      {",,a", 4, {"", "", "a"}},
+      {"a,", 2, {"a"}},
+      {"\"a, b\r\nc\" , d\r\n", 3, {"a, b\r\nc", "d"}},
+      {"\"\",\"x\"\r\ny\r\n", 3, {"", "x", "y"}},
+      {"\"open, end\r\n", 2, {"open, end\r\n"}},
+      {"5\" nail\r\n\"a\"b\r\n", 3, {"5\" nail", "a", "b"}},
+      {"a\r\n  ", 2, {"a"}},
+  };
+  for (const Case& each : cases) {
+    EXPECT_EQ(readFields(each.text, each.count), each.fields) << each.text;
+  }
+}
+
+}  // namespace
+}  // namespace kelvaron
