@@ -33,7 +33,7 @@ frmAbout::frmAbout(Client& client)
     : Form({.name = "frmAbout",
             .caption = "",
             .width = 580 * kTwipsPerPixel,
-            .height = 372 * kTwipsPerPixel}),
+            .height = 340 * kTwipsPerPixel}),
       client_(client) {
   Image1.AccessibleName = "Kelvaron icon";
   Image2.AccessibleName = "Kelvaron logo";
