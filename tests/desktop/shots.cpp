@@ -1,0 +1,259 @@
+// Renders every form in its states to pictures, to be looked at:
+//
+//   kelvaron_shots FOLDER
+//
+// QT_SCALE_FACTOR and the like of the toolkit tell the scaling.
+#include <QApplication>
+#include <cstdio>
+#include <filesystem>
+#include <functional>
+#include <vector>
+
+#include "chat/about_box.h"
+#include "chat/mute_list.h"
+#include "chat/private_message.h"
+#include "chat/volume.h"
+#include "desktop/theme.h"
+#include "game/awaiting_verification.h"
+#include "game/final_chance.h"
+#include "game/game_request.h"
+#include "game/game_selection.h"
+#include "game/in_game.h"
+#include "moderation/kick_form.h"
+#include "moderation/status_request.h"
+#include "peer/configuration.h"
+#include "peer/file_receiver.h"
+#include "peer/file_sender.h"
+#include "peer/ping.h"
+#include "peer/profile.h"
+#include "session/login_window.h"
+#include "session/message_of_the_day.h"
+#include "tests/desktop/room_desk.h"
+
+namespace kelvaron::testing {
+namespace {
+
+const GameConfig kConfig{
+    .zdoomPath = "/home/ann/Games/Doom Engines/zdoom.exe",
+    .glZdoomCommand = "/home/ann/Games/Doom Engines/zdoomgl.exe -width 640 -height 480",
+    .doomWad = "/home/ann/wads/DOOM.WAD",
+    .doom2Wad = "/home/ann/wads/DOOM2.WAD",
+    .finalDoomWad = "",
+    .plutoniaWad = "/home/ann/wads/PLUTONIA.WAD",
+    .evilutionWad = "/home/ann/wads/TNT.WAD",
+    .externalWadFolder = "/home/ann/wads/extra",
+    .csServerPath = "/home/ann/Games/doomsv.exe",
+    .csClientPath = "/home/ann/Games/doomcl.exe"};
+
+void fillRoom(frmMain& room) {
+  room.Label1.Caption =
+      "\xA5"
+      "ann";
+  room.Label6.Caption = "US - Oregon (Main Sever)";
+  for (const char* user : {"ann", "bob[AW]", "Crusher", "Doomgal[IG]", "Hellion", "Vex[CS]"}) {
+    room.List1.AddItem(user);
+  }
+  room.AppendChat("Hellion has entered Kelvaron");
+  room.txtOutput.setSelColor({219, 178, 240});
+  room.txtOutput.insert("Hellion: ");
+  room.txtOutput.setSelColor({96, 246, 241});
+  room.txtOutput.insert("anyone up for coop on Plutonia? http://localhost/maps.html\r\n");
+}
+
+GameConfig saved(RoomDesk& desk) {
+  saveGameConfig(desk.files, kConfig);
+  return kConfig;
+}
+
+game1& chosenGame(RoomDesk& desk) {
+  saved(desk);
+  auto& form = desk.client->form<game1>();
+  form.Check26.Value = 1;
+  form.Check26.Click();
+  form.Check1.Value = 1;
+  form.Check7.Value = 1;
+  form.Combo5.Text = "4";
+  form.Combo4.Text = "07";
+  form.Text1.Text = "A long name of an external wad.wad";
+  return form;
+}
+
+Form1& answers(RoomDesk& desk) {
+  auto& form = desk.client->form<Form1>();
+  for (std::size_t slot = 0; slot < 4; ++slot) {
+    form.Label1[slot].Caption = std::array{"bob", "Crusher[AW]", "WWWWWWWWWWWW[CS]", "Vex"}[slot];
+  }
+  form.showAccepted("bob");
+  form.showAccepted("WWWWWWWWWWWW[CS]");
+  form.showDeclined("Crusher[AW]");
+  return form;
+}
+
+request& offer(RoomDesk& desk) {
+  auto& form = desk.client->form<request>();
+  form.Text1.Text = "Hellion";
+  form.Text2.Text = "ZDOOM / Final DOOM";
+  form.Text3.Text = "maps.wad";
+  form.Text4.Text = "NONE";
+  form.Text5.Text =
+      " -nomonsters -nomusic -nosfx -respawn -altdeath -deathmatch -timer 20 -skill 4";
+  form.Text6.Text = "192.168.100.200";
+  return form;
+}
+
+Form3& lastLook(RoomDesk& desk) {
+  desk.room().Text1.Text =
+      "/home/ann/Games/Doom Engines/zdoom.exe -iwad /home/ann/wads/DOOM2.WAD -join 192.168.100.200 "
+      "-file /home/ann/wads/extra\\maps.wad  -nomonsters -nomusic -deathmatch -skill 4\r\n";
+  auto& form = desk.client->form<Form3>();
+  form.Check1.Value = 1;
+  form.Text2.Visible = true;
+  return form;
+}
+
+Profile& othersProfile(RoomDesk& desk) {
+  auto& form = desk.client->form<Profile>();
+  for (TextBox* box : form.boxes()) {
+    box->Text = "Something about Hellion";
+    box->Enabled = false;
+  }
+  return form;
+}
+
+struct Shot {
+  const char* name;
+  std::function<Form&(RoomDesk&)> make;
+};
+
+const std::vector<Shot> kShots = {
+    {"room",
+     [](RoomDesk& d) -> Form& {
+       fillRoom(d.room());
+       return d.room();
+     }},
+    {"room_buffering",
+     [](RoomDesk& d) -> Form& {
+       d.room().Frame1.Caption = "Buffering KKRZ";
+       d.room().Label9.Caption = "47%";
+       d.room().Frame1.Visible = true;
+       return d.room();
+     }},
+    {"room_small",
+     [](RoomDesk& d) -> Form& {
+       d.room().ScaleWidth = 640 * kTwipsPerPixel;
+       d.room().ScaleHeight = 420 * kTwipsPerPixel;
+       return d.room();
+     }},
+    {"login", [](RoomDesk& d) -> Form& { return d.client->form<frmLogin>(); }},
+    {"message_of_the_day",
+     [](RoomDesk& d) -> Form& {
+       auto& form = d.client->form<Form5>();
+       form.Text1.Text = "Welcome to Kelvaron.\r\nBe kind to newcomers.";
+       return form;
+     }},
+    {"private_message",
+     [](RoomDesk& d) -> Form& {
+       auto& form = d.client->form<SendPM>();
+       form.Label2.Caption = "WWWWWWWWWWWW[CS]";
+       return form;
+     }},
+    {"muted",
+     [](RoomDesk& d) -> Form& {
+       auto& form = d.client->form<Muted>();
+       form.List1.AddItem("BOB");
+       form.List1.AddItem("CRUSHER");
+       return form;
+     }},
+    {"volume", [](RoomDesk& d) -> Form& { return d.client->form<Volume>(); }},
+    {"volume_moved",
+     [](RoomDesk& d) -> Form& {
+       auto& form = d.client->form<Volume>();
+       form.Slider1.Value = 2900;
+       return form;
+     }},
+    {"about", [](RoomDesk& d) -> Form& { return d.client->form<frmAbout>(); }},
+    {"configuration",
+     [](RoomDesk& d) -> Form& {
+       saved(d);
+       return d.client->form<config>();
+     }},
+    {"game_request", [](RoomDesk& d) -> Form& { return chosenGame(d); }},
+    {"awaiting_verification", [](RoomDesk& d) -> Form& { return answers(d); }},
+    {"offer", [](RoomDesk& d) -> Form& { return offer(d); }},
+    {"final_chance", [](RoomDesk& d) -> Form& { return lastLook(d); }},
+    {"in_game", [](RoomDesk& d) -> Form& { return d.client->form<Form4>(); }},
+    {"profile_own",
+     [](RoomDesk& d) -> Form& {
+       editProfile(*d.client);
+       return d.client->form<Profile>();
+     }},
+    {"profile_of_another", [](RoomDesk& d) -> Form& { return othersProfile(d); }},
+    {"ping",
+     [](RoomDesk& d) -> Form& {
+       auto& form = d.client->form<Pingme>();
+       form.Label2.Caption = "WWWWWWWWWWWW";
+       form.Label3.Caption = "255.255.255.255";
+       form.Label1.Caption = "124 ms";
+       form.Timer1.Enabled = false;
+       return form;
+     }},
+    {"file_send",
+     [](RoomDesk& d) -> Form& {
+       auto& form = d.client->form<Frm_Server>();
+       form.Txt_File.Text = "/home/ann/wads/extra/A long name of an external wad.wad";
+       form.Lbl_FileName.Caption = "A long name of an external wad.wad";
+       form.Lbl_FileSize.Caption = "Filesize: 2147483647";
+       form.Lbl_Complete.Caption = "Complete: 42 %";
+       form.Lbl_Averages.Caption = "Average: 123456.7 / KBps";
+       form.Lbl_Status.Caption = "7 to port: 5050";
+       form.FileBar.Value = 42;
+       form.Timer1.Enabled = false;
+       return form;
+     }},
+    {"file_server",
+     [](RoomDesk& d) -> Form& {
+       auto& form = d.client->form<Frm_Client>();
+       form.Timer1.Enabled = false;
+       return form;
+     }},
+    {"status_request", [](RoomDesk& d) -> Form& { return d.client->form<frmGetOP>(); }},
+    {"user_kick",
+     [](RoomDesk& d) -> Form& {
+       fillRoom(d.room());
+       return d.client->form<frmkick>();
+     }},
+};
+
+bool shoot(const Shot& shot, const std::filesystem::path& folder) {
+  RoomDesk desk;
+  bool saves = false;
+  desk.edge.run([&] {
+    Form& form = shot.make(desk);
+    form.Show();
+    QTest::qWait(60);
+    const std::string file = (folder / (std::string(shot.name) + ".png")).string();
+    saves = desk.shell.shown(form)->frame()->grab().save(QString::fromStdString(file));
+  });
+  std::printf("%s %s\n", saves ? "made  " : "FAILED", shot.name);
+  return saves;
+}
+
+}  // namespace
+}  // namespace kelvaron::testing
+
+int main(int argc, char** argv) {
+  if (argc != 2) {
+    std::fprintf(stderr, "kelvaron_shots FOLDER\n");
+    return 2;
+  }
+  QApplication application(argc, argv);
+  kelvaron::applyTheme(application);
+  QApplication::setQuitOnLastWindowClosed(false);
+  const std::filesystem::path folder = argv[1];
+  std::filesystem::create_directories(folder);
+  bool all = true;
+  for (const auto& shot : kelvaron::testing::kShots) {
+    all = kelvaron::testing::shoot(shot, folder) && all;
+  }
+  return all ? 0 : 1;
+}
