@@ -244,6 +244,7 @@ TEST(Boxes, QuestionIsNoUnlessYesIsSaid) {
   for (const auto& [answer, agreed] : rows) {
     Desk::whenBoxOpens([&](QWidget& box) {
       EXPECT_FALSE(box.windowFlags().testFlag(Qt::WindowMaximizeButtonHint));
+      EXPECT_TRUE(QTest::qWaitForWindowActive(&box));  // mnemonics work in there alone
       answer(box);
     });
     EXPECT_EQ(desk.dialogs.confirm("Sure?", "Question"), agreed);
