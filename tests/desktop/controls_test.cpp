@@ -50,6 +50,10 @@ TEST(ControlsShow, PropertiesInTheNextTurn) {
       {"locked", [&] { form.name.Locked = true; }, [&] { return name.isReadOnly(); }},
       {"mask", [&] { form.secret.Text = "abc"; },
        [&] { return desk.widget<QLineEdit>(form, form.secret).displayText() == "***"; }},
+      {"another mask", [&] { form.secret.PasswordChar = '\xA4'; },
+       [&] {
+         return desk.widget<QLineEdit>(form, form.secret).displayText() == QStringLiteral("¤¤¤");
+       }},
       {"caret", [&] { form.name.SelStart = 2; }, [&] { return name.cursorPosition() == 2; }},
       {"tick", [&] { form.tick.Value = 1; }, [&] { return tick.isChecked(); }},
       {"disabled", [&] { form.tick.Enabled = false; }, [&] { return !tick.isEnabled(); }},
@@ -164,6 +168,32 @@ TEST(TextBoxes, SeveralLines) {
   QTest::keyClicks(&edit, QStringLiteral("c\u00A0"));
   EXPECT_EQ(form.area.Text.get(), "ab\r\nc\xA0");
   EXPECT_EQ(form.area.SelStart, 6);
+}
+
+TEST(TextBoxes, LockedOnesAreForReadingAndCopying) {
+  Desk desk;
+  auto& form = desk.show<ManyControls>();
+  for (TextBox* box : {&form.name, &form.area}) {
+    QWidget& widget = desk.widget(form, *box);
+    const QColor typedIn = widget.palette().color(QPalette::Base);
+    box->Text = "kept";
+    box->Locked = true;
+    Desk::turn();
+    EXPECT_NE(widget.palette().color(QPalette::Base), typedIn) << box->Name;
+    QGuiApplication::clipboard()->clear();
+    QTest::keyClicks(&widget, "x");
+    QTest::keySequence(&widget, QKeySequence::SelectAll);
+    QTest::keySequence(&widget, QKeySequence::Copy);
+    QTest::keySequence(&widget, QKeySequence::Cut);
+    EXPECT_EQ(QGuiApplication::clipboard()->text(), "kept") << box->Name;
+    EXPECT_EQ(box->Text.get(), "kept");
+    box->Locked = false;
+    Desk::turn();
+    QTest::keyClick(&widget, Qt::Key_End);
+    QTest::keyClicks(&widget, "y");
+    EXPECT_EQ(box->Text.get(), "kepty");
+    EXPECT_EQ(widget.palette().color(QPalette::Base), typedIn);
+  }
 }
 
 TEST(TextBoxes, EnterAndEscape) {

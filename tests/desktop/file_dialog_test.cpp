@@ -175,15 +175,19 @@ TEST(FileDialogs, WhatTheyGive) {
 
 TEST(FileDialogs, WhatCannotBeGivenIsTold) {
   FileDesk desk;
-  const std::pair<const char*, const char*> rows[] = {
+  struct Row {
+    const char* typed;
+    const char* word;
+  };
+  const Row rows[] = {
       {"→.wad", "letters"},  // the code page lacks the arrow
       {"missing.wad", "no such file"},
   };
-  for (const auto& [typed, word] : rows) {
+  for (const Row& row : rows) {
     QString told;
     Desk::whenBoxOpens([&](QWidget& window) {
       auto& box = dynamic_cast<QFileDialog&>(window);
-      FileDesk::type(box, QString::fromUtf8(typed));
+      FileDesk::type(box, QString::fromUtf8(row.typed));
       Desk::whenBoxOpens([&](QWidget& refusal) {
         for (const QLabel* label : refusal.findChildren<QLabel*>()) told += label->text();
         QTest::keyClick(&refusal, Qt::Key_Return);
@@ -191,7 +195,7 @@ TEST(FileDialogs, WhatCannotBeGivenIsTold) {
       });
     });
     const auto given = desk.dialogs.openFile(in(desk.full("")));
-    EXPECT_TRUE(told.contains(word)) << told.toStdString();
+    EXPECT_TRUE(told.contains(row.word)) << told.toStdString();
     EXPECT_EQ(given, desk.full("doom2.wad"));
   }
 }

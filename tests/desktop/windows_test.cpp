@@ -234,19 +234,24 @@ TEST(Boxes, Input) {
 
 TEST(Boxes, QuestionIsNoUnlessYesIsSaid) {
   Desk desk;
-  const std::pair<std::function<void(QWidget&)>, bool> rows[] = {
+  struct Row {
+    std::function<void(QWidget&)> answer;
+    bool agreed;
+  };
+  const Row rows[] = {
       {[](QWidget& box) { QTest::keyClick(&box, Qt::Key_Return); }, false},
       {[](QWidget& box) { QTest::keyClick(&box, Qt::Key_Escape); }, false},
       {[](QWidget& box) { box.close(); }, false},
       {[](QWidget& box) { QTest::keyClick(&box, Qt::Key_Y, Qt::AltModifier); }, true},
       {[](QWidget& box) { QTest::keyClick(&box, Qt::Key_N, Qt::AltModifier); }, false},
   };
-  for (const auto& [answer, agreed] : rows) {
+  for (const Row& row : rows) {
     Desk::whenBoxOpens([&](QWidget& box) {
       EXPECT_FALSE(box.windowFlags().testFlag(Qt::WindowMaximizeButtonHint));
-      answer(box);
+      EXPECT_TRUE(QTest::qWaitForWindowActive(&box));  // mnemonics work in there alone
+      row.answer(box);
     });
-    EXPECT_EQ(desk.dialogs.confirm("Sure?", "Question"), agreed);
+    EXPECT_EQ(desk.dialogs.confirm("Sure?", "Question"), row.agreed);
   }
 }
 
