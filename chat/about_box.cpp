@@ -18,8 +18,8 @@ std::string hexadecimal(const std::string& bytes) {
   constexpr std::array<char, 16> kDigits = {'0', '1', '2', '3', '4', '5', '6', '7',
                                             '8', '9', 'A', 'B', 'C', 'D', 'E', 'F'};
   std::string digits;
-  for (auto each = bytes.rbegin(); each != bytes.rend(); ++each) {
-    const auto byte = static_cast<unsigned char>(*each);
+  for (const char each : std::string(bytes.rbegin(), bytes.rend())) {
+    const auto byte = static_cast<unsigned char>(each);
     if (byte >= 16) digits += kDigits[byte / 16U];
     digits += kDigits[byte % 16U];
   }
