@@ -302,6 +302,7 @@ void run(std::size_t bytes) {
   const std::string head = "FILEINFO|" + std::to_string(bytes) + "|bench.bin|";
   const std::string stream = fileOf(desk.folder() / "stream.bin", bytes, head);
   std::vector<Cost> received;
+  received.reserve(kRounds);
   for (int round = 0; round < kRounds; ++round) received.push_back(desk.receive(stream));
   std::printf("Receiving %.0f MB from a plain blocking socket, median of %d\n", megabytes, kRounds);
   report("the window, to the disk", medianOf(received), megabytes);

@@ -60,6 +60,7 @@ std::optional<Terminal> openTerminal() {
 int spawn(pid_t& process, const std::string& program, std::vector<std::string> arguments,
           const char* output) {
   std::vector<char*> list;
+  list.reserve(arguments.size() + 1);
   for (std::string& argument : arguments) list.push_back(argument.data());
   list.push_back(nullptr);
   std::string locale = "LC_ALL=C";
@@ -147,7 +148,7 @@ void ProgramEcho::read() {
   finish({EchoOutcome::Kind::replied, static_cast<std::uint32_t>(time.count()), {}});
 }
 
-void ProgramEcho::finish(EchoOutcome outcome) {
+void ProgramEcho::finish(const EchoOutcome& outcome) {
   stop();
   const auto done = std::move(done_);  // it may destroy this object
   done(outcome);

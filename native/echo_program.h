@@ -28,7 +28,7 @@ class ProgramEcho final : public Echo {
  private:
   void start(const std::string& program, const std::string& host, std::string_view data);
   void read();
-  void finish(EchoOutcome outcome);
+  void finish(const EchoOutcome& outcome);
   void stop();
 
   EventLoop& loop_;

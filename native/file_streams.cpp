@@ -107,7 +107,7 @@ std::unique_ptr<FileReader> DiskStreams::open(const std::string& path) {
 
 fs::path DiskStreams::receivedFolder() const {
   if (auto there = findByName(programFolder_, kFolder)) return *there;
-  const fs::path folder = programFolder_ / kFolder;
+  fs::path folder = programFolder_ / kFolder;
   std::error_code error;
   fs::create_directory(folder, error);
   if (error) throwFileFault(std::string(kFolder), "written", error.value());

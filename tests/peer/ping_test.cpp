@@ -21,22 +21,16 @@ class ScriptedEchoes : public EchoPort {
     std::string data;
     std::chrono::milliseconds timeOut;
     Done done;
-    bool alive = true;
+    std::weak_ptr<int> alive;
   };
   std::unique_ptr<Echo> send(std::uint32_t address, std::string_view data,
                              std::chrono::milliseconds timeOut, Done done) override {
-    class Alive : public Echo {
-     public:
-      explicit Alive(Sent& echo) : echo_(echo) {}
-      Alive(const Alive&) = delete;
-      Alive& operator=(const Alive&) = delete;
-      ~Alive() override { echo_.alive = false; }
-
-     private:
-      Sent& echo_;
+    struct Alive : Echo {
+      std::shared_ptr<int> token = std::make_shared<int>(0);
     };
-    sent.push_back({address, std::string(data), timeOut, std::move(done)});
-    return std::make_unique<Alive>(sent.back());
+    auto made = std::make_unique<Alive>();
+    sent.push_back({address, std::string(data), timeOut, std::move(done), made->token});
+    return made;
   }
   std::deque<Sent> sent;
 };
@@ -143,9 +137,10 @@ TEST_F(Ping, AnotherUserTakesTheFormOver) {
 TEST_F(Ping, ClosedFormEndsItsEcho) {
   open();
   ann.raise(form().Timer1.Tick);
+  EXPECT_FALSE(echoes.sent.back().alive.expired());
   ann.raise(form().Command2.Click);
   EXPECT_EQ(ann.client->loadedForm<Pingme>(), nullptr);
-  EXPECT_FALSE(echoes.sent.back().alive);
+  EXPECT_TRUE(echoes.sent.back().alive.expired());
   open("THEPING\t10.1.1.1\tcy\r\n");
   EXPECT_EQ(form().Label2.Caption.get(), "cy");
 }
