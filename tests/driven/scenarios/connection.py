@@ -2,7 +2,8 @@
 
 import signal
 
-from driver import LOGIN, ROOM, Client, Server, Visitor, key, until
+from desk import key, until
+from driver import LOGIN, ROOM, Client, Server, Visitor
 
 
 def lost_server():

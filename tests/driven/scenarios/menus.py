@@ -2,7 +2,8 @@
 
 import time
 
-from driver import LOGIN, ROOM, Client, Server, enabled, key, showing, until, walk
+from desk import enabled, key, showing, until, walk
+from driver import LOGIN, ROOM, Client, Server
 
 MENUS = {
     ("Tools",): ["Connect", "Disconnect", "File Server", "Config", "Quit"],

@@ -1,0 +1,117 @@
+"""The same road with a real game: two clients, two engines, one match."""
+
+import os
+import shutil
+import subprocess
+
+from desk import until
+from driver import BIN, ROOM, WORK, Program, two_players
+from game_setup import CHOICE, FIRST_WAITING, LAST_LOOK, OFFER, configure, in_game, resumes
+
+GAME_DATA = "/usr/share/games/doom/freedoom2.wad"
+LINKER = os.path.join(os.path.dirname(__file__), "../../../engines/link_game_data.sh")
+# Small windows, so that the clients can be worked beside the game.
+GAME_WINDOW = "fullscreen 0\nwindow_width 640\nwindow_height 480\ngrabmouse 0\n"
+
+
+class Skipped(Exception):
+    """What the scenario needs is not installed."""
+
+
+def needs_game():
+    for program in ("chocolate-doom", "chocolate-server"):
+        if not shutil.which(program, path=os.environ["PATH"] + ":/usr/games"):
+            raise Skipped(program + " is not installed")
+    if not os.access(GAME_DATA, os.R_OK):
+        raise Skipped("the game data of the package freedoom are not installed")
+
+
+class RealEngine:
+    """The adapter, whose output is kept for the eyes of the test."""
+
+    def __init__(self, name):
+        self.folder = os.path.join(WORK, name)
+        os.mkdir(self.folder)
+        self.path = os.path.join(self.folder, "zdoom.exe")
+        self.printed = os.path.join(self.folder, "printed")
+        adapter = os.path.abspath(os.path.join(BIN, "engines/zdoom.exe"))
+        with open(self.path, "w", encoding="utf-8") as file:
+            file.write("#!/bin/sh\n"
+                       f"echo $$ >'{self.folder}/pid'\n"
+                       f"exec stdbuf -oL '{adapter}' \"$@\" >'{self.printed}' 2>&1\n")
+        os.chmod(self.path, 0o755)
+
+    def said(self):
+        with open(self.printed, encoding="utf-8", errors="replace") as file:
+            return file.read()
+
+    def says(self, text, patience):
+        until(lambda: text in self.said(), lambda: f"{text!r} from {self.path}: {self.last()}",
+              patience)
+
+    def last(self):
+        try:
+            return self.said()[-600:]
+        except OSError:
+            return "not started"
+
+    def pid(self):
+        with open(os.path.join(self.folder, "pid"), encoding="utf-8") as file:
+            return int(file.read())
+
+    def runs(self):
+        return os.path.exists(f"/proc/{self.pid()}")
+
+    def stop(self, how=None):
+        """As the programs of the test end with it; an engine outlives its client."""
+        try:
+            os.kill(self.pid(), 9)
+        except OSError:
+            pass
+
+
+def start_game(ann, bob):
+    """Up to both engines in one match."""
+    engines = {}
+    for player in (ann, bob):
+        engine = engines[player] = RealEngine(player.name + "'s engine")
+        Program.running.append(engine)
+        wads = os.path.join(engine.folder, "wads")
+        subprocess.run([LINKER, wads], check=True, capture_output=True)
+        configure(player, zdoom=engine.path, doom2=os.path.join(wads, "DOOM2.WAD"))
+    ann.click(ann.user("bob"))
+    ann.press(ROOM, "Request A Game")
+    ann.activate(CHOICE)
+    ann.tick(CHOICE, "Zdoom / DOOM2", "No Music", "No SFX", "Deathmatch")
+    ann.choose(CHOICE, "Skill", "4")
+    ann.choose(CHOICE, "Warp to Level", "07")
+    ann.press(CHOICE, "Send Request")
+    bob.press(OFFER, "Accept")
+    ann.shows(FIRST_WAITING, "Player 1 accepted", "lit")
+    ann.press(FIRST_WAITING, "GO")
+    bob.press(LAST_LOOK, "OK")
+    engines[ann].says("player 1 of 2", 40)
+    engines[bob].says("player 2 of 2", 20)
+    return engines
+
+
+def real_engines():
+    """Both engines are in one match, with the host's choices, and outlive the way back."""
+    os.environ.update(SDL_AUDIODRIVER="dummy", XDG_DATA_HOME=WORK, XDG_CONFIG_HOME=WORK)
+    game_settings = os.path.join(WORK, "chocolate-doom")
+    os.makedirs(game_settings, exist_ok=True)
+    for name in ("default.cfg", "chocolate-doom.cfg"):
+        with open(os.path.join(game_settings, name), "w", encoding="utf-8") as file:
+            file.write(GAME_WINDOW)
+    ann, bob = two_players("data-real")
+    engines = start_game(ann, bob)
+    for engine in engines.values():
+        engine.says("startskill 3  deathmatch: 1  startmap: 7  startepisode: 1", 10)
+    in_game(ann, [bob])
+    in_game(bob, [ann])
+    resumes(ann, [bob])
+    resumes(bob, [ann])
+    assert all(engine.runs() for engine in engines.values())
+
+
+SCENARIOS = [real_engines]
