@@ -55,6 +55,10 @@ class Program:
         for visitor in Visitor.present:
             visitor.socket.close()
         Visitor.present = []
+        # The next scenario begins with fresh programs.
+        for folder in Client.folders:
+            shutil.rmtree(folder, ignore_errors=True)
+        Client.folders = set()
 
 
 class Server(Program):
@@ -111,6 +115,8 @@ class Visitor:
 class Client(Program):
     """The client program in a session of its own."""
 
+    folders = set()
+
     def __init__(self, session):
         runtime = os.path.join(WORK, session)
         os.makedirs(runtime, mode=0o700, exist_ok=True)
@@ -122,6 +128,7 @@ class Client(Program):
             shutil.copy(os.path.join(BIN, "game.wav"), folder)
             shutil.copytree(os.path.join(BIN, "sounds"), os.path.join(folder, "sounds"))
         self.folder = folder
+        Client.folders.add(folder)
         super().__init__([os.path.join(folder, "kelvaron")],
                          env=dict(os.environ, XDG_RUNTIME_DIR=runtime, HOME=WORK))
 
@@ -291,7 +298,9 @@ class Client(Program):
         self.activate(title)
         key("Return")
         if not self.ended():
-            until(lambda: self.ended() or not self.has_window(title), f"the box {title!r} to go")
+            # The next box may have the same title.
+            until(lambda: self.ended() or not self.has_window(title) or self.box(title) != text,
+                  f"the box {title!r} to go")
 
     # The room.
 
@@ -319,6 +328,11 @@ class Client(Program):
     def user(self, name):
         return until(lambda: next((item for item in self.find(ROOM, "Users")
                                    if item.name == name), None), f"the user {name}")
+
+    def select(self, name):
+        self.activate(ROOM)
+        self.click(self.user(name))
+        until(lambda: has(self.user(name), pyatspi.STATE_SELECTED), f"{name} to be selected")
 
     # Menus.
 

@@ -9,6 +9,7 @@ def csdoom():
     """Launched from the menu, joined by a right click, left by Resume and Return from CS."""
     ann, bob = two_players("data-csdoom")
     ann.open_menu("Games", "Launch CSDOOM Server")
+    ann.answer(BOX, "kvconfig.cfg was not found")
     ann.answer(BOX, "where the CSDoom server is")
     ann.press(CONFIGURATION, "Cancel")
 
@@ -26,8 +27,7 @@ def csdoom():
     client.starts_with("-connect", "127.0.0.1")
     ann.shows(ROOM, "Status", "Hosting CSDOOM Server")
 
-    bob.activate(ROOM)
-    bob.click(bob.user("ann[CS]"))
+    bob.select("ann[CS]")
     bob.click(bob.user("ann[CS]"), button=3)
     entry = bob.menu_entry("Join CSDOOM Game")
     assert enabled(entry)

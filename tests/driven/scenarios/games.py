@@ -40,7 +40,7 @@ def first_configuration(ann, engine, gl_engine, doom2, wads):
 
 
 def choose_game(ann):
-    ann.click(ann.user("bob"))
+    ann.select("bob")
     ann.press(ROOM, "Request A Game")
     ann.activate(CHOICE)
     # The first brings the levels, the second takes its place.

@@ -3,6 +3,7 @@
 import os
 import shutil
 import subprocess
+from shlex import quote
 
 from desk import until
 from driver import BIN, ROOM, WORK, Program, two_players
@@ -37,8 +38,8 @@ class RealEngine:
         adapter = os.path.abspath(os.path.join(BIN, "engines/zdoom.exe"))
         with open(self.path, "w", encoding="utf-8") as file:
             file.write("#!/bin/sh\n"
-                       f"echo $$ >'{self.folder}/pid'\n"
-                       f"exec stdbuf -oL '{adapter}' \"$@\" >'{self.printed}' 2>&1\n")
+                       f"cd {quote(self.folder)} && echo $$ >pid\n"
+                       f"exec stdbuf -oL {quote(adapter)} \"$@\" >printed 2>&1\n")
         os.chmod(self.path, 0o755)
 
     def said(self):
@@ -79,7 +80,7 @@ def start_game(ann, bob):
         wads = os.path.join(engine.folder, "wads")
         subprocess.run([LINKER, wads], check=True, capture_output=True)
         configure(player, zdoom=engine.path, doom2=os.path.join(wads, "DOOM2.WAD"))
-    ann.click(ann.user("bob"))
+    ann.select("bob")
     ann.press(ROOM, "Request A Game")
     ann.activate(CHOICE)
     ann.tick(CHOICE, "Zdoom / DOOM2", "No Music", "No SFX", "Deathmatch")
