@@ -129,8 +129,11 @@ class Client(Program):
             shutil.copytree(os.path.join(BIN, "sounds"), os.path.join(folder, "sounds"))
         self.folder = folder
         Client.folders.add(folder)
+        # Games find no home but this either, and make no noise.
+        own = {name: WORK for name in ("HOME", "XDG_DATA_HOME", "XDG_CONFIG_HOME")}
         super().__init__([os.path.join(folder, "kelvaron")],
-                         env=dict(os.environ, XDG_RUNTIME_DIR=runtime, HOME=WORK))
+                         env=dict(os.environ, XDG_RUNTIME_DIR=runtime, SDL_AUDIODRIVER="dummy",
+                                  **own))
 
     # Windows.
 
@@ -160,8 +163,8 @@ class Client(Program):
     def has_window(self, wanted):
         return self.look_for_window(wanted) is not None
 
-    def no_window(self, wanted):
-        until(lambda: not self.has_window(wanted), f"the window {wanted!r} to go")
+    def no_window(self, wanted, patience=PATIENCE):
+        until(lambda: not self.has_window(wanted), f"the window {wanted!r} to go", patience)
 
     def activate(self, wanted):
         """Brings a window to the front and gives it the keyboard."""

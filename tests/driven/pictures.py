@@ -4,8 +4,9 @@ import os
 import subprocess
 import time
 
+import game_pictures
 from desk import key, picture, write, x
-from driver import LOGIN, MOTD, ROOM, Client, Server, Visitor
+from driver import LOGIN, MOTD, ROOM, Client, Program, Server, Visitor
 
 # What somebody says or does, and then what it is.
 TALK = (
@@ -75,7 +76,10 @@ def pictures(folder):
     write("shall we take the red base?")
     shoot(ann, form, at("private_message.png"))
     key("Escape")
+    game_pictures.forms(ann, crowd, shoot, at)
     for name in ("Crusher", "Hellion"):
         ann.enter("/mute " + name)
         ann.answer("Kelvaron")
     shoot(ann, "People you have Muted", at("mute_list.png"))
+    Program.stop_all()
+    game_pictures.match(at("game.png"))
