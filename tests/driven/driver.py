@@ -352,14 +352,18 @@ class Client(Program):
             time.sleep(0.1)
 
 
-def two_players(folder):
-    """Ann and Bob in one room."""
-    Server(folder)
-    players = Client("ann"), Client("bob")
+def enter_room(*names):
+    """Clients that are in the room and see each other."""
+    players = [Client(session) for session in ("ann", "bob")[:len(names)]]
     for player in players:
         player.window(LOGIN)  # one that comes later would take the keyboard
-    for player, name in zip(players, ("ann", "bob")):
+    for player, name in zip(players, names):
         player.log_in(name)
     for player in players:
-        player.lists("ann", "bob")
+        player.lists(*sorted(names))
     return players
+
+
+def two_players(folder, *names):
+    Server(folder)
+    return enter_room(*(names or ("ann", "bob")))

@@ -3,7 +3,7 @@
 import time
 
 from desk import key, picture, until, x
-from driver import ROOM, Client, Server
+from driver import ROOM, two_players
 from game_setup import (CHOICE, CONFIGURATION, FIRST_WAITING, IN_GAME, LAST_LOOK, OFFER, WAITING,
                         Engine, configure, folder_for_games)
 from scenarios import real_engines
@@ -80,12 +80,7 @@ def place(client, title, left, top):
 def match(path):
     """Two clients and their game on one screen."""
     real_engines.needs_game()
-    Server("data-match")
-    players = Client("ann"), Client("bob")
-    for player, name in zip(players, ("Marine", "Hellion")):
-        player.log_in(name)
-    host, guest = players
-    guest.lists("Hellion", "Marine")
+    players = host, guest = two_players("data-match", "Marine", "Hellion")
     guest.enter("rematch on the red base? deathmatch this time")
     host.enter("you're on - map 7, skill 4")
     guest.reads("skill 4")

@@ -3,6 +3,7 @@
 import os
 import shutil
 import subprocess
+import time
 from shlex import quote
 
 from desk import until
@@ -99,9 +100,14 @@ def start_game(host, guest):
     guest.press(OFFER, "Accept")
     host.shows(FIRST_WAITING, "Player 1 accepted", "lit")
     host.press(FIRST_WAITING, "GO")
+    def left():
+        if guest.has_window(LAST_LOOK):
+            guest.press(LAST_LOOK, "OK")
+            time.sleep(0.5)
+        return not guest.has_window(LAST_LOOK)
+    guest.window(LAST_LOOK)
     # The host's game may come up under the mouse: who missed clicks again.
-    until(lambda: guest.press(LAST_LOOK, "OK") or guest.no_window(LAST_LOOK, 2) or True,
-          "the last look to be left", 20)
+    until(left, "the last look to be left", 20)
     engines[host].says("player 1 of 2", 40)
     engines[guest].says("player 2 of 2", 20)
     return engines
