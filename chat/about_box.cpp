@@ -1,8 +1,7 @@
 #include "chat/about_box.h"
 
-#include <algorithm>
 #include <array>
-#include <ranges>
+#include <optional>
 
 #include "build_settings.h"
 #include "chat/colors.h"
@@ -19,8 +18,8 @@ std::string hexadecimal(const std::string& bytes) {
   constexpr std::array<char, 16> kDigits = {'0', '1', '2', '3', '4', '5', '6', '7',
                                             '8', '9', 'A', 'B', 'C', 'D', 'E', 'F'};
   std::string digits;
-  for (const char each : bytes | std::views::reverse) {
-    const auto byte = static_cast<unsigned char>(each);
+  for (auto each = bytes.rbegin(); each != bytes.rend(); ++each) {
+    const auto byte = static_cast<unsigned char>(*each);
     if (byte >= 16) digits += kDigits[byte / 16U];
     digits += kDigits[byte % 16U];
   }
@@ -33,7 +32,7 @@ frmAbout::frmAbout(Client& client)
     : Form({.name = "frmAbout",
             .caption = "",
             .width = 580 * kTwipsPerPixel,
-            .height = 372 * kTwipsPerPixel}),
+            .height = 340 * kTwipsPerPixel}),
       client_(client) {
   Image1.AccessibleName = "Kelvaron icon";
   Image2.AccessibleName = "Kelvaron logo";

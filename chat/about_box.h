@@ -19,18 +19,18 @@ class frmAbout : public Form {
   Label lblTitle{*this, "lblTitle", pixels(108, 74, 110, 24), ""};
   Label lblVersion{*this, "lblVersion", pixels(226, 74, 180, 24), ""};
   Label lblDescription{
-      *this, "lblDescription", pixels(20, 112, 540, 96),
+      *this, "lblDescription", pixels(20, 112, 540, 80),
       "Kelvaron is the best and most fun way to launch Doom, Doom2 and other doom port multiplayer "
       "games over the internet! No need to know what an IP address is, or how to make it all work, "
       "Kelvaron does all the work for you! Just select your players, and go!"};
   Label lblDisclaimer{
-      *this, "lblDisclaimer", pixels(20, 216, 540, 60),
+      *this, "lblDisclaimer", pixels(20, 200, 540, 46),
       "Warning: No other 3rd party clients are permitted to access the Kelvaron network. If you "
       "have ideas for Kelvaron, please contact QZN or Sorrel."};
-  Label Label8{*this, "Label8", pixels(20, 286, 540, 24),
+  Label Label8{*this, "Label8", pixels(20, 254, 540, 24),
                "Logo, icon and login picture were drawn for Kelvaron by its makers."};
-  CommandButton cmdSysInfo{*this, "cmdSysInfo", pixels(296, 326, 140, 30), "&System Info..."};
-  CommandButton cmdOK{*this, "cmdOK", pixels(448, 326, 112, 30), "OK"};
+  CommandButton cmdOK{*this, "cmdOK", pixels(448, 294, 112, 30), "OK"};
+  CommandButton cmdSysInfo{*this, "cmdSysInfo", pixels(296, 294, 140, 30), "&System Info..."};
 
   /// Finds the system's information tool in the registry and starts it, or says that it can't.
   void StartSysInfo();

@@ -1,9 +1,11 @@
 #include "desktop/file_dialog.h"
 
+#include <QDialogButtonBox>
 #include <QDir>
 #include <QFileInfo>
 #include <QHeaderView>
 #include <QLineEdit>
+#include <QPushButton>
 #include <QTreeView>
 #include <utility>
 
@@ -56,6 +58,12 @@ FileBox::FileBox(const FileDialog& dialog, const QString& folderBefore)
   setDirectory(folder.isEmpty() ? QDir::homePath() : folder);
   nameParts();
   showColumns();
+  // The toolkit takes the button away for a name without its extension.
+  connect(&edit(), &QLineEdit::textChanged, this, [this](const QString& text) {
+    if (auto* box = findChild<QDialogButtonBox*>(); box != nullptr && !text.isEmpty()) {
+      box->button(QDialogButtonBox::Open)->setEnabled(true);
+    }
+  });
   resize(kSize);
 }
 

@@ -24,15 +24,7 @@ Tuner::~Tuner() {
 }
 
 std::string Tuner::prepare() {
-  if (!std::exchange(tried_, true)) {
-    vlc_ = VlcLibrary::load();
-    if (vlc_ != nullptr) instance_ = vlc_->makeInstance(output_);
-    if (instance_ != nullptr) player_ = vlc_->playerNew(instance_);
-    if (player_ != nullptr) {
-      vlc_->eventAttach(vlc_->playerEventManager(player_), libvlc_MediaPlayerBuffering, buffering,
-                        &filled_);
-    }
-  }
+  if (!std::exchange(tried_, true)) load();
   if (vlc_ == nullptr) {
     return "The radio is silent: it needs the media library libVLC (libvlc5), which is not "
            "installed.";
@@ -45,6 +37,17 @@ std::string Tuner::prepare() {
     return "The radio is silent: this machine has no sound device.";
   }
   return {};
+}
+
+void Tuner::load() {
+  vlc_ = VlcLibrary::load();
+  if (vlc_ == nullptr) return;
+  instance_ = vlc_->makeInstance(output_);
+  if (instance_ == nullptr) return;
+  player_ = vlc_->playerNew(instance_);
+  if (player_ == nullptr) return;
+  vlc_->eventAttach(vlc_->playerEventManager(player_), libvlc_MediaPlayerBuffering, buffering,
+                    &filled_);
 }
 
 void Tuner::play(std::vector<std::string> streams) {

@@ -42,6 +42,7 @@ class Tuner {
 
  private:
   static void buffering(const libvlc_event_t* event, void* filled);
+  void load();
   void playNext();
   void takeSubItems();
   void tendVolume();

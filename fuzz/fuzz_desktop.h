@@ -159,7 +159,7 @@ class FuzzDesktop : SocketPort,
     files.push_back(std::make_shared<FuzzFile>(FuzzFile{name, {}}));
     return std::make_unique<Received>(files.back());
   }
-  std::unique_ptr<LocalHostLookUp> lookUp(LocalHostPort::Done) override {
+  std::unique_ptr<LocalHostLookUp> localHostAddress(LocalHostPort::Done) override {
     return std::make_unique<LocalHostLookUp>();
   }
 };

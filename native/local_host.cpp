@@ -78,7 +78,7 @@ class PendingLookUp final : public LocalHostLookUp {
 
 }  // namespace
 
-std::unique_ptr<LocalHostLookUp> NativeLocalHost::lookUp(Done done) {
+std::unique_ptr<LocalHostLookUp> NativeLocalHost::localHostAddress(Done done) {
   return std::make_unique<PendingLookUp>(loop_, std::move(done));
 }
 

@@ -9,7 +9,7 @@ namespace kelvaron {
 class NativeLocalHost final : public LocalHostPort {
  public:
   explicit NativeLocalHost(EventLoop& loop) : loop_(loop) {}
-  std::unique_ptr<LocalHostLookUp> lookUp(Done done) override;
+  std::unique_ptr<LocalHostLookUp> localHostAddress(Done done) override;
 
  private:
   EventLoop& loop_;

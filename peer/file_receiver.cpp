@@ -41,9 +41,9 @@ Frm_Client::Frm_Client(Client& client)
 
 void Frm_Client::Form_Load() {
   Txt_File.Text = received("");
-  localHost_ = client_.ports.localHost.lookUp(
+  localHost_ = client_.ports.localHost.localHostAddress(
       [this](const LocalHostAnswer& answer) { client_.edge.run([&] { showLocalHost(answer); }); });
-  // Last, as a box of its may be closed by unloading the form.
+  // Last, as it may open a box, which the user closes when he likes.
   Btn_Listen.Click();
 }
 

@@ -34,7 +34,7 @@ class LocalHostPort {
 
   /// Looks the machine's name up, which may take the name service many seconds. Never blocks and
   /// never faults: `done` is called once in a later turn of the loop; it may destroy the look-up.
-  virtual std::unique_ptr<LocalHostLookUp> lookUp(Done done) = 0;
+  virtual std::unique_ptr<LocalHostLookUp> localHostAddress(Done done) = 0;
 };
 
 }  // namespace kelvaron

@@ -2,11 +2,13 @@
 #include <gmock/gmock.h>
 
 #include <QComboBox>
+#include <QDialogButtonBox>
 #include <QDir>
 #include <QFileDialog>
 #include <QLabel>
 #include <QLineEdit>
 #include <QListView>
+#include <QPushButton>
 #include <fstream>
 
 #include "platform/common_dialog.h"
@@ -40,14 +42,20 @@ struct FileDesk : Desk {
     });
     return dialogs.openFile(dialog);
   }
-  static void type(QFileDialog& box, const QString& name) {
+  enum class Last { enter, button };
+  static void type(QFileDialog& box, const QString& name, Last last = Last::enter) {
     auto& edit = *box.findChild<QLineEdit*>("fileNameEdit");
     box.activateWindow();
     edit.setFocus();
     ASSERT_TRUE(QTest::qWaitFor([&] { return edit.hasFocus(); }, 2000));
     edit.selectAll();
     edit.insert(name);
-    QTest::keyClick(&edit, Qt::Key_Return);
+    if (last == Last::enter) {
+      QTest::keyClick(&edit, Qt::Key_Return);
+    } else {
+      QTest::mouseClick(box.findChild<QDialogButtonBox*>()->button(QDialogButtonBox::Open),
+                        Qt::LeftButton);
+    }
   }
 
   TemporaryFolder home;
@@ -141,16 +149,22 @@ TEST(FileDialogs, WhatTheyGive) {
       {"sub/inner", "wad", "sub/inner.wad"},
   };
   for (const Row& row : rows) {
-    CommonDialog dialog;
-    dialog.InitDir = desk.full("");
-    dialog.DefaultExt = row.extension;
-    Desk::whenBoxOpens([&](QWidget& box) {
-      FileDesk::type(dynamic_cast<QFileDialog&>(box), QString::fromUtf8(row.typed));
-    });
-    EXPECT_TRUE(dialog.ShowOpen(desk.dialogs)) << row.typed;
-    EXPECT_EQ(dialog.FileName, desk.full(row.given));
-    EXPECT_EQ(dialog.FileTitle,
-              std::string(row.given).substr(std::string(row.given).rfind('/') + 1));
+    for (const auto last : {FileDesk::Last::enter, FileDesk::Last::button}) {
+      CommonDialog dialog;
+      dialog.InitDir = desk.full("");
+      dialog.DefaultExt = row.extension;
+      Desk::whenBoxOpens([&](QWidget& box) {
+        FileDesk::type(dynamic_cast<QFileDialog&>(box), QString::fromUtf8(row.typed), last);
+        if (box.isVisible()) {
+          ADD_FAILURE() << row.typed;
+          box.close();
+        }
+      });
+      EXPECT_TRUE(dialog.ShowOpen(desk.dialogs)) << row.typed;
+      EXPECT_EQ(dialog.FileName, desk.full(row.given));
+      EXPECT_EQ(dialog.FileTitle,
+                std::string(row.given).substr(std::string(row.given).rfind('/') + 1));
+    }
   }
   CommonDialog dialog;
   dialog.FileName = "before";

@@ -10,17 +10,9 @@
 #include <QTest>
 #include <functional>
 
-#include "chat/main_window.h"
-#include "client/kelvaron_client.h"
-#include "desktop/dialogs.h"
 #include "desktop/qt_event_loop.h"
-#include "desktop/shell.h"
-#include "native/program_files.h"
 #include "tests/desktop/radio_station.h"
-#include "tests/support/no_processes.h"
-#include "tests/support/quiet_ports.h"
-#include "tests/support/temporary_folder.h"
-#include "tests/support/test_desktop.h"
+#include "tests/desktop/room_desk.h"
 
 namespace kelvaron::testing {
 namespace {
@@ -177,14 +169,8 @@ TEST_F(RadioTest, AMachineWithoutSoundSaysSoOncePerPress) {
   EXPECT_LE(troubles.size(), 2U) << "not once more when nothing is found";
 }
 
-// A room on the screen with the radio behind its menu.
-class RadioRoom : public ::testing::Test, private SoundPort, private Application {
+class RadioRoom : public ::testing::Test, protected RoomDesk {
  protected:
-  RadioRoom() { room().Show(); }
-  frmMain& room() { return client->form<frmMain>(); }
-  QWidget& widgetOf(const Control& control) {
-    return shell.shown(room())->viewOf(control)->widget();
-  }
   // Whether the label shows the text, written there by the timer of the room.
   bool displays(const QString& text) {
     return QTest::qWaitFor([&] {
@@ -193,37 +179,11 @@ class RadioRoom : public ::testing::Test, private SoundPort, private Application
     });
   }
 
-  QtEventLoop loop;
   RadioStation station{loop};
-  RoutedSocketPort sockets{loop, station.port()};
-  Edge edge;
-  EventGate gate{edge};
-  QtDialogs dialogs{gate};
-  TemporaryFolder folder;
-  ProgramFiles files{folder.path()};
-  NoProcesses processes;
-  EmptyRegistry registry;
-  Radio radio{sockets, loop, VlcLibrary::Output::silent};
-  std::unique_ptr<Client> client = makeClient(edge, Ports{.sockets = sockets,
-                                                          .dialogs = dialogs,
-                                                          .sound = *this,
-                                                          .files = files,
-                                                          .application = *this,
-                                                          .processes = processes,
-                                                          .registry = registry,
-                                                          .player = radio});
-  Shell shell{*client, gate};
-
- private:
-  void play(std::string_view /*name*/) override {}
-  void playBeside(std::string_view /*name*/) override {}
-  bool PrevInstance() const override { return false; }
-  [[noreturn]] void End() override { throw ProgramEnd{}; }
-  void DoEvents() override {}
-  void showPage(const std::string& /*address*/) override {}
 };
 
 TEST_F(RadioRoom, TheDisplayFollowsTheStream) {
+  sockets.routeTo(station.port());
   station.keepWaiting("/tone.wav");
   station.serve("/startstream.asx?stationid=KKRZ-FM", kAsxType, asx(station.address("/tone.wav")));
   QTest::qWait(1);

@@ -14,10 +14,11 @@ TEST(LocalHost, AnswersWithAnAddressOrNothing) {
   PollLoop loop;
   NativeLocalHost port(loop);
   std::optional<LocalHostAnswer> answer;
-  std::unique_ptr<LocalHostLookUp> pending = port.lookUp([&](const LocalHostAnswer& told) {
-    answer = told;
-    pending.reset();
-  });
+  std::unique_ptr<LocalHostLookUp> pending =
+      port.localHostAddress([&](const LocalHostAnswer& told) {
+        answer = told;
+        pending.reset();
+      });
   EXPECT_FALSE(answer);
   ASSERT_TRUE(loop.runUntil([&] { return answer.has_value(); }, std::chrono::seconds(30)));
   EXPECT_EQ(answer->nameError, 0);
@@ -27,7 +28,7 @@ TEST(LocalHost, AnswersWithAnAddressOrNothing) {
 TEST(LocalHost, DestroyedIsToldNoMore) {
   PollLoop loop;
   NativeLocalHost port(loop);
-  port.lookUp([](const LocalHostAnswer&) { FAIL(); }).reset();
+  port.localHostAddress([](const LocalHostAnswer&) { FAIL(); }).reset();
   loop.runUntil([] { return false; }, std::chrono::milliseconds(100));
 }
 

@@ -1,7 +1,8 @@
 // The receiving side against whoever connects to it.
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
-#include <sys/stat.h>
+#include <signal.h>
+#include <sys/resource.h>
 
 #include "peer/transfer.h"
 #include "tests/peer/two_desks.h"
@@ -269,6 +270,24 @@ TEST_F(Receiver, FileThatCannotBeMadeIsToldAndTheConnectionClosed) {
   EXPECT_EQ(bob.boxes[0].style, box_style::kCritical);
   EXPECT_THAT(bob.boxes[0].text, HasSubstr("The file m cannot be written"));
   EXPECT_TRUE(until([&] { return hostile->State() != SocketState::connected; }));
+}
+
+TEST_F(Receiver, DiskThatTakesNoMoreIsToldAndWhatCameStays) {
+  rlimit before{};
+  ASSERT_EQ(::getrlimit(RLIMIT_FSIZE, &before), 0);
+  const auto ignored = ::signal(SIGXFSZ, SIG_IGN);
+  rlimit tight = before;
+  tight.rlim_cur = 10;
+  ASSERT_EQ(::setrlimit(RLIMIT_FSIZE, &tight), 0);
+  connect();
+  say({"FILEINFO|20|m|", "0123456789", "0123456789"});
+  EXPECT_TRUE(until([&] { return !bob.boxes.empty(); }));
+  ::setrlimit(RLIMIT_FSIZE, &before);
+  ::signal(SIGXFSZ, ignored);
+  EXPECT_THAT(bob.boxes[0].text, HasSubstr("The file m cannot be written: File too large"));
+  EXPECT_TRUE(until([&] { return hostile->State() != SocketState::connected; }));
+  EXPECT_EQ(contentOf(arrived("m.part")), "0123456789");
+  EXPECT_FALSE(receiverShows(kWholeCaption));
 }
 
 TEST_F(Receiver, NameThatAFolderHasIsToldAndTheContentKept) {

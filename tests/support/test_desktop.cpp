@@ -104,7 +104,7 @@ std::unique_ptr<Echo> TestDesktop::send(std::uint32_t address, std::string_view 
   return echoes->send(address, data, timeOut, std::move(done));
 }
 
-std::unique_ptr<LocalHostLookUp> TestDesktop::lookUp(LocalHostPort::Done done) {
+std::unique_ptr<LocalHostLookUp> TestDesktop::localHostAddress(LocalHostPort::Done done) {
   class Answered : public LocalHostLookUp {
    public:
     explicit Answered(std::unique_ptr<LoopWatch> turn) : turn_(std::move(turn)) {}

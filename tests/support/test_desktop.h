@@ -138,7 +138,7 @@ class TestDesktop : private Dialogs,
   void DoEvents() override;
   std::unique_ptr<Echo> send(std::uint32_t address, std::string_view data,
                              std::chrono::milliseconds timeOut, EchoPort::Done done) override;
-  std::unique_ptr<LocalHostLookUp> lookUp(LocalHostPort::Done done) override;
+  std::unique_ptr<LocalHostLookUp> localHostAddress(LocalHostPort::Done done) override;
   void showPage(const std::string& address) override { pages.push_back(address); }
 
   std::optional<FormTimers> timers_;
