@@ -84,15 +84,15 @@ def match(path):
     guest.enter("rematch on the red base? deathmatch this time")
     host.enter("you're on - map 7, skill 4")
     guest.reads("skill 4")
+    corners = (10, 10), (630, 470)
+    for player, corner in zip(players, corners):
+        place(player, ROOM, *corner)
     real_engines.start_game(host, guest)
+    for player, (left, top) in zip(players, corners):
+        place(player, IN_GAME, left + 300, top + 300)
     windows = until(lambda: x("search", "--onlyvisible", "--class", "chocolate").split(),
                     "the games' windows")
-    for player, (left, top) in zip(players, ((10, 10), (630, 470))):
-        place(player, ROOM, left, top)
-        place(player, IN_GAME, left + 300, top + 300)
-    time.sleep(3)  # the level has come in
     for window, (left, top) in zip(windows, ((940, 20), (10, 680))):
-        x("windowmove", window, left, top)
-        x("windowraise", window)
+        x("windowmove", window, left, top, "windowraise", window)
     time.sleep(1)
     picture(path)
