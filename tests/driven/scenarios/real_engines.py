@@ -93,7 +93,8 @@ def start_game(host, guest):
     host.select(guest.name)
     host.press(ROOM, "Request A Game")
     host.activate(CHOICE)
-    host.tick(CHOICE, "Zdoom / DOOM2", "No Music", "No SFX", "Deathmatch")
+    host.tick(CHOICE, "Zdoom / DOOM2", "No Monsters", "No Music", "No SFX",
+              "Deathmatch")
     host.choose(CHOICE, "Skill", "4")
     host.choose(CHOICE, "Warp to Level", "07")
     host.press(CHOICE, "Send Request")
