@@ -187,13 +187,15 @@ class Client(Program):
     # Widgets.
 
     def look_for(self, window, name, role=None):
-        return next((node for node in walk(self.window(window))
+        return next((node for node in walk(self.look_for_window(window))
                      if node.name == name and (role is None or node.getRoleName() == role)), None)
 
     def find(self, window, name, role=None):
-        return until(lambda: self.look_for(window, name, role),
-                     lambda: f"{role or 'widget'} {name!r} in {window!r}, which has "
-                     f"{[(n.getRoleName(), n.name) for n in walk(self.window(window))]}")
+        def about():
+            found = self.look_for_window(window)
+            there = [(n.getRoleName(), n.name) for n in walk(found)] if found else self.windows()
+            return f"{role or 'widget'} {name!r} in {window!r}, where {there} is"
+        return until(lambda: self.look_for(window, name, role), about)
 
     def has_focus(self, window, name):
         until(lambda: any(node.name == name and has(node, pyatspi.STATE_FOCUSED)

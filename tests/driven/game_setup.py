@@ -1,8 +1,9 @@
 """Engines that record how they were started, and configurations that lead to them."""
 
 import os
+import time
 
-from desk import until
+from desk import key, until
 from driver import BIN, ROOM, WORK
 
 RECORDING_ENGINE = os.path.abspath(
@@ -88,9 +89,19 @@ def in_game(player, others):
         until(lambda: name + "[IG]" in other.users(), f"{name} to be marked")
 
 
-def resumes(player, others):
-    player.press(IN_GAME, "Resume")
+def resumes(player, others, at="Resume"):
+    """Back by the button, or by a click on the form."""
+    player.activate(IN_GAME)
+    player.click(player.find(IN_GAME, at))
     player.no_window(IN_GAME)
     player.shows(ROOM, "Status", "Ready to Play")
     for other in others:
         until(lambda: player.name in other.users(), f"the mark of {player.name} to go")
+
+
+def stays(player, window):
+    """A window that can't be closed by its frame."""
+    player.activate(window)
+    key("alt+F4")
+    time.sleep(0.3)
+    assert player.has_window(window)

@@ -36,7 +36,7 @@ def csdoom():
     client.starts_with("-connect", "127.0.0.1")
     assert not server.was_started()
     in_game(bob, [ann])
-    resumes(bob, [ann])
+    resumes(bob, [ann], at="Chat Suspended")
 
     ann.press(ROOM, "Return from CS")
     for player in (ann, bob):

@@ -4,9 +4,9 @@ import os
 
 from desk import key, process_at_work, until
 from driver import ROOM, Client, Server, two_players
-from game_setup import (BOX, CHOICE, CONFIGURATION, FIRST_WAITING, LAST_LOOK, OFFER, WAITING,
-                        Engine, config_file, config_text, configure, folder_for_games, game_file,
-                        in_game, resumes)
+from game_setup import (BOX, CHOICE, CONFIGURATION, FIRST_WAITING, IN_GAME, LAST_LOOK, OFFER,
+                        WAITING, Engine, config_file, config_text, configure, folder_for_games,
+                        game_file, in_game, resumes, stays)
 
 WAD = "Castle Of Evil.wad"
 
@@ -122,8 +122,8 @@ def whole_road():
                           "-file", os.path.join(wads[ann_games], WAD))
     in_game(ann, [bob])
 
-    command = (f"{said['gl_zdoom']} -iwad {said['doom2']} -join 127.0.0.1 -file {said['wads']}\\{WAD}"
-               f"  -extratic  {OPTIONS}")
+    command = (f"{said['gl_zdoom']} -iwad {said['doom2']} -join 127.0.0.1 "
+               f"-file {said['wads']}\\{WAD}  -extratic  {OPTIONS}")
     until(lambda: bob.text_in(LAST_LOOK, "Command").rstrip("\n") == command,
           lambda: f"{command!r}, not {bob.text_in(LAST_LOOK, 'Command')!r}")
     bob.tick(LAST_LOOK, "Record a Demo")
@@ -157,6 +157,7 @@ def solo_game():
     ann.answer(BOX, "Your demo will be placed in the Kelvaron Directory")
     engine.starts_with("-IWAD", doom2, "-record", os.path.join(ann.folder, "kvdemo"))
     in_game(ann, [ann])
+    stays(ann, IN_GAME)
     resumes(ann, [ann])
     assert ann.ticked(CHOICE, "Zdoom / DOOM2")
     ann.press(CHOICE, "Cancel")
@@ -169,7 +170,8 @@ def failing_engines():
     ann = Client("ann")
     games = folder_for_games("failing games")
     doom2 = game_file(games, "doom2.wad")
-    engine = Engine(games, "zdoom.exe", ("say loading the map", "warn Error: no such map", "exit 3"))
+    engine = Engine(games, "zdoom.exe",
+                    ("say loading the map", "warn Error: no such map", "exit 3"))
     text = game_file(games, "text.exe")
     gone = os.path.join(games, "gone.exe")
     configure(ann, zdoom=engine.path, doom2=doom2)

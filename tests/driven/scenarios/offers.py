@@ -5,8 +5,8 @@ import time
 
 from desk import key, until, write, x
 from driver import ROOM, Client, Server, Visitor
-from game_setup import (LAST_LOOK, OFFER, QUESTION, Engine, configure, folder_for_games, game_file,
-                        in_game, resumes)
+from game_setup import (BOX, LAST_LOOK, OFFER, QUESTION, Engine, configure, folder_for_games,
+                        game_file, in_game, resumes, stays)
 
 TYPED = "".join(f"word{i} " for i in range(30))
 
@@ -45,7 +45,8 @@ def flood_of_offers():
     until(lambda: bob.message() == TYPED, lambda: f"{TYPED!r}, not {bob.message()!r}")
     assert [w.name for w in bob.windows()].count(OFFER) == 1
     assert x("getactivewindow") == room
-    # Who wants to answer can.
+    # Who wants to answer can, and who doesn't can't put it away.
+    stays(bob, OFFER)
     bob.press(OFFER, "Decline")
     mallory.hears("DECLINE\tbob\r\n")
     bob.no_window(OFFER)
@@ -79,4 +80,34 @@ def unusual_offer():
     resumes(bob, [bob])
 
 
-SCENARIOS = [flood_of_offers, unusual_offer]
+def offer_before_setup():
+    """Without the file of the setup there is only a box; with an empty one, the last look tells
+    what is missing."""
+    Server("data-unset")
+    bob = Client("bob")
+    bob.log_in("bob")
+    mallory = Visitor("mallory")
+    bob.lists("bob", "mallory")
+    offers(mallory)
+    bob.answer(BOX, "Please create it to avoid seeing this message")
+    assert not bob.has_window(OFFER)
+    configure(bob)
+    offers(mallory)
+    bob.holds(OFFER, "Game", "ZDOOM / DOOM2")
+    bob.press(OFFER, "Accept")
+    mallory.hears("XCEPT\tbob\r\n")
+    mallory.send("START", "bob")
+    bob.press(LAST_LOOK, "OK")
+    text = bob.box(QUESTION)
+    for words in ("where the engine of this game is", "where the wad of this game is"):
+        assert words in text, (words, text)
+    bob.activate(QUESTION)
+    key("Return")
+    bob.no_window(QUESTION)
+    bob.press(LAST_LOOK, "Cancel Launch")
+    bob.no_window(LAST_LOOK)
+    bob.enter("what do I need for that?")
+    bob.reads("bob: what do I need")
+
+
+SCENARIOS = [flood_of_offers, unusual_offer, offer_before_setup]
