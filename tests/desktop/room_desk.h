@@ -11,6 +11,9 @@
 #include "desktop/qt_event_loop.h"
 #include "desktop/radio.h"
 #include "desktop/shell.h"
+#include "native/echo.h"
+#include "native/file_streams.h"
+#include "native/local_host.h"
 #include "native/program_files.h"
 #include "tests/support/no_processes.h"
 #include "tests/support/quiet_ports.h"
@@ -42,6 +45,9 @@ class RoomDesk : private SoundPort, private Application {
   NoProcesses processes;
   EmptyRegistry registry;
   Radio radio{sockets, loop, VlcLibrary::Output::silent};
+  NativeEcho echo{loop};
+  DiskStreams streams{folder.path()};
+  NativeLocalHost localHost{loop};
   std::unique_ptr<Client> client = makeClient(edge, Ports{.sockets = sockets,
                                                           .dialogs = dialogs,
                                                           .sound = *this,
@@ -49,7 +55,10 @@ class RoomDesk : private SoundPort, private Application {
                                                           .application = *this,
                                                           .processes = processes,
                                                           .registry = registry,
-                                                          .player = radio});
+                                                          .player = radio,
+                                                          .echo = echo,
+                                                          .streams = streams,
+                                                          .localHost = localHost});
   Shell shell{*client, gate};
 
  private:
