@@ -243,7 +243,10 @@ void ShownForm::watchPointer() {
 void ShownForm::nameByLabels() {
   for (std::size_t i = 0; i + 1 < views_.size(); ++i) {
     const bool leads = views_[i]->control()->kind == ControlKind::label;
-    if (leads && views_[i + 1]->takesKeyboard()) {
+    // What has a caption has a name of its own.
+    const ControlKind next = views_[i + 1]->control()->kind;
+    const bool captioned = next == ControlKind::button || next == ControlKind::checkBox;
+    if (leads && !captioned && views_[i + 1]->takesKeyboard()) {
       static_cast<LabelView&>(*views_[i]).setBuddy(*views_[i + 1]);
     }
   }

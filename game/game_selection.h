@@ -19,30 +19,30 @@ class game1 : public Form {
   Label Label1{*this, "Label1", pixels(16, 10, 500, 30), "Kelvaron Game Request"};
 
   Frame Frame1{*this, "Frame1", pixels(16, 46, 400, 166), "Select Game"};
-  CheckBox Check25{Frame1, "Check25", pixels(14, 28, 180, 24), kGames[0].caption};
-  CheckBox Check26{Frame1, "Check26", pixels(14, 54, 180, 24), kGames[1].caption};
-  CheckBox Check27{Frame1, "Check27", pixels(14, 80, 180, 24), kGames[2].caption};
-  CheckBox Check28{Frame1, "Check28", pixels(14, 106, 180, 24), kGames[3].caption};
-  CheckBox Check29{Frame1, "Check29", pixels(14, 132, 180, 24), kGames[4].caption};
-  CheckBox Check30{Frame1, "Check30", pixels(206, 28, 184, 24), kGames[5].caption};
-  CheckBox Check31{Frame1, "Check31", pixels(206, 54, 184, 24), kGames[6].caption};
-  CheckBox Check32{Frame1, "Check32", pixels(206, 80, 184, 24), kGames[7].caption};
-  CheckBox Check33{Frame1, "Check33", pixels(206, 106, 184, 24), kGames[8].caption};
-  CheckBox Check34{Frame1, "Check34", pixels(206, 132, 184, 24), kGames[9].caption};
+  CheckBox Check25{Frame1, "Check25", pixels(14, 28, 176, 24), kGames[0].caption};
+  CheckBox Check26{Frame1, "Check26", pixels(14, 54, 176, 24), kGames[1].caption};
+  CheckBox Check27{Frame1, "Check27", pixels(14, 80, 176, 24), kGames[2].caption};
+  CheckBox Check28{Frame1, "Check28", pixels(14, 106, 176, 24), kGames[3].caption};
+  CheckBox Check29{Frame1, "Check29", pixels(14, 132, 176, 24), kGames[4].caption};
+  CheckBox Check30{Frame1, "Check30", pixels(194, 28, 202, 24), kGames[5].caption};
+  CheckBox Check31{Frame1, "Check31", pixels(194, 54, 202, 24), kGames[6].caption};
+  CheckBox Check32{Frame1, "Check32", pixels(194, 80, 202, 24), kGames[7].caption};
+  CheckBox Check33{Frame1, "Check33", pixels(194, 106, 202, 24), kGames[8].caption};
+  CheckBox Check34{Frame1, "Check34", pixels(194, 132, 202, 24), kGames[9].caption};
 
   Frame fraOptions{*this, "fraOptions", pixels(16, 222, 400, 192), "Options"};
-  CheckBox Check1{fraOptions, "Check1", pixels(14, 28, 180, 24), "No Monsters"};
-  CheckBox Check2{fraOptions, "Check2", pixels(14, 54, 180, 24), "No Music"};
-  CheckBox Check3{fraOptions, "Check3", pixels(14, 80, 180, 24), "No SFX"};
-  CheckBox Check4{fraOptions, "Check4", pixels(14, 106, 180, 24), "Monsters Respawn"};
-  CheckBox Check20{fraOptions, "Check20", pixels(14, 132, 180, 24), "Fast Monsters"};
-  CheckBox Check5{fraOptions, "Check5", pixels(206, 28, 184, 24), "Deathmatch (Respawn)"};
-  CheckBox Check6{fraOptions, "Check6", pixels(206, 54, 184, 24), "Deathmatch"};
-  CheckBox Check7{fraOptions, "Check7", pixels(206, 80, 184, 24), "Co-Op"};
-  CheckBox Check35{fraOptions, "Check35", pixels(206, 106, 184, 24), "Record Demo (Host Only)"};
+  CheckBox Check1{fraOptions, "Check1", pixels(14, 28, 176, 24), "No Monsters"};
+  CheckBox Check2{fraOptions, "Check2", pixels(14, 54, 176, 24), "No Music"};
+  CheckBox Check3{fraOptions, "Check3", pixels(14, 80, 176, 24), "No SFX"};
+  CheckBox Check4{fraOptions, "Check4", pixels(14, 106, 176, 24), "Monsters Respawn"};
+  CheckBox Check20{fraOptions, "Check20", pixels(14, 132, 176, 24), "Fast Monsters"};
+  CheckBox Check5{fraOptions, "Check5", pixels(194, 28, 202, 24), "Deathmatch (Respawn)"};
+  CheckBox Check6{fraOptions, "Check6", pixels(194, 54, 202, 24), "Deathmatch"};
+  CheckBox Check7{fraOptions, "Check7", pixels(194, 80, 202, 24), "Co-Op"};
+  CheckBox Check35{fraOptions, "Check35", pixels(194, 106, 202, 24), "Record Demo (Host Only)"};
   CheckBox Check36{fraOptions, "Check36", pixels(14, 158, 372, 24),
                    "Extratic (Sends backup movements)"};
-  CheckBox Check37{fraOptions, "Check37", pixels(206, 132, 190, 24), "Make my game a SOLO GAME"};
+  CheckBox Check37{fraOptions, "Check37", pixels(194, 132, 202, 24), "Make my game a SOLO GAME"};
 
   Frame fraServer{*this, "fraServer", pixels(430, 46, 350, 246), "Server Options"};
   CheckBox Check8{fraServer, "Check8", pixels(14, 28, 160, 24), "Use Rail Gun"};

@@ -1,5 +1,4 @@
-"""Starts the programs and works their windows as a person would: eyes by accessibility, hands by
-keyboard and mouse."""
+"""Starts the programs and works their windows as a person would."""
 
 import os
 import shutil
@@ -10,87 +9,20 @@ import time
 
 import pyatspi
 
+from desk import (PATIENCE, SCALE, checked, enabled, extents, has, key, showing, text_of, until,
+                  walk, write, x)
+
 BIN = os.environ["KELVARON_BIN"]
 WORK = os.environ["KELVARON_WORK"]
-PATIENCE = float(os.environ.get("KELVARON_DRIVEN_PATIENCE", 8))
-# Accessibility tells places in the toolkit's pixels, the mouse wants the screen's.
-SCALE = float(os.environ.get("QT_SCALE_FACTOR", 1))
 
+# A window is told by its title, or by its title and the name of something in it.
 LOGIN = "Kelvaron Login"
-ROOM = "Kelvaron 4.1"
+ROOM = ("Kelvaron 4.1", "Chat")
 MOTD = "Message Of The Day"
 
 
-def until(condition, about, patience=PATIENCE):
-    """Waits for a condition and gives what it gave; fails with what was waited for."""
-    end = time.monotonic() + patience
-    while True:
-        try:
-            value = condition()
-        except Exception:  # a widget can go while it is looked at
-            value = None
-        if value:
-            return value
-        if time.monotonic() > end:
-            raise AssertionError("waited in vain: " + (about() if callable(about) else about))
-        time.sleep(0.03)
-
-
-def x(*arguments):
-    result = subprocess.run(["xdotool", *map(str, arguments)], check=True, capture_output=True,
-                            text=True)
-    return result.stdout.strip()
-
-
-def key(*names):
-    x("key", "--delay", 15, *names)
-
-
-def write(text):
-    x("type", "--delay", 8, text)
-
-
-def picture(path):
-    subprocess.run(["import", "-window", "root", path], check=True)
-
-
-def clipboard():
-    return subprocess.run(["xclip", "-selection", "clipboard", "-o"], check=True,
-                          capture_output=True, timeout=PATIENCE).stdout.decode()
-
-
-def put_on_clipboard(text):
-    subprocess.run(["xclip", "-selection", "clipboard", "-i"], input=text.encode(), check=True,
-                   stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL, timeout=PATIENCE)
-
-
-def walk(node):
-    yield node
-    for child in node:
-        if child is not None:
-            yield from walk(child)
-
-
-def has(node, state):
-    return node.getState().contains(state)
-
-
-def showing(node):
-    return has(node, pyatspi.STATE_SHOWING)
-
-
-def enabled(node):
-    return has(node, pyatspi.STATE_ENABLED)
-
-
-def extents(node):
-    """Place and size on the screen, in the toolkit's pixels."""
-    return node.queryComponent().getExtents(pyatspi.DESKTOP_COORDS)
-
-
-def text_of(node):
-    text = node.queryText()
-    return text.getText(0, text.characterCount)
+def title_of(window):
+    return window if isinstance(window, str) else window[0]
 
 
 class Program:
@@ -123,6 +55,10 @@ class Program:
         for visitor in Visitor.present:
             visitor.socket.close()
         Visitor.present = []
+        # The next scenario begins with fresh programs.
+        for folder in Client.folders:
+            shutil.rmtree(folder, ignore_errors=True)
+        Client.folders = set()
 
 
 class Server(Program):
@@ -179,6 +115,8 @@ class Visitor:
 class Client(Program):
     """The client program in a session of its own."""
 
+    folders = set()
+
     def __init__(self, session):
         runtime = os.path.join(WORK, session)
         os.makedirs(runtime, mode=0o700, exist_ok=True)
@@ -187,9 +125,15 @@ class Client(Program):
         if not os.path.exists(folder):
             os.makedirs(folder)
             shutil.copy(os.path.join(BIN, "kelvaron"), folder)
+            shutil.copy(os.path.join(BIN, "game.wav"), folder)
             shutil.copytree(os.path.join(BIN, "sounds"), os.path.join(folder, "sounds"))
+        self.folder = folder
+        Client.folders.add(folder)
+        # Games find no home but this either, and make no noise.
+        own = {name: WORK for name in ("HOME", "XDG_DATA_HOME", "XDG_CONFIG_HOME")}
         super().__init__([os.path.join(folder, "kelvaron")],
-                         env=dict(os.environ, XDG_RUNTIME_DIR=runtime))
+                         env=dict(os.environ, XDG_RUNTIME_DIR=runtime, SDL_AUDIODRIVER="dummy",
+                                  **own))
 
     # Windows.
 
@@ -206,41 +150,52 @@ class Client(Program):
         app.clear_cache()  # the library's picture of the windows can lag behind for good
         return [w for w in app if w is not None and showing(w)]
 
-    def window(self, title):
-        return until(lambda: next((w for w in self.windows() if w.name == title), None),
-                     lambda: f"the window {title!r}, with {[w.name for w in self.windows()]}")
+    def look_for_window(self, wanted):
+        found = [w for w in self.windows() if w.name == title_of(wanted)]
+        if len(found) > 1 and wanted != title_of(wanted):
+            found = [w for w in found if any(node.name == wanted[1] for node in walk(w))]
+        return found[0] if found else None
 
-    def has_window(self, title):
-        return any(w.name == title for w in self.windows())
+    def window(self, wanted):
+        return until(lambda: self.look_for_window(wanted),
+                     lambda: f"the window {wanted!r}, with {[w.name for w in self.windows()]}")
 
-    def no_window(self, title):
-        until(lambda: not self.has_window(title), f"the window {title!r} to go")
+    def has_window(self, wanted):
+        return self.look_for_window(wanted) is not None
 
-    def activate(self, title):
+    def no_window(self, wanted, patience=PATIENCE):
+        until(lambda: not self.has_window(wanted), f"the window {wanted!r} to go", patience)
+
+    def activate(self, wanted):
         """Brings a window to the front and gives it the keyboard."""
-        self.window(title)
+        self.window(wanted)
         def find():
             found = x("search", "--all", "--onlyvisible", "--pid", self.process.pid, "--name",
-                      "^" + title.replace("[", r"\[") + "$")
-            return found.split()[-1]
-        window = until(find, f"the window {title!r} on the display")
+                      "^" + title_of(wanted).replace("[", r"\[") + "$")
+            return found.split()
+        windows = until(find, f"the window {wanted!r} on the display")
         def active():
-            if x("getactivewindow") != window:
-                x("windowactivate", window)
-                time.sleep(0.05)
-                return False
-            return has(self.window(title), pyatspi.STATE_ACTIVE)
-        until(active, f"the window {title!r} to take the keyboard")
+            if x("getactivewindow") == windows[-1] and has(self.window(wanted),
+                                                           pyatspi.STATE_ACTIVE):
+                return True
+            windows.insert(0, windows.pop())  # another may have the same title
+            x("windowactivate", windows[-1])
+            time.sleep(0.05)
+            return False
+        until(active, f"the window {wanted!r} to take the keyboard")
 
     # Widgets.
 
     def look_for(self, window, name, role=None):
-        return next((node for node in walk(self.window(window))
+        return next((node for node in walk(self.look_for_window(window))
                      if node.name == name and (role is None or node.getRoleName() == role)), None)
 
     def find(self, window, name, role=None):
-        return until(lambda: self.look_for(window, name, role),
-                     f"{role or 'widget'} {name!r} in {window!r}")
+        def about():
+            found = self.look_for_window(window)
+            there = [(n.getRoleName(), n.name) for n in walk(found)] if found else self.windows()
+            return f"{role or 'widget'} {name!r} in {window!r}, where {there} is"
+        return until(lambda: self.look_for(window, name, role), about)
 
     def has_focus(self, window, name):
         until(lambda: any(node.name == name and has(node, pyatspi.STATE_FOCUSED)
@@ -264,6 +219,54 @@ class Client(Program):
         self.activate(window)
         self.click(self.find(window, name, "push button"))
 
+    def tick(self, window, *names):
+        for name in names:
+            box = self.find(window, name, "check box")
+            self.click(box)
+            until(lambda: checked(box), f"{name!r} to be ticked")
+
+    def ticked(self, window, name):
+        return checked(self.find(window, name, "check box"))
+
+    def usable(self, window, name):
+        return enabled(self.find(window, name))
+
+    def choose(self, window, name, value):
+        """Opens a combo box at its arrow and clicks an entry."""
+        box = self.find(window, name, "combo box")
+        place = extents(box)
+        x("mousemove", int((place.x + place.width - 10) * SCALE),
+          int((place.y + place.height / 2) * SCALE), "click", 1)
+        entry = until(lambda: next((node for node in walk(box)
+                                    if node.name == value and node.getRoleName() == "list item" and
+                                    showing(node)), None), f"{value!r} in the list of {name!r}")
+        self.click(entry)
+        self.holds(window, name, value)
+
+    def type_in(self, window, name, text):
+        self.click(self.find(window, name, "text"))
+        self.retype(text)
+
+    def text_in(self, window, name):
+        return text_of(self.find(window, name, "text"))
+
+    def holds(self, window, name, text):
+        until(lambda: self.text_in(window, name) == text,
+              lambda: f"{text!r} in {name!r}, not {self.text_in(window, name)!r}")
+
+    def shows(self, window, name, text):
+        """Of a label that has a name, and of a lamp."""
+        until(lambda: self.find(window, name).description == text,
+              lambda: f"{name!r} at {text!r}, not {self.find(window, name).description!r}")
+
+    def choose_file(self, title, path):
+        """Works a file dialog by keyboard."""
+        self.activate(title)
+        self.click(self.find(title, "File name", "text"))
+        self.retype(path)
+        key("Return")
+        self.no_window(title)
+
     def retype(self, text):
         """Replaces what stands in the edit at work."""
         key("ctrl+a", "BackSpace")
@@ -277,6 +280,7 @@ class Client(Program):
         key("Return")
 
     def log_in(self, name):
+        self.name = name
         self.try_name(name)
         self.window(ROOM)
         self.close_motd()
@@ -299,7 +303,9 @@ class Client(Program):
         self.activate(title)
         key("Return")
         if not self.ended():
-            until(lambda: self.ended() or not self.has_window(title), f"the box {title!r} to go")
+            # The next box may have the same title.
+            until(lambda: self.ended() or not self.has_window(title) or self.box(title) != text,
+                  f"the box {title!r} to go")
 
     # The room.
 
@@ -328,6 +334,11 @@ class Client(Program):
         return until(lambda: next((item for item in self.find(ROOM, "Users")
                                    if item.name == name), None), f"the user {name}")
 
+    def select(self, name):
+        self.activate(ROOM)
+        self.click(self.user(name))
+        until(lambda: has(self.user(name), pyatspi.STATE_SELECTED), f"{name} to be selected")
+
     # Menus.
 
     def menu_entry(self, name):
@@ -341,3 +352,20 @@ class Client(Program):
         for name in path:
             self.click(self.menu_entry(name))
             time.sleep(0.1)
+
+
+def enter_room(*names):
+    """Clients that are in the room and see each other."""
+    players = [Client(session) for session in ("ann", "bob")[:len(names)]]
+    for player in players:
+        player.window(LOGIN)  # one that comes later would take the keyboard
+    for player, name in zip(players, names):
+        player.log_in(name)
+    for player in players:
+        player.lists(*sorted(names))
+    return players
+
+
+def two_players(folder, *names):
+    Server(folder)
+    return enter_room(*(names or ("ann", "bob")))

@@ -4,8 +4,9 @@ import os
 import subprocess
 import time
 
-import driver
-from driver import LOGIN, MOTD, ROOM, Client, Server, Visitor, x
+import game_pictures
+from desk import key, picture, write, x
+from driver import LOGIN, MOTD, ROOM, Client, Program, Server, Visitor
 
 # What somebody says or does, and then what it is.
 TALK = (
@@ -36,7 +37,7 @@ def shoot(client, title, path):
     height = int(value["Height"]) + top + bottom
     at_x = int(value["Absolute upper-left X"]) - left
     at_y = int(value["Absolute upper-left Y"]) - top
-    driver.picture(path)
+    picture(path)
     subprocess.run(["convert", path, "-crop", f"{width}x{height}+{at_x}+{at_y}", "+repage",
                     "-strip", path], check=True)
 
@@ -49,12 +50,12 @@ def pictures(folder):
                 "Be kind to newcomers.\n")
     ann = Client("ann")
     ann.activate(LOGIN)
-    driver.write("Marine")
+    write("Marine")
     shoot(ann, LOGIN, at("login.png"))
     crowd = {name: Visitor(name) for name in CROWD}
     crowd["Doomgal"].hears("Users\tVex")
     ann.activate(LOGIN)
-    driver.key("Return")
+    key("Return")
     shoot(ann, MOTD, at("message_of_the_day.png"))
     ann.close_motd()
     for name, mark in (("Romy", "INGAME"), ("Vex", "[CS]"), ("Crusher", "[AW]")):
@@ -72,10 +73,13 @@ def pictures(folder):
     ann.click(ann.user("Doomgal"), repeat=2)
     form = "Private Message to : Doomgal"
     ann.activate(form)
-    driver.write("shall we take the red base?")
+    write("shall we take the red base?")
     shoot(ann, form, at("private_message.png"))
-    driver.key("Escape")
+    key("Escape")
+    game_pictures.forms(ann, crowd, shoot, at)
     for name in ("Crusher", "Hellion"):
         ann.enter("/mute " + name)
         ann.answer("Kelvaron")
     shoot(ann, "People you have Muted", at("mute_list.png"))
+    Program.stop_all()
+    game_pictures.match(at("game.png"))

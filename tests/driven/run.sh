@@ -39,7 +39,9 @@ finish() {
 }
 trap finish EXIT
 trap 'exit 130' INT TERM
-start_display "${KELVARON_DRIVEN_SCREEN:-1280x1024}" || exit 1
+screen=1280x1024
+[ "${2:-}" = --pictures ] && screen=1600x1200
+start_display "${KELVARON_DRIVEN_SCREEN:-$screen}" || exit 1
 export KELVARON_BIN="$1" KELVARON_WORK="$work"
 export KELVARON_FAILURES="${KELVARON_FAILURES:-${TMPDIR:-/tmp}}"
 shift

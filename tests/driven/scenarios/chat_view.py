@@ -4,8 +4,8 @@ import time
 
 import pyatspi
 
-from driver import ROOM, Client, Server, Visitor, clipboard, extents, key, put_on_clipboard, until
-from driver import write, x
+from desk import clipboard, extents, key, put_on_clipboard, until, write, x
+from driver import ROOM, Client, Server, Visitor
 
 
 def full_view(folder, lines=80):

@@ -2,16 +2,14 @@
 
 import signal
 
-from driver import LOGIN, ROOM, Client, Server, Visitor, key, until
+from desk import key, until
+from driver import LOGIN, ROOM, Client, Server, Visitor, enter_room
 
 
 def lost_server():
     """The server is gone: a notice, the room stays, and Connect takes it up again."""
     server = Server("data-lost")
-    ann, bob = Client("ann"), Client("bob")
-    ann.log_in("ann")
-    bob.log_in("bob")
-    ann.lists("ann", "bob")
+    ann, bob = enter_room("ann", "bob")
     server.stop(signal.SIGKILL)
     for player in (ann, bob):
         player.reads("* Connection to the server has been lost!")

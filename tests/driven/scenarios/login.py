@@ -1,8 +1,7 @@
 """The login window."""
 
-import pyatspi
-
-from driver import LOGIN, ROOM, Client, Server, Visitor, has, key, until, write
+from desk import checked, key, until, write
+from driver import LOGIN, ROOM, Client, Server, Visitor
 
 
 def refused_names():
@@ -30,9 +29,9 @@ def keyboard_alone():
         key("Tab")
     ann.has_focus(LOGIN, "US - Oregon (Main Sever)")
     key("space", "Tab", "space")
-    for name, checked in (("US - Oregon (Main Sever)", False), ("US - Washington", True)):
-        until(lambda: has(ann.find(LOGIN, name), pyatspi.STATE_CHECKED) == checked,
-              f"{name} {'set' if checked else 'cleared'}")
+    for name, set_ in (("US - Oregon (Main Sever)", False), ("US - Washington", True)):
+        until(lambda: checked(ann.find(LOGIN, name)) == set_,
+              f"{name} {'set' if set_ else 'cleared'}")
     key("alt+u")
     ann.has_focus(LOGIN, "User Name:")
     write("ann")

@@ -2,7 +2,10 @@
 
 import time
 
-from driver import LOGIN, ROOM, Client, Server, enabled, key, showing, until, walk
+from desk import enabled, key, showing, until, walk
+from driver import LOGIN, ROOM, Client, Server, Visitor
+from game_setup import (CHOICE, CONFIGURATION, FIRST_WAITING, IN_GAME, LAST_LOOK, OFFER, Engine,
+                        configure, folder_for_games)
 
 MENUS = {
     ("Tools",): ["Connect", "Disconnect", "File Server", "Config", "Quit"],
@@ -15,6 +18,8 @@ MENUS = {
 }
 USED = ("push button", "text", "list", "check box", "radio button", "combo box", "menu",
         "menu item", "list item", "slider")
+# No two of a window have the same name.
+SINGLE = ("push button", "text", "check box", "combo box")
 
 
 def every_menu():
@@ -41,9 +46,14 @@ def every_menu():
 
 def assert_named(client, *titles):
     for title in titles:
+        told = set()
         for node in walk(client.window(title)):
-            if node.getRoleName() in USED and showing(node):
-                assert node.name, f"a {node.getRoleName()} of {title!r} has no name"
+            role = node.getRoleName()
+            if role not in USED or not showing(node):
+                continue
+            assert node.name, f"a {role} of {title!r} has no name"
+            assert role not in SINGLE or (role, node.name) not in told, (title, role, node.name)
+            told.add((role, node.name))
 
 
 def named_widgets():
@@ -63,4 +73,33 @@ def named_widgets():
     assert_named(ann, ROOM, "Private Message to : ann", "People you have Muted")
 
 
-SCENARIOS = [every_menu, named_widgets]
+def named_game_widgets():
+    """The same for the forms of games."""
+    Server("data-named-games")
+    ann, bob = Client("ann"), Visitor("bob")
+    games = folder_for_games("named games")
+    engine = Engine(games, "zdoom.exe")
+    configure(ann, zdoom=engine.path, doom2=engine.path)
+    ann.log_in("ann")
+    ann.open_menu("Tools", "Config", "Configure Games")
+    assert_named(ann, CONFIGURATION)
+    key("Escape")
+    ann.select("bob")
+    ann.press(ROOM, "Request A Game")
+    ann.tick(CHOICE, "Zdoom / DOOM2")
+    assert_named(ann, CHOICE)
+    ann.press(CHOICE, "Send Request")
+    ann.window(FIRST_WAITING)
+    assert_named(ann, FIRST_WAITING)
+    bob.send("GAME", "1", "ann", "zdoom2", "NONE", "NONE", "", "127.0.0.1", "bob")
+    ann.window(OFFER)
+    assert_named(ann, OFFER)
+    bob.send("START", "ann")
+    ann.tick(LAST_LOOK, "Record a Demo")
+    assert_named(ann, LAST_LOOK)
+    ann.press(LAST_LOOK, "OK")
+    ann.window(IN_GAME)
+    assert_named(ann, IN_GAME)
+
+
+SCENARIOS = [every_menu, named_widgets, named_game_widgets]

@@ -2,17 +2,8 @@
 
 import pyatspi
 
-from driver import ROOM, Client, Server, enabled, has, key, until, write
-
-
-def two_players(folder):
-    Server(folder)
-    ann, bob = Client("ann"), Client("bob")
-    ann.log_in("ann")
-    bob.log_in("bob")
-    for player in (ann, bob):
-        player.lists("ann", "bob")
-    return ann, bob
+from desk import enabled, has, key, until, write
+from driver import ROOM, Client, two_players
 
 
 def room_talk():
