@@ -183,7 +183,8 @@ class RadioRoom : public ::testing::Test, protected RoomDesk {
 };
 
 TEST_F(RadioRoom, TheDisplayFollowsTheStream) {
-  sockets.routeTo(station.port());
+  constexpr std::uint16_t kWebPort = 80;
+  sockets.routeTo(station.port(), kWebPort);
   station.keepWaiting("/tone.wav");
   station.serve("/startstream.asx?stationid=KKRZ-FM", kAsxType, asx(station.address("/tone.wav")));
   QTest::qWait(1);

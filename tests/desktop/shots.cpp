@@ -140,6 +140,7 @@ const std::vector<Shot> kShots = {
      }},
     {"room_small",
      [](RoomDesk& d) -> Form& {
+       fillRoom(d.room());
        d.room().ScaleWidth = 640 * kTwipsPerPixel;
        d.room().ScaleHeight = 420 * kTwipsPerPixel;
        return d.room();
@@ -225,7 +226,9 @@ const std::vector<Shot> kShots = {
 };
 
 bool shoot(const Shot& shot, const std::filesystem::path& folder) {
+  // The room comes up with the desk, at its usual size.
   RoomDesk desk;
+  QTest::qWait(20);
   bool saves = false;
   desk.edge.run([&] {
     Form& form = shot.make(desk);

@@ -14,8 +14,9 @@ class RoutedSocket : public NativeSocket {
       : NativeSocket(loop, std::move(requests)), port_(port) {}
 
   void Connect(const std::string& host, std::uint16_t port) override {
-    NativeSocket::Connect(host, port == kChatPort ? port_.port() : port);
-    if (port == kChatPort) port_.hosts.push_back(host);
+    const bool routed = port == port_.from();
+    NativeSocket::Connect(host, routed ? port_.port() : port);
+    if (routed) port_.hosts.push_back(host);
   }
 
  private:
