@@ -9,9 +9,10 @@
 namespace kelvaron {
 
 void launchCsServer(Client& client, frmMain& room) {
-  const GameConfig config = gameConfigForUser(client);
-  if (config.csServerPath.empty()) {
-    client.MsgBox("First tell Kelvaron where the CSDoom server is.", box_style::kInformation);
+  const GameConfig config = gameConfigAsItIs(client.ports.files);
+  if (config.csServerPath.empty() || config.csClientPath.empty()) {
+    client.MsgBox("First tell Kelvaron where the CSDoom server and the CSDoom client are.",
+                  box_style::kInformation);
     client.form<kelvaron::config>().Show();
     return;
   }

@@ -16,10 +16,7 @@ namespace {
 
 // Whether the configuration names enough for at least one of the ten games.
 bool somethingToPlay(Client& client) {
-  GameConfig config;
-  // A file that can't be read names nothing.
-  FaultRule::stop().handle(
-      [&] { config = parseGameConfig(client.ports.files.read(kGameConfigFile)).config; });
+  const GameConfig config = gameConfigAsItIs(client.ports.files);
   return std::ranges::any_of(kGames, [&](const Game& game) { return canPlay(game, config); });
 }
 

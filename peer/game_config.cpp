@@ -42,6 +42,12 @@ void saveGameConfig(FilePort& files, const GameConfig& config) {
   files.replace(kGameConfigFile, formatGameConfig(config));
 }
 
+GameConfig gameConfigAsItIs(FilePort& files) {
+  GameConfig config;
+  FaultRule::stop().handle([&] { config = parseGameConfig(files.read(kGameConfigFile)).config; });
+  return config;
+}
+
 GameConfig gameConfigForUser(Client& client, std::size_t records) {
   ParsedGameConfig parsed;
   const auto unread = FaultRule::stop().handle(

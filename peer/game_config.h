@@ -63,6 +63,8 @@ GameConfig loadGameConfig(FilePort& files, std::size_t records = kGameConfigReco
 /// Replaces the file whole. Faults as `FilePort::replace`.
 void saveGameConfig(FilePort& files, const GameConfig& config);
 
+/// What there is: missing records, and all of a file that can't be read, are empty.
+GameConfig gameConfigAsItIs(FilePort& files);
 /// For what the user does himself: reads the file anew, treats what is missing as empty, and says
 /// so in one box.
 GameConfig gameConfigForUser(Client& client, std::size_t records = kGameConfigRecords);

@@ -141,8 +141,8 @@ const std::vector<Shot> kShots = {
     {"room_small",
      [](RoomDesk& d) -> Form& {
        fillRoom(d.room());
-       d.room().ScaleWidth = 640 * kTwipsPerPixel;
-       d.room().ScaleHeight = 420 * kTwipsPerPixel;
+       d.frame().resize(640, 420);
+       QTest::qWait(60);
        return d.room();
      }},
     {"login", [](RoomDesk& d) -> Form& { return d.client->form<frmLogin>(); }},

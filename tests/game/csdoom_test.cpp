@@ -71,10 +71,17 @@ TEST_F(CsDoom, AddressesThatAreNoneAreAskedAbout) {
 }
 
 TEST_F(CsDoom, WhatIsMissingIsTold) {
-  saveGameConfig(desktop.files, {.zdoomPath = "z"});
+  for (const GameConfig& incomplete :
+       {GameConfig{.csServerPath = "s"}, GameConfig{.csClientPath = "c"}, GameConfig{}}) {
+    saveGameConfig(desktop.files, incomplete);
+    host();
+    EXPECT_THAT(boxTexts(), ElementsAre(HasSubstr("where the CSDoom server and")));
+    EXPECT_TRUE(desktop.shows<config>());
+    form<config>().Visible = false;
+  }
+  std::filesystem::remove(desktop.folder.path() / kGameConfigFile);
   host();
-  EXPECT_THAT(boxTexts(), ElementsAre(HasSubstr("where the CSDoom server is")));
-  EXPECT_TRUE(desktop.shows<config>());
+  EXPECT_EQ(boxTexts().size(), 1U);
   saveGameConfig(desktop.files, testing::kPlayersConfig);
   hangUp();
   host();

@@ -110,8 +110,7 @@ TEST_F(Handshake, OfferShowsWhatItHoldsAndBuildsTheCommand) {
   say("GAME\tgldoom\tNONE\tNONE\t\t10.0.0.8\tcy\r\n");
   EXPECT_EQ(offer.Text1.Text.get(), "cy");
   EXPECT_EQ(offer.Text2.Text.get(), "GLDOOM / DOOM");
-  EXPECT_EQ(room().Text1.Text.get(),
-            "/e/zdoomgl.exe -3dfx -iwad /w/doom.wad -join 10.0.0.8  \r\n");
+  EXPECT_EQ(room().Text1.Text.get(), "/e/zdoomgl.exe -3dfx -iwad /w/doom.wad -join 10.0.0.8  \r\n");
   click(offer.Command1);
   EXPECT_THAT(received(), ElementsAre("XCEPT\tcy\tbob"));
   EXPECT_EQ(desktop.client->loadedForm<request>(), nullptr);
