@@ -9,8 +9,7 @@ def csdoom():
     """Launched from the menu, joined by a right click, left by Resume and Return from CS."""
     ann, bob = two_players("data-csdoom")
     ann.open_menu("Games", "Launch CSDOOM Server")
-    ann.answer(BOX, "kvconfig.cfg was not found")
-    ann.answer(BOX, "where the CSDoom server is")
+    ann.answer(BOX, "where the CSDoom server and the CSDoom client are")
     ann.press(CONFIGURATION, "Cancel")
 
     engines = {}
