@@ -132,6 +132,7 @@ class FuzzDesktop : SocketPort,
   void playBeside(std::string_view) override {}
   std::string folder() const override { return "/fuzz"; }
   std::string read(const std::string& name) override {
+    if (name == "kvconfig.cfg") return "z\r\ng\r\nd\r\nd2\r\nf\r\np\r\ne\r\nx\r\n\r\ns\r\nc\r\n";
     if (name == "profile.dat") return "fuzz\r\n4.1\r\nFirst\r\nLast, and more\r\n";
     throw Fault(fault_number::kFileNotFound, "The file " + name + " was not found");
   }
