@@ -37,7 +37,8 @@ def passes(name, scenario, *arguments):
 
 def main(arguments):
     if arguments[:1] == ["--pictures"]:
-        return 0 if passes("pictures", pictures.pictures, os.path.abspath(arguments[1])) else 1
+        folder, *part = arguments[1:]
+        return 0 if passes("pictures", pictures.pictures, os.path.abspath(folder), *part) else 1
     chosen = SCENARIOS
     if arguments:
         chosen = [s for s in SCENARIOS + NAMED if s.__name__ in arguments]
