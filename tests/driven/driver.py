@@ -103,13 +103,14 @@ class Visitor:
         self.send("Message", self.name + ": ", text)
 
     def hears(self, text):
-        """Reads on until a text has come."""
+        """Reads on until a text has come, and gives all that came."""
         self.socket.settimeout(PATIENCE)
         heard = b""
         while text.encode("cp1252") not in heard:
             more = self.socket.recv(4096)
             assert more, f"the server hung up before {text!r}: {heard!r}"
             heard += more
+        return heard.decode("cp1252")
 
 
 class Client(Program):

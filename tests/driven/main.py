@@ -8,11 +8,11 @@ import traceback
 import desk
 import driver
 import pictures
-from scenarios import (chat_view, connection, csdoom, games, login, menus, offers, real_engines,
-                       talk)
+from scenarios import (chat_view, connection, csdoom, exchange, file_transfer, games, login,
+                       menus, offers, real_engines, talk)
 
 SCENARIOS = [scenario for module in (login, talk, menus, chat_view, connection, games, offers,
-                                     csdoom)
+                                     csdoom, exchange, file_transfer)
              for scenario in module.SCENARIOS]
 # Only when named: they need packages that not every machine has.
 NAMED = real_engines.SCENARIOS
@@ -37,7 +37,8 @@ def passes(name, scenario, *arguments):
 
 def main(arguments):
     if arguments[:1] == ["--pictures"]:
-        return 0 if passes("pictures", pictures.pictures, os.path.abspath(arguments[1])) else 1
+        folder, *part = arguments[1:]
+        return 0 if passes("pictures", pictures.pictures, os.path.abspath(folder), *part) else 1
     chosen = SCENARIOS
     if arguments:
         chosen = [s for s in SCENARIOS + NAMED if s.__name__ in arguments]

@@ -4,6 +4,7 @@ import os
 import subprocess
 import time
 
+import exchange_pictures
 import game_pictures
 from desk import key, picture, write, x
 from driver import LOGIN, MOTD, ROOM, Client, Program, Server, Visitor
@@ -42,9 +43,18 @@ def shoot(client, title, path):
                     "-strip", path], check=True)
 
 
-def pictures(folder):
+def pictures(folder, part=None):
     os.makedirs(folder, exist_ok=True)
     at = lambda name: os.path.join(folder, name)
+    if part != "exchange":
+        room(at)
+        Program.stop_all()
+        game_pictures.match(at("game.png"))
+        Program.stop_all()
+    exchange_pictures.pictures(at, shoot)
+
+
+def room(at):
     Server("data-pictures",
            motd="Welcome to Kelvaron. Tournament on Saturday, 20:00, on the tournament server.\n"
                 "Be kind to newcomers.\n")
@@ -81,5 +91,3 @@ def pictures(folder):
         ann.enter("/mute " + name)
         ann.answer("Kelvaron")
     shoot(ann, "People you have Muted", at("mute_list.png"))
-    Program.stop_all()
-    game_pictures.match(at("game.png"))

@@ -2,7 +2,9 @@
 # Drives the real programs on a virtual display, from outside.
 #
 #   run.sh BIN-FOLDER [SCENARIO...]           runs the scenarios, all unless named
-#   run.sh BIN-FOLDER --pictures FOLDER       makes the pictures of the documents
+#   run.sh BIN-FOLDER --pictures FOLDER [exchange]
+#                                             makes the pictures of the documents, all or only
+#                                             those of profiles, pings and files
 #
 # The client looks for its server on port 3069 of loopback, so everything runs in a network of its
 # own where the system allows that. A scenario that fails leaves the screen in KELVARON_FAILURES,
@@ -10,7 +12,7 @@
 set -u
 here=$(cd "$(dirname "$0")" && pwd)
 if [ $# -lt 1 ] || [ ! -x "$1/kelvaron" ] || [ ! -x "$1/kelvaron-server" ]; then
-  sed -n '4,5p' "$0"
+  sed -n '4,7p' "$0"
   echo "BIN-FOLDER holds kelvaron and kelvaron-server." >&2
   exit 2
 fi
