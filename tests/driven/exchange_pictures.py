@@ -2,7 +2,7 @@
 
 import os
 
-from desk import until
+from desk import key, until
 from driver import WORK, two_players
 from exchange_setup import (PROFILE, SEND, SERVE, choose, edit_profile, fill_in, from_user_menu,
                             random_file, received, send_form, serve_form)
@@ -14,7 +14,7 @@ MARINE = {"User Name": "Marine", "First Name": "Tom", "Last Name": "Miller", "Ag
 HELLION = {"User Name": "Hellion", "First Name": "Jörg", "Last Name": "Bäcker", "Age": "old enough",
            "Email Address": "hellion@example.org", "City": "Zürich", "Country": "Schweiz",
            "Home Page": "http://hellion.example.org/plutonia.html",
-           "Comments": "Plutonia or nothing; no monsters, no mercy"}
+           "Comments": "Plutonia or nothing; no mercy"}
 
 
 def pictures(at, shoot):
@@ -40,13 +40,17 @@ def pictures(at, shoot):
 
 
 def transfer(sender, receiver, at, shoot):
-    name = "redbase (all episodes).wad"
+    name = "redbase, episodes 1 to 4, with new music.wad"
     path = random_file(os.path.join(WORK, "wads"), name, 1 << 30, gap=64)
     serve_form(receiver)
     send_form(sender, "Hellion")
     choose(sender, path)
     sender.press(SEND, "Send")
     until(lambda: os.path.getsize(received(receiver, name + ".part")) > 1 << 28, "a quarter", 60)
-    shoot(sender, SEND, at("file_send.png"))
-    shoot(receiver, SERVE, at("file_server.png"))
+    for client, form, box, picture in ((sender, SEND, "Selected file", "file_send.png"),
+                                       (receiver, SERVE, "Save file to", "file_server.png")):
+        client.activate(form)
+        client.click(client.find(form, box, "text"))
+        key("End")
+        shoot(client, form, at(picture))
     assert not os.path.exists(received(receiver, name)), "too late for a picture"

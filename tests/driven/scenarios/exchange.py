@@ -10,6 +10,7 @@ from desk import key, showing, until, walk, x
 from driver import Server, Visitor, enter_room, two_players
 from exchange_setup import (BOX, PROFILE, PROFILE_BOXES, edit_profile, from_user_menu, in_profile,
                             writable)
+from scenarios.menus import assert_named
 
 OWN = {"User Name": "Marine", "First Name": "Jörg", "Last Name": "O'Neill \"the\" Imp",
        "Age": "29 ½", "Sex": "male", "ICQ Number": "123-456-789", "Email Address": "",
@@ -21,13 +22,17 @@ def profile_file(client):
     return os.path.join(client.folder, "profile.dat")
 
 
+def profile_text(texts):
+    return "".join(texts.get(name, "") + "\r\n" for name in PROFILE_BOXES).encode("cp1252")
+
+
 def own_profile():
     """Edited and saved in the file's form; the next opening shows what was saved, and the window
     closed without Save leaves the file as it was."""
     Server("data-own-profile")
     ann, = enter_room("ann")
     edit_profile(ann, OWN)
-    expected = "".join(OWN.get(name, "") + "\r\n" for name in PROFILE_BOXES).encode("cp1252")
+    expected = profile_text(OWN)
     with open(profile_file(ann), "rb") as file:
         saved = file.read()
     assert saved == expected, (saved, expected)
@@ -36,6 +41,7 @@ def own_profile():
     # A blank in front of a record is not read.
     shown = [OWN.get(name, "").lstrip() for name in PROFILE_BOXES]
     assert in_profile(ann) == shown, in_profile(ann)
+    assert_named(ann, PROFILE)
     assert writable(ann) == [name for name in PROFILE_BOXES if name != "Version"], writable(ann)
     ann.type_in(PROFILE, "Age", "30")
     key("alt+F4")
@@ -48,10 +54,10 @@ def profile_of_another():
     """Asked for by the menu and shown, while its owner notices nothing; it can't be changed, and
     the asker's own stays his."""
     ann, bob = two_players("data-profile")
-    edit_profile(bob, OWN)
-    edit_profile(ann, {"First Name": "Ann"})
-    with open(profile_file(ann), "rb") as file:
-        own = file.read()
+    own = profile_text({"User Name": "Ann", "Version": "4.1", "Comments": "mine"})
+    for player, text in ((bob, profile_text(OWN)), (ann, own)):
+        with open(profile_file(player), "wb") as file:
+            file.write(text)
     from_user_menu(ann, "bob", "Get Profile")
     ann.activate(PROFILE)
     expected = ["bob", "BETA"] + [OWN.get(name, "").lstrip() for name in PROFILE_BOXES[2:]]
@@ -118,6 +124,7 @@ def ping():
     delay = lambda: ann.find(form, "Ping").description
     measured = lambda: re.fullmatch(r"\d+ ms", delay())
     until(measured, lambda: f"a delay, not {delay()!r}")
+    assert_named(ann, form)
     assert 2 <= echoes_heard(2.5) <= 3
     ann.point(ann.find(form, "Re-Ping", "push button"))
     clicks = threading.Thread(target=x, args=("click", "--repeat", 4, "--delay", 300, 1))

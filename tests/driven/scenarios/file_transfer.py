@@ -9,10 +9,11 @@ from desk import key, until
 from driver import PATIENCE, ROOM, WORK, Visitor, two_players
 from exchange_setup import (BOX, DONE, FILE_PORT, SEND, SERVE, WHOLE, choose, label, labels,
                             random_file, received, same_file, send_form, serve_form, tells)
+from scenarios.menus import assert_named
 
 MEGA = 1 << 20
 # Takes seconds, in which something else can be done.
-LARGE = 400 * MEGA
+LARGE = 800 * MEGA
 # At the edges of what goes over at once.
 FILES = (("empty.wad", 0), ("one byte.txt", 1), ("below.bin", 2047), ("block.bin", 2048),
          ("above.bin", 2049), ("Größe 5 MiB – naïv.wad", 5 * MEGA))
@@ -42,6 +43,8 @@ def files_of_all_sizes():
     ann, bob = two_players("data-files")
     serve_form(bob)
     send_form(ann, "bob")
+    assert_named(ann, SEND)
+    assert_named(bob, SERVE)
     ends = []
     for name, size in FILES:
         path = random_file(file_folder("sizes"), name, size)
