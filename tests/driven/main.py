@@ -8,11 +8,11 @@ import traceback
 import desk
 import driver
 import pictures
-from scenarios import (chat_view, connection, csdoom, games, login, menus, offers, real_engines,
-                       talk)
+from scenarios import (chat_view, connection, csdoom, games, login, menus, moderation, offers,
+                       real_engines, talk, window)
 
 SCENARIOS = [scenario for module in (login, talk, menus, chat_view, connection, games, offers,
-                                     csdoom)
+                                     csdoom, moderation, window)
              for scenario in module.SCENARIOS]
 # Only when named: they need packages that not every machine has.
 NAMED = real_engines.SCENARIOS
