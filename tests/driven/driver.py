@@ -118,7 +118,7 @@ class Client(Program):
 
     folders = set()
 
-    def __init__(self, session):
+    def __init__(self, session, **environment):
         runtime = os.path.join(WORK, session)
         os.makedirs(runtime, mode=0o700, exist_ok=True)
         # A folder of its own too, since the program keeps its files beside itself.
@@ -131,7 +131,7 @@ class Client(Program):
         self.folder = folder
         Client.folders.add(folder)
         # Games find no home but this either, and make no noise.
-        own = {name: WORK for name in ("HOME", "XDG_DATA_HOME", "XDG_CONFIG_HOME")}
+        own = {name: WORK for name in ("HOME", "XDG_DATA_HOME", "XDG_CONFIG_HOME")} | environment
         super().__init__([os.path.join(folder, "kelvaron")],
                          env=dict(os.environ, XDG_RUNTIME_DIR=runtime, SDL_AUDIODRIVER="dummy",
                                   **own))
@@ -244,12 +244,12 @@ class Client(Program):
         self.click(entry)
         self.holds(window, name, value)
 
-    def type_in(self, window, name, text):
-        self.click(self.find(window, name, "text"))
+    def type_in(self, window, name, text, role="text"):
+        self.click(self.find(window, name, role))
         self.retype(text)
 
-    def text_in(self, window, name):
-        return text_of(self.find(window, name, "text"))
+    def text_in(self, window, name, role="text"):
+        return text_of(self.find(window, name, role))
 
     def holds(self, window, name, text):
         until(lambda: self.text_in(window, name) == text,
