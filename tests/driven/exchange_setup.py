@@ -5,7 +5,6 @@ import os
 import random
 
 from desk import clipboard, enabled, key, put_on_clipboard, until, walk
-from driver import ROOM
 
 BOX = ("Kelvaron", "OK")
 PROFILE = "KV User Profiles"

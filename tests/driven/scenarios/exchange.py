@@ -52,7 +52,7 @@ def own_profile():
 
 def profile_of_another():
     """Asked for by the menu and shown, while its owner notices nothing; it can't be changed, and
-    the asker's own stays his."""
+    the asker's own stays hers."""
     ann, bob = two_players("data-profile")
     own = profile_text({"User Name": "Ann", "Version": "4.1", "Comments": "mine"})
     for player, text in ((bob, profile_text(OWN)), (ann, own)):
@@ -68,9 +68,18 @@ def profile_of_another():
     ann.activate(PROFILE)
     key("alt+F4")
     ann.no_window(PROFILE)
+    # One that comes while the own is at work waits until that is saved.
     ann.open_menu("Tools", "Config", "Edit Profile")
+    ann.activate(PROFILE)
+    carol = Visitor("carol")
+    carol.send("PROFILE2", "ann", "carol", "BETA", *["hers"] * 11)
+    carol.says("have a look")
+    ann.reads("carol: have a look")
+    assert in_profile(ann)[0] == "Ann", in_profile(ann)
     ann.press(PROFILE, "Save")
-    ann.no_window(PROFILE)
+    until(lambda: in_profile(ann) == ["carol", "BETA"] + ["hers"] * 11,
+          lambda: f"carol's, not {in_profile(ann)}")
+    assert writable(ann) == [], writable(ann)
     with open(profile_file(ann), "rb") as file:
         assert file.read() == own
 
