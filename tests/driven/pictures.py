@@ -5,6 +5,7 @@ import subprocess
 import time
 
 import game_pictures
+import window_pictures
 from desk import key, picture, write, x
 from driver import LOGIN, MOTD, ROOM, Client, Program, Server, Visitor
 
@@ -83,3 +84,5 @@ def pictures(folder):
     shoot(ann, "People you have Muted", at("mute_list.png"))
     Program.stop_all()
     game_pictures.match(at("game.png"))
+    Program.stop_all()
+    window_pictures.small_windows(shoot, at)
