@@ -6,6 +6,7 @@ import time
 
 import exchange_pictures
 import game_pictures
+import window_pictures
 from desk import key, picture, write, x
 from driver import LOGIN, MOTD, ROOM, Client, Program, Server, Visitor
 
@@ -91,3 +92,10 @@ def room(at):
         ann.enter("/mute " + name)
         ann.answer("Kelvaron")
     shoot(ann, "People you have Muted", at("mute_list.png"))
+<<<<<<< HEAD
+=======
+    Program.stop_all()
+    game_pictures.match(at("game.png"))
+    Program.stop_all()
+    window_pictures.small_windows(shoot, at)
+>>>>>>> drive5
