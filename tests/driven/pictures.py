@@ -44,15 +44,17 @@ def shoot(client, title, path):
                     "-strip", path], check=True)
 
 
-def pictures(folder, part=None):
+def pictures(folder, *wanted):
+    """All parts, or those named: room, match, exchange, windows."""
     os.makedirs(folder, exist_ok=True)
     at = lambda name: os.path.join(folder, name)
-    if part != "exchange":
-        room(at)
+    parts = {"room": lambda: room(at),
+             "match": lambda: game_pictures.match(at("game.png")),
+             "exchange": lambda: exchange_pictures.pictures(at, shoot),
+             "windows": lambda: window_pictures.small_windows(shoot, at)}
+    for part in wanted or parts:
+        parts[part]()
         Program.stop_all()
-        game_pictures.match(at("game.png"))
-        Program.stop_all()
-    exchange_pictures.pictures(at, shoot)
 
 
 def room(at):
@@ -92,10 +94,3 @@ def room(at):
         ann.enter("/mute " + name)
         ann.answer("Kelvaron")
     shoot(ann, "People you have Muted", at("mute_list.png"))
-<<<<<<< HEAD
-=======
-    Program.stop_all()
-    game_pictures.match(at("game.png"))
-    Program.stop_all()
-    window_pictures.small_windows(shoot, at)
->>>>>>> drive5
