@@ -2,7 +2,7 @@
 # Drives the real programs on a virtual display, from outside.
 #
 #   run.sh BIN-FOLDER [SCENARIO...]           runs the scenarios, all unless named
-#   run.sh BIN-FOLDER --pictures FOLDER [exchange]
+#   run.sh BIN-FOLDER --pictures FOLDER [PART...]
 #                                             makes the pictures of the documents, all or only
 #                                             those of profiles, pings and files
 #
