@@ -8,11 +8,12 @@ import traceback
 import desk
 import driver
 import pictures
+import window_pictures
 from scenarios import (chat_view, connection, csdoom, games, login, menus, moderation, offers,
-                       real_engines, talk, window)
+                       real_engines, talk, walk, window)
 
 SCENARIOS = [scenario for module in (login, talk, menus, chat_view, connection, games, offers,
-                                     csdoom, moderation, window)
+                                     csdoom, moderation, window, walk)
              for scenario in module.SCENARIOS]
 # Only when named: they need packages that not every machine has.
 NAMED = real_engines.SCENARIOS
@@ -36,6 +37,9 @@ def passes(name, scenario, *arguments):
 
 
 def main(arguments):
+    if arguments[:1] == ["--window-pictures"]:
+        at = lambda name: os.path.join(os.path.abspath(arguments[1]), name)
+        return 0 if passes("pictures", window_pictures.small_windows, pictures.shoot, at) else 1
     if arguments[:1] == ["--pictures"]:
         return 0 if passes("pictures", pictures.pictures, os.path.abspath(arguments[1])) else 1
     chosen = SCENARIOS
