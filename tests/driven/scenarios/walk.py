@@ -1,0 +1,165 @@
+"""A new user's walk: every entry and button once, and what must be true of each window."""
+
+import os
+import time
+
+from desk import enabled, extents, key, picture, showing, until, walk as nodes
+from driver import LOGIN, MOTD, ROOM, Client, Server
+from scenarios.menus import SINGLE, USED
+
+# Where the pictures of all windows go, to be looked at.
+PICTURES = os.environ.get("KELVARON_DRIVEN_WALK")
+BOX = ("Kelvaron", "Escape")
+CONFIGURE = ("Configure Kelvaron", "Escape")
+# Each entry by its way through the menus: the windows that open one after the other, and the key
+# that closes each.
+ENTRIES = (
+    (("Tools", "Connect"), (MOTD, "Escape")),
+    (("Tools", "File Server"), ("Kelvaron File Server", "Escape")),
+    (("Tools", "Config", "Configure Games"), CONFIGURE),
+    (("Tools", "Config", "Edit Profile"), ("KV User Profiles", "alt+F4")),
+    (("Games", "Launch CSDOOM Server"), BOX, BOX, CONFIGURE),
+    (("Radio", "Volume"), ("Volume", "alt+F4")),
+    (("Help", "About Kelvaron"), ("About Kelvaron", "Escape")),
+    (("Help", "Request Operator Status"), ("Request OP Status", "Escape")),
+    (("Help", "Operator Commands", "Kick User"), ("Kick User", "Escape")),
+    (("Help", "Operator Commands", "Get users IP"), ("Get IP", "Escape")),
+)
+# Of the selected user, by the menu of the right button.
+USER_ENTRIES = (
+    ("Ping User", ("ann's Ping", "Escape")),
+    ("Get Profile", BOX),
+    ("Private Message", ("Private Message to : ann", "Escape")),
+    ("Send File", ("Kelvaron File Send", "Escape")),
+)
+PLACED = ("push button", "text", "password text", "list", "check box", "radio button",
+          "combo box", "slider", "label")
+
+
+def letters_of(node):
+    try:
+        action = node.queryAction()
+    except NotImplementedError:
+        return set()
+    keys = {action.getKeyBinding(i) for i in range(action.nActions)}
+    return {each for each in keys if each.startswith("Alt+")}
+
+
+def name_faults(shown):
+    told, letters = set(), {}
+    for node in shown:
+        role = node.getRoleName()
+        if role not in USED:
+            continue
+        if not node.name:
+            yield f"a {role} has no name"
+        if role in SINGLE and (role, node.name) in told:
+            yield f"there are two of {role} {node.name!r}"
+        told.add((role, node.name))
+        for letter in letters_of(node):
+            other = letters.setdefault(letter, node.name)
+            if other != node.name:
+                yield f"{letter} is for {other!r} and {node.name!r}"
+
+
+def place_faults(window, shown):
+    frame = extents(window)
+    placed = [(n, extents(n)) for n in shown
+              if n.getRoleName() in PLACED and n.parent.getRoleName() not in ("combo box", "list")]
+    for i, (node, box) in enumerate(placed):
+        if not (frame.x <= box.x and box.x + box.width <= frame.x + frame.width and
+                frame.y <= box.y and box.y + box.height <= frame.y + frame.height):
+            yield f"{node.name!r} is not within the window"
+        for other, there in placed[i + 1:]:
+            if (box.x < there.x + there.width and there.x < box.x + box.width and
+                    box.y < there.y + there.height and there.y < box.y + box.height):
+                yield f"{node.name!r} and {other.name!r} overlap"
+
+
+class Walk:
+    """Goes on after a fault, and tells all of them at the end."""
+
+    def __init__(self, client):
+        self.client = client
+        self.faults = []
+
+    def look(self, window):
+        name = window if isinstance(window, str) else window[0]
+        found = self.client.window(window)
+        shown = [n for n in nodes(found) if showing(n)]
+        self.faults += [f"{name}: {fault}" for fault in
+                        (*name_faults(shown), *place_faults(found, shown))]
+        if PICTURES:
+            self.client.activate(window)
+            count = len(os.listdir(PICTURES))
+            picture(os.path.join(PICTURES, f"{count:02} {name.replace('/', ' ')}.png"))
+
+    def stop(self, opens, *windows):
+        """Each window comes, is looked at, and goes by the keyboard."""
+        self.client.activate(ROOM)
+        opens()
+        try:
+            for title, closes in windows:
+                self.look(title)
+                self.client.activate(title)
+                texts = self.texts(title)
+                key(closes)
+                # The next one may have the same title.
+                until(lambda: self.texts(title) != texts, f"{closes} to close it")
+        except AssertionError as why:
+            self.faults.append(f"{windows}: {why}")
+        self.close_all()
+        self.client.activate(ROOM)
+
+    def texts(self, title):
+        window = self.client.look_for_window(title)
+        return window and [n.name for n in nodes(window)]
+
+    def close_all(self):
+        rest = lambda: [w.name for w in self.client.windows() if w.name != ROOM[0]]
+        for name in rest():
+            self.faults.append(f"{name!r} was left open")
+            for way in ("Escape", "alt+F4"):
+                if self.client.has_window(name):
+                    self.client.activate(name)
+                    key(way)
+                    time.sleep(0.3)
+        until(lambda: not rest(), lambda: f"{rest()} to close")
+
+
+def walk():
+    """Every entry of the menus and every button is tried by somebody new."""
+    Server("data-walk", motd="Welcome.")
+    ann = Client("ann")
+    tour = Walk(ann)
+    tour.look(LOGIN)
+    ann.try_name("ann")
+    ann.window(ROOM)
+    tour.look(MOTD)
+    ann.close_motd()
+    ann.lists("ann")
+    tour.look(ROOM)
+    for path, *windows in ENTRIES:
+        if path[-1] == "Connect":
+            ann.open_menu("Tools", "Disconnect")
+            ann.lists()
+        tour.stop(lambda: ann.open_menu(*path), *windows)
+    assert not enabled(ann.find(ROOM, "Return from CS", "push button"))
+    tour.stop(lambda: ann.press(ROOM, "Request A Game"), BOX, CONFIGURE)
+    for entry, *windows in USER_ENTRIES:
+        ann.select("ann")
+
+        def opens():
+            ann.click(ann.user("ann"), button=3)
+            ann.click(ann.menu_entry(entry))
+
+        tour.stop(opens, *windows)
+    ann.enter("/mute nobody")
+    ann.answer("Kelvaron")
+    tour.stop(lambda: None, ("People you have Muted", "Escape"))
+    assert not tour.faults, "\n" + "\n".join(tour.faults)
+    ann.open_menu("Tools", "Quit")
+    ann.ends("Quit")
+
+
+SCENARIOS = [walk]
