@@ -18,7 +18,7 @@ ENTRIES = (
     (("Tools", "File Server"), ("Kelvaron File Server", "Escape")),
     (("Tools", "Config", "Configure Games"), CONFIGURE),
     (("Tools", "Config", "Edit Profile"), ("KV User Profiles", "alt+F4")),
-    (("Games", "Launch CSDOOM Server"), BOX, BOX, CONFIGURE),
+    (("Games", "Launch CSDOOM Server"), BOX, CONFIGURE),
     (("Radio", "Volume"), ("Volume", "alt+F4")),
     (("Help", "About Kelvaron"), ("About Kelvaron", "Escape")),
     (("Help", "Request Operator Status"), ("Request OP Status", "Escape")),
