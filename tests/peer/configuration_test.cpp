@@ -15,7 +15,6 @@
 namespace kelvaron {
 namespace {
 
-using ::testing::ElementsAre;
 using ::testing::HasSubstr;
 using ::testing::IsEmpty;
 using testing::LineServer;
