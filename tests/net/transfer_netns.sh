@@ -34,9 +34,9 @@ trap cleanup EXIT
 network() {
   local a=kv$id$1-a b=kv$id$1-b
   ip netns add "$a" 2>"$work/why" || skip "no network namespaces: $(cat "$work/why")"
+  spaces+=("$a")
   # In a changed root the system lets one make them but not enter them.
   ip netns exec "$a" true 2>"$work/why" || skip "no way into them: $(cat "$work/why")"
-  spaces+=("$a")
   ip netns add "$b" || return 1
   spaces+=("$b")
   /usr/bin/python3 "$here/slow_link.py" "kva$id$1" "kvb$id$1" >"$work/$1.link" 2>&1 &
