@@ -6,8 +6,8 @@ kelvaron_desktop_packages=(qt6-base-dev libqt6widgets6 libvlc-dev libvlc5 libvlc
   fonts-dejavu-core xdg-utils)
 kelvaron_test_packages=(libgtest-dev libgmock-dev libbenchmark-dev)
 kelvaron_display_packages=(xvfb openbox imagemagick x11-utils)
-kelvaron_driver_packages=(xdotool xclip at-spi2-core dbus libglib2.0-bin gir1.2-atspi-2.0 python3 python3-pyatspi
-  iproute2 util-linux)
+kelvaron_driver_packages=(xdotool xclip at-spi2-core dbus libglib2.0-bin gir1.2-atspi-2.0 python3
+  python3-pyatspi iproute2 util-linux)
 kelvaron_engine_packages=(chocolate-doom freedoom)
 kelvaron_lint_packages=(clang-format clang-tidy)
 kelvaron_fuzz_packages=(clang libclang-rt-14-dev)
