@@ -13,6 +13,7 @@
 #include "desktop/shell.h"
 #include "desktop/sounds.h"
 #include "desktop/theme.h"
+#include "desktop/vlc_library.h"
 #include "native/echo.h"
 #include "native/file_streams.h"
 #include "native/local_host.h"
@@ -38,6 +39,7 @@ QIcon programIcon() {
 
 int main(int argc, char** argv) {
   using namespace kelvaron;
+  dropEmptyProxy();
   QApplication application(argc, argv);
   QApplication::setApplicationName(QStringLiteral("Kelvaron"));
   QApplication::setDesktopFileName(QStringLiteral("kelvaron"));

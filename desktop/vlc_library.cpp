@@ -68,6 +68,12 @@ bool hasSoundCard() {
 
 }  // namespace
 
+void dropEmptyProxy() {
+  constexpr const char* kProxy = "http_proxy";
+  const char* proxy = std::getenv(kProxy);
+  if (proxy != nullptr && *proxy == '\0') unsetenv(kProxy);
+}
+
 bool hasSoundDevice() {
   if (hasSoundCard() || std::getenv("PULSE_SERVER") != nullptr) return true;
   const char* session = std::getenv("XDG_RUNTIME_DIR");

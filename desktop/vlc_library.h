@@ -45,6 +45,10 @@ struct VlcLibrary {
   libvlc_instance_t* makeInstance(Output output = Output::system) const;
 };
 
+/// Takes an empty `http_proxy` out of the environment: to every other program it means no proxy, to
+/// the library a proxy without an address, and no station answers. Only while there is one thread.
+void dropEmptyProxy();
+
 /// Whether there is a sound card or a sound server to play on.
 bool hasSoundDevice();
 
