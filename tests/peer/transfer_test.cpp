@@ -198,7 +198,7 @@ TEST_F(Transfer, BrowseDismissedChangesNothing) {
   ann.raise(sender().Btn_Browse.Click);
   EXPECT_EQ(sender().Txt_File.Text.get(), (ann.folder.path() / "a.wad").string());
   EXPECT_EQ(sender().Lbl_FileSize.Caption.get(), "Filesize: 5");
-  ann.chosenFiles.push_back("/nowhere/b.wad");
+  ann.chosenFiles.emplace_back("/nowhere/b.wad");
   ann.raise(sender().Btn_Browse.Click);
   EXPECT_EQ(sender().Lbl_FileName.Caption.get(), "a.wad");
   EXPECT_THAT(ann.boxes, IsEmpty());
