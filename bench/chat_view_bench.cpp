@@ -16,8 +16,8 @@
 #include <memory>
 #include <string>
 
-#include "desktop/chat_find.h"
-#include "desktop/chat_view.h"
+#include "desktop/chat_view/chat_find.h"
+#include "desktop/chat_view/chat_view.h"
 
 namespace kelvaron {
 namespace {

@@ -2,7 +2,6 @@
 
 #include <fcntl.h>
 #include <signal.h>
-#include <spawn.h>
 #include <stdlib.h>
 #include <sys/wait.h>
 #include <unistd.h>
@@ -13,6 +12,7 @@
 #include <utility>
 #include <vector>
 
+#include "native/spawn.h"
 #include "platform/text.h"
 
 namespace kelvaron {
@@ -56,34 +56,6 @@ std::optional<Terminal> openTerminal() {
   return terminal;
 }
 
-/// Zero, or an errno value.
-int spawn(pid_t& process, const std::string& program, std::vector<std::string> arguments,
-          const char* output) {
-  std::vector<char*> list;
-  list.reserve(arguments.size() + 1);
-  for (std::string& argument : arguments) list.push_back(argument.data());
-  list.push_back(nullptr);
-  std::string locale = "LC_ALL=C";
-  std::array<char*, 2> environment{locale.data(), nullptr};
-  posix_spawn_file_actions_t actions;
-  ::posix_spawn_file_actions_init(&actions);
-  int error = ::posix_spawn_file_actions_addopen(&actions, STDIN_FILENO, "/dev/null", O_RDONLY, 0);
-  if (error == 0) {
-    error =
-        ::posix_spawn_file_actions_addopen(&actions, STDOUT_FILENO, output, O_WRONLY | O_NOCTTY, 0);
-  }
-  if (error == 0) {
-    error = ::posix_spawn_file_actions_adddup2(&actions, STDOUT_FILENO, STDERR_FILENO);
-  }
-  if (error == 0) error = ::posix_spawn_file_actions_addclosefrom_np(&actions, STDERR_FILENO + 1);
-  if (error == 0) {
-    error = ::posix_spawn(&process, program.c_str(), &actions, nullptr, list.data(),
-                          environment.data());
-  }
-  ::posix_spawn_file_actions_destroy(&actions);
-  return error;
-}
-
 std::string lastLine(std::string_view printed) {
   const std::size_t end = printed.find_last_not_of("\r\n");
   if (end == std::string_view::npos) return {};
@@ -114,10 +86,12 @@ void ProgramEcho::start(const std::string& program, const std::string& host,
   std::optional<Terminal> terminal = openTerminal();
   int error = terminal ? 0 : errno;
   if (terminal) {
-    error = spawn(process_, program,
-                  {program, "-n", "-q", "-c1", "-W1", "-s" + std::to_string(data.size()), "-p",
-                   hexadecimal(data), host},
-                  terminal->theirs.data());
+    error =
+        spawn(process_, {.path = program,
+                         .arguments = {"-n", "-q", "-c1", "-W1", "-s" + std::to_string(data.size()),
+                                       "-p", hexadecimal(data), host},
+                         .output = std::string(terminal->theirs.data()),
+                         .environment = std::vector<std::string>{"LC_ALL=C"}});
   }
   if (error != 0) {
     process_ = 0;

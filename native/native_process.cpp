@@ -1,20 +1,16 @@
 #include "native/native_process.h"
 
-#include <fcntl.h>
-#include <signal.h>
-#include <spawn.h>
 #include <string.h>
 #include <sys/wait.h>
-#include <unistd.h>
 
 #include <algorithm>
 #include <cerrno>
 #include <system_error>
 #include <utility>
-#include <vector>
 
 #include "native/command_text.h"
 #include "native/printed_lines.h"
+#include "native/spawn.h"
 #include "platform/text.h"
 
 namespace kelvaron {
@@ -28,52 +24,6 @@ using Clock = std::chrono::steady_clock;
 constexpr milliseconds kBetweenEarlyLooks(100);
 constexpr milliseconds kBetweenLateLooks(1'000);
 constexpr std::size_t kLongestNameShown = 300;
-
-/// What posix_spawn is told besides the program and its arguments.
-class SpawnSettings {
- public:
-  explicit SpawnSettings(int output) {
-    ::posix_spawn_file_actions_init(&actions_);
-    ::posix_spawnattr_init(&attributes_);
-    if (output < 0) check(EMFILE);
-    check(::posix_spawn_file_actions_addopen(&actions_, STDIN_FILENO, "/dev/null", O_RDONLY, 0));
-    check(::posix_spawn_file_actions_adddup2(&actions_, output, STDOUT_FILENO));
-    check(::posix_spawn_file_actions_adddup2(&actions_, output, STDERR_FILENO));
-    check(::posix_spawn_file_actions_addclosefrom_np(&actions_, STDERR_FILENO + 1));
-    sigset_t signals;
-    ::sigemptyset(&signals);
-    check(::posix_spawnattr_setsigmask(&attributes_, &signals));
-    ::sigfillset(&signals);
-    check(::posix_spawnattr_setsigdefault(&attributes_, &signals));
-    check(::posix_spawnattr_setflags(
-        &attributes_, POSIX_SPAWN_SETSIGMASK | POSIX_SPAWN_SETSIGDEF | POSIX_SPAWN_SETSID));
-  }
-  SpawnSettings(const SpawnSettings&) = delete;
-  SpawnSettings& operator=(const SpawnSettings&) = delete;
-  ~SpawnSettings() {
-    ::posix_spawnattr_destroy(&attributes_);
-    ::posix_spawn_file_actions_destroy(&actions_);
-  }
-
-  /// Zero, or an errno value.
-  int spawn(pid_t& process, const std::string& program, std::vector<std::string> arguments) const {
-    if (error_ != 0) return error_;
-    std::vector<char*> list;
-    list.reserve(arguments.size() + 1);
-    for (std::string& argument : arguments) list.push_back(argument.data());
-    list.push_back(nullptr);
-    return ::posix_spawn(&process, program.c_str(), &actions_, &attributes_, list.data(), environ);
-  }
-
- private:
-  void check(int result) {
-    if (error_ == 0) error_ = result;
-  }
-
-  posix_spawn_file_actions_t actions_{};
-  posix_spawnattr_t attributes_{};
-  int error_ = 0;
-};
 
 std::string shown(std::string_view location) {
   std::string text(location.substr(0, kLongestNameShown));
@@ -131,11 +81,12 @@ void NativeProcessPort::run(const std::string& command, WindowStyle) {
   auto running = std::make_unique<Running>();
   running->location = location;
   running->printed = std::make_unique<PrintedLines>();
-  std::vector<std::string> arguments = {cut.program->path};
-  arguments.insert(arguments.end(), cut.arguments.begin(), cut.arguments.end());
+  const ProgramStart start{.path = cut.program->path,
+                           .arguments = cut.arguments,
+                           .output = running->printed->descriptor(),
+                           .environment = std::nullopt};
   pid_t process = 0;
-  const SpawnSettings settings(running->printed->descriptor());
-  if (const int error = settings.spawn(process, cut.program->path, std::move(arguments))) {
+  if (const int error = spawn(process, start)) {
     return tellLater(location + ' ' + spawnProblem(error) + '.');
   }
   running_[process] = std::move(running);

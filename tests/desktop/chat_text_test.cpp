@@ -6,13 +6,13 @@
 #include <string>
 #include <vector>
 
-#include "desktop/chat_find.h"
-#include "desktop/chat_layout.h"
-#include "desktop/chat_links.h"
-#include "desktop/chat_selection.h"
+#include "desktop/chat_view/chat_find.h"
+#include "desktop/chat_view/chat_layout.h"
+#include "desktop/chat_view/chat_links.h"
+#include "desktop/chat_view/chat_selection.h"
 #include "desktop/text_conversion.h"
 
-namespace kelvaron {
+namespace kelvaron::testing {
 namespace {
 
 using Strings = std::vector<std::string>;
@@ -244,4 +244,4 @@ TEST(TextConversion, EveryByteIsOneCharacterAndComesBack) {
 }
 
 }  // namespace
-}  // namespace kelvaron
+}  // namespace kelvaron::testing

@@ -9,11 +9,11 @@
 #include <QWheelEvent>
 #include <string>
 
-#include "desktop/chat_view.h"
+#include "desktop/chat_view/chat_view.h"
 
-namespace kelvaron {
+namespace kelvaron::testing {
 
-class ChatViewTest : public testing::Test {
+class ChatViewTest : public ::testing::Test {
  protected:
   ChatViewTest() {
     text.setColor({255, 255, 255});
@@ -65,4 +65,4 @@ class ChatViewTest : public testing::Test {
   ChatView view{text};
 };
 
-}  // namespace kelvaron
+}  // namespace kelvaron::testing

@@ -13,7 +13,7 @@
 #include "desktop/text_conversion.h"
 #include "tests/desktop/chat_view_fixture.h"
 
-namespace kelvaron {
+namespace kelvaron::testing {
 namespace {
 
 using Strings = std::vector<std::string>;
@@ -218,4 +218,4 @@ TEST_F(ChatViewTest, TypingIsPassedOnCommandsAreNot) {
 }
 
 }  // namespace
-}  // namespace kelvaron
+}  // namespace kelvaron::testing

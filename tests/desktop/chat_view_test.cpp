@@ -11,10 +11,10 @@
 #include <utility>
 #include <vector>
 
-#include "desktop/chat_find_bar.h"
+#include "desktop/chat_view/chat_find_bar.h"
 #include "tests/desktop/chat_view_fixture.h"
 
-namespace kelvaron {
+namespace kelvaron::testing {
 namespace {
 
 TEST_F(ChatViewTest, StaysAtTheEndButDoesNotMoveAReaderWhoScrolledUp) {
@@ -342,4 +342,4 @@ TEST(ChatView, LeavesItsTextUsable) {
 }
 
 }  // namespace
-}  // namespace kelvaron
+}  // namespace kelvaron::testing

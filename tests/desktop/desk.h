@@ -10,9 +10,9 @@
 #include <string>
 #include <vector>
 
-#include "desktop/dialogs.h"
-#include "desktop/qt_event_loop.h"
-#include "desktop/shell.h"
+#include "desktop/ports/dialogs.h"
+#include "desktop/ports/qt_event_loop.h"
+#include "desktop/shell/shell.h"
 #include "native/echo.h"
 #include "native/file_streams.h"
 #include "native/local_host.h"

@@ -3,8 +3,8 @@
 
 #include <QApplication>
 
-#include "desktop/theme.h"
-#include "desktop/vlc_library.h"
+#include "desktop/ports/vlc_library.h"
+#include "desktop/shell/theme.h"
 
 int main(int argc, char** argv) {
   if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM")) {

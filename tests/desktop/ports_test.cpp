@@ -10,9 +10,9 @@
 #include <filesystem>
 #include <fstream>
 
-#include "desktop/application.h"
-#include "desktop/qt_event_loop.h"
-#include "desktop/sounds.h"
+#include "desktop/ports/application.h"
+#include "desktop/ports/qt_event_loop.h"
+#include "desktop/ports/sounds.h"
 #include "tests/desktop/page_catcher.h"
 
 namespace kelvaron::testing {

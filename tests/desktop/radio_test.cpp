@@ -1,6 +1,6 @@
 // The radio through the sound library, with an output that nobody hears, from a station on this
 // machine.
-#include "desktop/radio.h"
+#include "desktop/ports/radio.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -10,7 +10,7 @@
 #include <QTest>
 #include <functional>
 
-#include "desktop/qt_event_loop.h"
+#include "desktop/ports/qt_event_loop.h"
 #include "tests/desktop/radio_station.h"
 #include "tests/desktop/room_desk.h"
 

@@ -1,10 +1,6 @@
 // The room's window takes another size, and its controls follow.
 #include <gtest/gtest.h>
 
-#include <QImage>
-
-#include "platform/line.h"
-#include "tests/desktop/desk.h"
 #include "tests/desktop/room_desk.h"
 
 namespace kelvaron::testing {
@@ -29,36 +25,6 @@ TEST(RoomResize, ControlsFollowTheWindow) {
   desk.frame().resize(design.width() + 9, design.height() + bar);
   QTest::qWait(1);
   EXPECT_EQ(geometry(desk.room().txtOutput), QRect(14, 76, 712, 500)) << "less than a percent";
-}
-
-class WithLines : public Form {
- public:
-  explicit WithLines(Client& /*owner*/)
-      : Form({.name = "WithLines", .caption = "", .width = 1500, .height = 1500}) {
-    BackColor = Color{0, 0, 0};
-    ForeColor = Color{255, 255, 255};
-  }
-  Line falling{*this, "falling", {150, 150, 600, 600}};
-  Line rising{*this, "rising", {600, 900, 1200, 600}};
-  Line level{*this, "level", {150, 1200, 1200, 1200}};
-};
-
-TEST(RoomResize, LinesRunBetweenTheirEnds) {
-  Desk desk;
-  auto& form = desk.show<WithLines>();
-  const auto lit = [&](int x, int y) {
-    return desk.frame(form)->grab().toImage().pixelColor(x, y).lightness() > 128;
-  };
-  for (const QPoint end : {QPoint(10, 10), QPoint(40, 40), QPoint(40, 60), QPoint(80, 40),
-                           QPoint(10, 80), QPoint(80, 80), QPoint(25, 25), QPoint(60, 50)}) {
-    EXPECT_TRUE(lit(end.x(), end.y())) << end.x() << "," << end.y();
-  }
-  EXPECT_FALSE(lit(40, 10));
-  form.level.Y1 = 1350;
-  form.level.Y2 = 1350;
-  Desk::turn();
-  EXPECT_TRUE(lit(10, 90));
-  EXPECT_FALSE(lit(10, 80));
 }
 
 }  // namespace

@@ -13,7 +13,7 @@
 #include "chat/mute_list.h"
 #include "chat/private_message.h"
 #include "chat/volume.h"
-#include "desktop/theme.h"
+#include "desktop/shell/theme.h"
 #include "game/awaiting_verification.h"
 #include "game/final_chance.h"
 #include "game/game_request.h"

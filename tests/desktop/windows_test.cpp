@@ -10,7 +10,7 @@
 #include <QScreen>
 #include <QScrollArea>
 
-#include "desktop/theme.h"
+#include "desktop/shell/theme.h"
 #include "tests/desktop/desk.h"
 
 namespace kelvaron::testing {

@@ -8,7 +8,7 @@
 #include <sstream>
 
 #include "native/native_process.h"
-#include "native/poll_loop.h"
+#include "tests/support/poll_loop.h"
 #include "tests/support/temporary_folder.h"
 
 namespace kelvaron::testing {

@@ -8,10 +8,10 @@
 #include <fstream>
 
 #include "native/echo_packet.h"
-#include "native/poll_loop.h"
+#include "tests/support/poll_loop.h"
 #include "tests/support/temporary_folder.h"
 
-namespace kelvaron {
+namespace kelvaron::testing {
 namespace {
 
 using std::chrono::milliseconds;
@@ -44,7 +44,7 @@ class Echoes : public ::testing::Test {
   }
 
   PollLoop loop;
-  testing::TemporaryFolder folder;
+  TemporaryFolder folder;
   std::unique_ptr<Echo> pending;
 };
 
@@ -158,4 +158,4 @@ TEST(EchoPacket, OnlyTheReplyToTheRequest) {
 }
 
 }  // namespace
-}  // namespace kelvaron
+}  // namespace kelvaron::testing

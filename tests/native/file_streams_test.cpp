@@ -15,7 +15,7 @@
 #include "platform/fault.h"
 #include "tests/support/temporary_folder.h"
 
-namespace kelvaron {
+namespace kelvaron::testing {
 namespace {
 
 class Streams : public ::testing::Test {
@@ -34,7 +34,7 @@ class Streams : public ::testing::Test {
     return 0;
   }
 
-  testing::TemporaryFolder folder;
+  TemporaryFolder folder;
   DiskStreams streams{folder.path()};
 };
 
@@ -115,4 +115,4 @@ TEST_F(Streams, FullDiskIsAFaultOfItsOwn) {
 }
 
 }  // namespace
-}  // namespace kelvaron
+}  // namespace kelvaron::testing

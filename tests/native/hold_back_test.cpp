@@ -6,7 +6,7 @@
 
 #include "tests/native/raw_peer.h"
 
-namespace kelvaron::test {
+namespace kelvaron::testing {
 namespace {
 
 using std::chrono::steady_clock;
@@ -149,4 +149,4 @@ TEST_F(HoldBack, EndOfTheStreamLetsTheTailGoFirst) {
 }
 
 }  // namespace
-}  // namespace kelvaron::test
+}  // namespace kelvaron::testing

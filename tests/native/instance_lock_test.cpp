@@ -10,7 +10,7 @@
 #include <array>
 #include <cstdlib>
 
-namespace kelvaron::test {
+namespace kelvaron::testing {
 namespace {
 
 namespace fs = std::filesystem;
@@ -113,4 +113,4 @@ TEST_F(InstanceLockTest, SessionFolderFollowsTheEnvironment) {
 }
 
 }  // namespace
-}  // namespace kelvaron::test
+}  // namespace kelvaron::testing

@@ -5,9 +5,9 @@
 #include <optional>
 
 #include "native/endpoint.h"
-#include "native/poll_loop.h"
+#include "tests/support/poll_loop.h"
 
-namespace kelvaron {
+namespace kelvaron::testing {
 namespace {
 
 TEST(LocalHost, AnswersWithAnAddressOrNothing) {
@@ -33,4 +33,4 @@ TEST(LocalHost, DestroyedIsToldNoMore) {
 }
 
 }  // namespace
-}  // namespace kelvaron
+}  // namespace kelvaron::testing

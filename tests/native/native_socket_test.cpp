@@ -12,7 +12,7 @@
 #include "platform/fault.h"
 #include "tests/native/raw_peer.h"
 
-namespace kelvaron::test {
+namespace kelvaron::testing {
 namespace {
 
 using Log = std::vector<std::string>;
@@ -369,4 +369,4 @@ TEST_F(NativeSocketTest, CloseDeliversWhatWasTakenEvenOverUnreadBytes) {
 }
 
 }  // namespace
-}  // namespace kelvaron::test
+}  // namespace kelvaron::testing

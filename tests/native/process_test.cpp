@@ -13,7 +13,7 @@
 
 #include "native/file_descriptor.h"
 #include "native/native_process.h"
-#include "native/poll_loop.h"
+#include "tests/support/poll_loop.h"
 #include "tests/support/temporary_folder.h"
 
 namespace kelvaron::testing {

@@ -9,7 +9,7 @@
 #include <cerrno>
 #include <system_error>
 
-namespace kelvaron::test {
+namespace kelvaron::testing {
 namespace {
 
 void require(bool good, const char* what) {
@@ -114,4 +114,4 @@ RawPeer join(PollLoop& loop, LoggedSocket& client, RawListener& listener) {
   return listener.accept();
 }
 
-}  // namespace kelvaron::test
+}  // namespace kelvaron::testing

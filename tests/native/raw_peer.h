@@ -10,9 +10,9 @@
 
 #include "native/file_descriptor.h"
 #include "native/native_socket.h"
-#include "native/poll_loop.h"
+#include "tests/support/poll_loop.h"
 
-namespace kelvaron::test {
+namespace kelvaron::testing {
 
 using namespace std::chrono_literals;
 
@@ -70,4 +70,4 @@ struct LoggedSocket {
 /// Connects `client` to `listener` and returns the listener's side.
 RawPeer join(PollLoop& loop, LoggedSocket& client, RawListener& listener);
 
-}  // namespace kelvaron::test
+}  // namespace kelvaron::testing

@@ -3,7 +3,7 @@
 
 #include "tests/native/raw_peer.h"
 
-namespace kelvaron::test {
+namespace kelvaron::testing {
 namespace {
 
 class SendNow : public ::testing::Test {
@@ -70,4 +70,4 @@ TEST_F(SendNow, LostConnectionIsRaisedAsAlways) {
 }
 
 }  // namespace
-}  // namespace kelvaron::test
+}  // namespace kelvaron::testing

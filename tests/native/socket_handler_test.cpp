@@ -7,7 +7,7 @@
 
 #include "tests/native/raw_peer.h"
 
-namespace kelvaron::test {
+namespace kelvaron::testing {
 namespace {
 
 enum class Event { connect, request, data, sent, close, error };
@@ -139,4 +139,4 @@ INSTANTIATE_TEST_SUITE_P(Each, SocketHandler,
                          });
 
 }  // namespace
-}  // namespace kelvaron::test
+}  // namespace kelvaron::testing

@@ -6,7 +6,7 @@
 #include <vector>
 
 #include "native/native_socket.h"
-#include "native/poll_loop.h"
+#include "tests/support/poll_loop.h"
 
 namespace kelvaron::testing {
 

@@ -15,10 +15,10 @@
 #include "native/echo.h"
 #include "native/file_streams.h"
 #include "native/native_socket.h"
-#include "native/poll_loop.h"
 #include "native/program_files.h"
 #include "session/login_window.h"
 #include "tests/support/form_timers.h"
+#include "tests/support/poll_loop.h"
 #include "tests/support/scripted_ports.h"
 #include "tests/support/temporary_folder.h"
 

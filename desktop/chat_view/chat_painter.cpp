@@ -1,0 +1,76 @@
+#include "desktop/chat_view/chat_painter.h"
+
+#include <QColor>
+#include <QPainter>
+#include <algorithm>
+#include <array>
+
+#include "desktop/qt_values.h"
+
+namespace kelvaron {
+namespace {
+
+/// One look for all selected text, since its own colours may be of any kind: white on this blue
+/// has a contrast of 6.4 to 1, and the blue stands out from black and from white.
+const QColor kSelectedBackground(0x2F, 0x5F, 0xB3);
+const QColor kSelectedText(Qt::white);
+
+/// The part of a range that lies in a line, as columns; `end` may be one more than the line's
+/// length, for a line end that is in the range.
+LinkSpan columnsIn(const TextRange& range, std::size_t line, std::size_t length) {
+  if (range.empty() || line < range.begin.line || line > range.end.line) return {0, 0};
+  return {line == range.begin.line ? range.begin.column : 0,
+          line == range.end.line ? range.end.column : length + 1};
+}
+
+bool covers(const LinkSpan& span, std::size_t column) {
+  return span.begin <= column && column < span.end;
+}
+
+}  // namespace
+
+void paintRow(QPainter& painter, const ChatLayout& layout, ChatRow row, QPointF topLeft,
+              const ChatMarks& marks) {
+  const StyledText& text = layout.text();
+  const ChatFont& font = layout.font();
+  const std::string_view bytes = text.line(row.line);
+  const ChatLayout::Span span = layout.span(row);
+  const LinkSpan selected = columnsIn(marks.selection, row.line, bytes.size());
+  const bool hasLink = marks.underlined && marks.underlined->line == row.line;
+  const LinkSpan link = hasLink ? marks.underlined->span : LinkSpan{0, 0};
+  const std::array cuts = {selected.begin, selected.end, link.begin, link.end};
+
+  QPointF place = topLeft;
+  std::size_t column = span.begin;
+  std::size_t runIndex = column < span.end ? text.runAt(row.line, column) : 0;
+  while (column < span.end) {
+    const StyledText::Run run = text.run(row.line, runIndex);
+    std::size_t end = std::min(run.end, span.end);
+    for (const std::size_t cut : cuts) {
+      if (column < cut && cut < end) end = cut;
+    }
+    const std::string_view piece = bytes.substr(column, end - column);
+    const bool bold = run.style.bold;
+    const qreal width = font.width(piece, bold);
+    QColor pen = toQt(run.style.color);
+    if (covers(selected, column)) {
+      painter.fillRect(QRectF(place, QSizeF(width, font.rowHeight())), kSelectedBackground);
+      pen = kSelectedText;
+    }
+    painter.setPen(pen);
+    const QPointF onBaseline = place + QPointF(0, font.baseline());
+    font.draw(painter, onBaseline, piece, bold);
+    if (covers(link, column)) {
+      painter.fillRect(QRectF(onBaseline + QPointF(0, 1), QSizeF(width, 1)), pen);
+    }
+    place.rx() += width;
+    column = end;
+    runIndex += column == run.end ? 1U : 0U;
+  }
+  if (span.end == bytes.size() && covers(selected, bytes.size())) {
+    const QSizeF lineEnd(font.advance(' ', false), font.rowHeight());
+    painter.fillRect(QRectF(place, lineEnd), kSelectedBackground);
+  }
+}
+
+}  // namespace kelvaron

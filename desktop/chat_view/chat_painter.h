@@ -1,0 +1,31 @@
+// Draws one row of the chat view.
+#pragma once
+
+#include <QPointF>
+#include <optional>
+
+#include "desktop/chat_view/chat_layout.h"
+#include "desktop/chat_view/chat_links.h"
+#include "desktop/chat_view/chat_selection.h"
+
+class QPainter;
+
+namespace kelvaron {
+
+/// A link and the line that it stands in.
+struct ChatLink {
+  std::size_t line;
+  LinkSpan span;
+  bool operator==(const ChatLink&) const = default;
+};
+
+/// What is drawn over the text's own colours.
+struct ChatMarks {
+  TextRange selection;
+  std::optional<ChatLink> underlined;
+};
+
+void paintRow(QPainter& painter, const ChatLayout& layout, ChatRow row, QPointF topLeft,
+              const ChatMarks& marks);
+
+}  // namespace kelvaron

@@ -1,0 +1,26 @@
+// A command button on the screen.
+#pragma once
+
+#include <QPushButton>
+
+#include "desktop/controls/control_view.h"
+
+namespace kelvaron {
+
+class ButtonView : public ControlView {
+ public:
+  ButtonView(CommandButton& button, ViewHost& host, QWidget* parent);
+
+  bool takesKeyboard() const override { return true; }
+  void press() { button_.click(); }
+
+ protected:
+  void refresh() override;
+  /// Enter presses the button that has the keyboard, whichever is the default one.
+  bool enterPressed(Qt::KeyboardModifiers modifiers) override;
+
+ private:
+  QPushButton& button_;
+};
+
+}  // namespace kelvaron

@@ -1,0 +1,82 @@
+#include "desktop/controls/control_view.h"
+
+#include <QKeyEvent>
+
+#include "desktop/qt_values.h"
+
+namespace kelvaron {
+
+ControlView::ControlView(Control& control, ViewHost& host, QWidget* widget)
+    : control_(&control), host_(host), widget_(widget) {}
+
+ControlView::~ControlView() {
+  if (control_ == nullptr) return;
+  control_->onRefresh = nullptr;
+}
+
+void ControlView::attach() {
+  if (!control_->AccessibleName.empty()) {
+    widget_->setAccessibleName(shownText(control_->AccessibleName));
+  }
+  control_->onRefresh = [this] { changed(); };
+  widget_->installEventFilter(this);
+  refreshAll();
+}
+
+void ControlView::detach() {
+  if (control_ == nullptr) return;
+  control_->onRefresh = nullptr;
+  control_ = nullptr;
+  waits_ = false;
+}
+
+void ControlView::setNameFromLabel(const QString& name) {
+  if (control_ != nullptr && control_->AccessibleName.empty()) widget_->setAccessibleName(name);
+}
+
+void ControlView::changed() {
+  refreshPlace();
+  if (refreshesAtOnce()) {
+    refreshAll();
+    return;
+  }
+  if (std::exchange(waits_, true)) return;
+  QMetaObject::invokeMethod(
+      this, [this] { settle(); }, Qt::QueuedConnection);
+}
+
+void ControlView::settle() {
+  if (std::exchange(waits_, false) && attached()) refreshAll();
+}
+
+void ControlView::refreshAll() {
+  const Showing showing(*this);
+  refreshPlace();
+  widget_->setEnabled(control_->Enabled);
+  refresh();
+  widget_->setVisible(control_->Visible);
+}
+
+void ControlView::refreshPlace() {
+  widget_->setGeometry(toPixels(control_->Left), toPixels(control_->Top), toPixels(control_->Width),
+                       toPixels(control_->Height));
+}
+
+bool ControlView::enterPressed(Qt::KeyboardModifiers /*modifiers*/) { return host_.pressDefault(); }
+
+bool ControlView::eventFilter(QObject* watched, QEvent* event) {
+  if (event->type() != QEvent::KeyPress || watched != widget_ || !attached()) return false;
+  const auto* key = static_cast<QKeyEvent*>(event);
+  switch (key->key()) {
+    case Qt::Key_Return:
+    case Qt::Key_Enter:
+      // A key held down in a box must not press on in the window behind it.
+      return key->isAutoRepeat() || enterPressed(key->modifiers());
+    case Qt::Key_Escape:
+      return host_.pressCancel();
+    default:
+      return false;
+  }
+}
+
+}  // namespace kelvaron

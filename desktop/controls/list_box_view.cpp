@@ -1,0 +1,122 @@
+#include "desktop/controls/list_box_view.h"
+
+#include <QItemSelectionModel>
+#include <QScrollBar>
+#include <utility>
+
+#include "desktop/controls/entry_list.h"
+#include "desktop/qt_values.h"
+
+namespace kelvaron {
+
+ListBoxView::ListBoxView(ListBox& box, ViewHost& host, QWidget* parent)
+    : ControlView(box, host, new EntryList(parent)), list_(static_cast<EntryList&>(widget())) {
+  list_.view = this;
+  list_.setModel(&model_);
+  list_.setSelectionMode(box.selection == ListBox::Selection::several
+                             ? QAbstractItemView::ExtendedSelection
+                             : QAbstractItemView::SingleSelection);
+  connect(list_.selectionModel(), &QItemSelectionModel::selectionChanged, this,
+          [this](const QItemSelection& selected, const QItemSelection& deselected) {
+            selectionChanged(selected, deselected);
+          });
+  connect(list_.selectionModel(), &QItemSelectionModel::currentChanged, this,
+          [this](const QModelIndex& current) { currentChanged(current); });
+}
+
+void ListBoxView::refresh() {
+  QPalette palette;
+  if (const auto& color = box().ForeColor.get()) palette.setColor(QPalette::Text, toQt(*color));
+  if (const auto& color = box().BackColor.get()) palette.setColor(QPalette::Base, toQt(*color));
+  list_.setPalette(palette);
+
+  const int scrolled = list_.verticalScrollBar()->value();
+  const int currentBefore = list_.currentIndex().row();
+  const bool rebuilt = model_.take(box().entries());
+  if (rebuilt) list_.layOut();
+  showSelection();
+  const bool moved = !rebuilt && list_.currentIndex().row() != currentBefore;
+  if (!moved) list_.verticalScrollBar()->setValue(scrolled);
+}
+
+void ListBoxView::showSelection() {
+  QItemSelection selection;
+  const int count = box().ListCount();
+  for (int first = 0; first < count; ++first) {
+    if (!box().Selected(first)) continue;
+    int last = first;
+    while (last + 1 < count && box().Selected(last + 1)) ++last;
+    selection.select(model_.index(first), model_.index(last));
+    first = last;
+  }
+  list_.selectionModel()->select(selection, QItemSelectionModel::ClearAndSelect);
+  list_.selectionModel()->setCurrentIndex(model_.index(box().ListIndex()),
+                                          QItemSelectionModel::NoUpdate);
+}
+
+void ListBoxView::selectionChanged(const QItemSelection& selected,
+                                   const QItemSelection& deselected) {
+  if (showing() || !attached()) return;
+  userSelected_ = true;
+  // The control's own answer to this need not be shown.
+  const auto onRefresh = std::exchange(box().onRefresh, nullptr);
+  mark(deselected, false);
+  mark(selected, true);
+  // A screen reader selects without moving the focus: the current entry follows.
+  const int current = box().ListIndex();
+  if (!selected.isEmpty() && (current < 0 || !box().Selected(current))) {
+    box().setListIndex(selected.first().top());
+  }
+  box().onRefresh = onRefresh;
+}
+
+void ListBoxView::currentChanged(const QModelIndex& current) {
+  if (showing() || !attached() || !current.isValid()) return;
+  userSelected_ = true;
+  const auto onRefresh = std::exchange(box().onRefresh, nullptr);
+  box().setListIndex(current.row());
+  box().onRefresh = onRefresh;
+}
+
+void ListBoxView::mark(const QItemSelection& rows, bool selected) {
+  for (const QItemSelectionRange& range : rows) {
+    for (int row = range.top(); row <= range.bottom() && row < box().ListCount(); ++row) {
+      box().setSelected(row, selected);
+    }
+  }
+}
+
+void ListBoxView::keyHandled() {
+  if (std::exchange(userSelected_, false)) run([this] { box().Click(); });
+}
+
+void ListBoxView::showOnly(const std::function<void()>& change) {
+  const Showing showing(*this);
+  change();
+}
+
+void ListBoxView::leftReleased() {
+  keyHandled();
+  run([this] { box().MouseUp(MouseButton::left); });
+}
+
+void ListBoxView::rightReleased() {
+  run([this] { box().MouseUp(MouseButton::right); });
+}
+
+void ListBoxView::doubleClicked() {
+  run([this] { box().DblClick(); });
+}
+
+void ListBoxView::menuKeyPressed(QPoint global) {
+  host().setPopUpPoint(global);
+  rightReleased();
+}
+
+bool ListBoxView::enterPressed(Qt::KeyboardModifiers /*modifiers*/) {
+  if (host().pressDefault()) return true;
+  doubleClicked();
+  return true;
+}
+
+}  // namespace kelvaron

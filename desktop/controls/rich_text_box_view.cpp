@@ -1,0 +1,30 @@
+#include "desktop/controls/views.h"
+#include "desktop/qt_values.h"
+
+namespace kelvaron {
+
+RichTextBoxView::RichTextBoxView(RichTextBox& box, ViewHost& host, QWidget* parent)
+    : ControlView(box, host, new ChatView(box.Content, parent)) {
+  auto* chat = static_cast<ChatView*>(&widget());
+  // Queued, so that no handler runs while the chat view is on the stack.
+  connect(
+      chat, &ChatView::linkActivated, this,
+      [this](const QUrl& url) { this->host().openPage(QString::fromLatin1(url.toEncoded())); },
+      Qt::QueuedConnection);
+  connect(
+      chat, &ChatView::typed, this, [this](const QString& text) { this->host().typeAhead(text); },
+      Qt::QueuedConnection);
+}
+
+void RichTextBoxView::detach() {
+  ControlView::detach();
+  // The chat view reads the control's text, which goes with the control.
+  delete &widget();
+}
+
+void RichTextBoxView::refresh() {
+  static_cast<ChatView&>(widget()).setBackground(
+      toQt(static_cast<const RichTextBox&>(*control()).BackColor.get()));
+}
+
+}  // namespace kelvaron

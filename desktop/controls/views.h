@@ -1,0 +1,140 @@
+// Views that only the factory makes, one a kind of control.
+#pragma once
+
+#include <QCheckBox>
+#include <QComboBox>
+#include <QGroupBox>
+#include <QLabel>
+#include <QProgressBar>
+#include <QSlider>
+
+#include "desktop/chat_view/chat_view.h"
+#include "desktop/controls/control_view.h"
+#include "platform/combo_box.h"
+#include "platform/progress_bar.h"
+#include "platform/shape.h"
+#include "platform/slider.h"
+
+namespace kelvaron {
+
+/// The order of events at a mouse click: `MouseDown`, the value turns over, `Click`, `MouseUp`.
+/// The keyboard turns the value over and raises `Click` alone.
+class CheckBoxView : public ControlView {
+ public:
+  CheckBoxView(CheckBox& box, ViewHost& host, QWidget* parent);
+
+  bool takesKeyboard() const override { return true; }
+
+  void mouseDown(Qt::MouseButton button);
+  void mouseUp(Qt::MouseButton button);
+
+ protected:
+  void refresh() override;
+  bool refreshesAtOnce() const override { return true; }
+
+ private:
+  void turnedOver(bool checked);
+  CheckBox& box() const { return static_cast<CheckBox&>(*control()); }
+
+  QCheckBox& widget_;
+};
+
+/// What is typed stays as it was typed: nothing completes it, and nothing typed goes into the list.
+/// A character that the code page lacks shows as the "?" that it became.
+class ComboBoxView : public ControlView {
+ public:
+  ComboBoxView(ComboBox& box, ViewHost& host, QWidget* parent);
+
+  bool takesKeyboard() const override { return true; }
+  void setNameFromLabel(const QString& name) override;
+
+ protected:
+  void refresh() override;
+  bool eventFilter(QObject* watched, QEvent* event) override;
+
+ private:
+  void textEdited(const QString& text);
+  void showText();
+  ComboBox& box() const { return static_cast<ComboBox&>(*control()); }
+
+  QComboBox& combo_;
+  // What the widget's list was filled from.
+  std::vector<std::string> items_;
+};
+
+class FrameView : public ControlView {
+ public:
+  FrameView(Frame& frame, ViewHost& host, QWidget* parent);
+
+ protected:
+  void refresh() override;
+};
+
+/// Fits the picture into its place without distorting it, sharp at any scale of the screen.
+class ImageView : public ControlView {
+ public:
+  ImageView(Image& image, ViewHost& host, QWidget* parent);
+
+ protected:
+  void refresh() override;
+  bool eventFilter(QObject* watched, QEvent* event) override;
+
+ private:
+  QLabel& label_;
+};
+
+class ProgressBarView : public ControlView {
+ public:
+  ProgressBarView(ProgressBar& bar, ViewHost& host, QWidget* parent);
+
+ protected:
+  void refresh() override;
+
+ private:
+  QProgressBar& bar_;
+};
+
+class RichTextBoxView : public ControlView {
+ public:
+  RichTextBoxView(RichTextBox& box, ViewHost& host, QWidget* parent);
+
+  bool takesKeyboard() const override { return true; }
+  void detach() override;
+
+ protected:
+  void refresh() override;
+};
+
+/// Round, in the middle of its place, and with a glow while it is lit. A screen reader hears "lit"
+/// or "unlit" as its description.
+class ShapeView : public ControlView {
+ public:
+  ShapeView(Shape& shape, ViewHost& host, QWidget* parent);
+
+ protected:
+  void refresh() override;
+  bool eventFilter(QObject* watched, QEvent* event) override;
+
+ private:
+  QLabel& label_;
+};
+
+/// A click beside the knob brings it there. The wheel turns it only while it has the keyboard.
+class SliderView : public ControlView {
+ public:
+  SliderView(Slider& slider, ViewHost& host, QWidget* parent);
+
+  bool takesKeyboard() const override { return true; }
+
+ protected:
+  void refresh() override;
+  bool eventFilter(QObject* watched, QEvent* event) override;
+
+ private:
+  void moved(int value);
+  Slider& slider() const { return static_cast<Slider&>(*control()); }
+
+  QSlider& slider_;
+};
+
+}  // namespace kelvaron

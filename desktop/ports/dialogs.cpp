@@ -1,0 +1,203 @@
+#include "desktop/ports/dialogs.h"
+
+#include <QApplication>
+#include <QDialog>
+#include <QDialogButtonBox>
+#include <QFileInfo>
+#include <QGridLayout>
+#include <QLabel>
+#include <QLineEdit>
+#include <QPlainTextEdit>
+#include <QPushButton>
+#include <QScreen>
+#include <QStyle>
+#include <QWindow>
+#include <algorithm>
+#include <memory>
+#include <optional>
+
+#include "desktop/ports/file_dialog.h"
+#include "desktop/qt_values.h"
+
+namespace kelvaron {
+namespace {
+
+// Share of the screen that the text of a box may take, and the width of a usual line.
+constexpr int kScreenShare = 2;
+constexpr int kLineCharacters = 70;
+// What a label takes; more than this scrolls.
+constexpr int kLabelCharacters = 600;
+constexpr int kLabelLines = 12;
+constexpr int kScrolledLines = 16;
+constexpr int kMargin = 18;
+constexpr int kSpacing = 14;
+
+std::optional<QStyle::StandardPixmap> iconOf(int style) {
+  switch (style) {
+    case box_style::kCritical:
+      return QStyle::SP_MessageBoxCritical;
+    case box_style::kExclamation:
+      return QStyle::SP_MessageBoxWarning;
+    case box_style::kInformation:
+      return QStyle::SP_MessageBoxInformation;
+    default:
+      return std::nullopt;
+  }
+}
+
+bool fitsLabel(const QString& text, const QFontMetrics& metrics, int width) {
+  if (text.size() > kLabelCharacters || text.count('\n') >= kLabelLines) return false;
+  // A word longer than a line cannot be broken in a label.
+  const QStringList words = text.simplified().split(' ');
+  return std::ranges::none_of(
+      words, [&](const QString& word) { return metrics.horizontalAdvance(word) > width; });
+}
+
+QWidget* makeText(const QString& text, QWidget& parent) {
+  const QFontMetrics metrics = parent.fontMetrics();
+  const int width = std::min(metrics.averageCharWidth() * kLineCharacters,
+                             parent.screen()->availableSize().width() / kScreenShare);
+  if (fitsLabel(text, metrics, width)) {
+    auto* label = new QLabel(&parent);
+    label->setTextFormat(Qt::PlainText);
+    label->setText(text);
+    label->setTextInteractionFlags(Qt::TextSelectableByMouse);
+    if (metrics.size(0, text).width() > width) {
+      label->setWordWrap(true);
+      label->setFixedWidth(width);
+    }
+    return label;
+  }
+  auto* area = new QPlainTextEdit(text, &parent);
+  area->setReadOnly(true);
+  area->setAccessibleName(QStringLiteral("Message"));
+  area->setWordWrapMode(QTextOption::WrapAtWordBoundaryOrAnywhere);
+  area->setTabChangesFocus(true);
+  area->setFixedSize(width, std::min(metrics.lineSpacing() * kScrolledLines,
+                                     parent.screen()->availableSize().height() / kScreenShare));
+  return area;
+}
+
+/// Puts a dialog over the window at work, if there is one, within the screen. The dialog has no
+/// parent, so that it outlives that window.
+void placeOverWork(QDialog& dialog) {
+  const QWidget* window = QApplication::activeModalWidget();
+  if (window == nullptr) window = QApplication::activeWindow();
+  if (window == nullptr || window->windowHandle() == nullptr) return;
+  QRect place(QPoint(), dialog.layout()->sizeConstraint() == QLayout::SetFixedSize
+                            ? dialog.sizeHint()
+                            : dialog.size());
+  place.moveCenter(window->frameGeometry().center());
+  const QRect space = window->screen()->availableGeometry();
+  dialog.move(std::max(space.left(), std::min(place.left(), space.right() - place.width())),
+              std::max(space.top(), std::min(place.top(), space.bottom() - place.height())));
+  dialog.winId();
+  dialog.windowHandle()->setTransientParent(window->windowHandle());
+}
+
+class Box : public QDialog {
+ public:
+  Box(const std::string& title, QDialogButtonBox::StandardButtons buttons)
+      : QDialog(nullptr, Qt::Dialog | Qt::CustomizeWindowHint | Qt::WindowTitleHint |
+                             Qt::WindowCloseButtonHint),
+        grid_(*new QGridLayout(this)),
+        buttons_(*new QDialogButtonBox(buttons, this)) {
+    setWindowTitle(shownText(title));
+    grid_.setContentsMargins(kMargin, kMargin, kMargin, kMargin);
+    grid_.setSpacing(kSpacing);
+    grid_.setSizeConstraint(QLayout::SetFixedSize);
+    grid_.addWidget(&buttons_, 2, 0, 1, 2);
+    QObject::connect(&buttons_, &QDialogButtonBox::accepted, this, &QDialog::accept);
+    QObject::connect(&buttons_, &QDialogButtonBox::rejected, this, &QDialog::reject);
+  }
+  ~Box() override = default;
+  Q_DISABLE_COPY_MOVE(Box)
+
+ protected:
+  QGridLayout& grid() { return grid_; }
+  QDialogButtonBox& buttons() { return buttons_; }
+
+ private:
+  QGridLayout& grid_;
+  QDialogButtonBox& buttons_;
+};
+
+class MessageBox : public Box {
+ public:
+  MessageBox(const QString& text, int style, const std::string& title,
+             QDialogButtonBox::StandardButtons answers = QDialogButtonBox::Ok,
+             QDialogButtonBox::StandardButton usual = QDialogButtonBox::Ok)
+      : Box(title, answers) {
+    if (const auto icon = iconOf(style)) {
+      auto* picture = new QLabel(this);
+      const int size = this->style()->pixelMetric(QStyle::PM_MessageBoxIconSize);
+      picture->setPixmap(
+          this->style()->standardIcon(*icon).pixmap(QSize(size, size), devicePixelRatioF()));
+      grid().addWidget(picture, 0, 0, Qt::AlignTop);
+    }
+    const int column = grid().itemAtPosition(0, 0) == nullptr ? 0 : 1;
+    grid().addWidget(makeText(text, *this), 0, column, 1, 2 - column, Qt::AlignVCenter);
+    buttons().button(usual)->setDefault(true);
+    buttons().button(usual)->setFocus();
+  }
+};
+
+class PromptBox : public Box {
+ public:
+  PromptBox(const QString& prompt, const std::string& title, const std::string& initial)
+      : Box(title, QDialogButtonBox::Ok | QDialogButtonBox::Cancel),
+        edit_(*new QLineEdit(shownText(initial), this)) {
+    edit_.setAccessibleName(prompt);
+    edit_.setMinimumWidth(fontMetrics().averageCharWidth() * kLineCharacters / 2);
+    edit_.selectAll();
+    grid().addWidget(makeText(prompt, *this), 0, 0, 1, 2);
+    grid().addWidget(&edit_, 1, 0, 1, 2);
+    edit_.setFocus();
+  }
+  std::string answer() const { return withoutLineEnds(storedText(edit_.text())); }
+
+ private:
+  QLineEdit& edit_;
+};
+
+}  // namespace
+
+bool QtDialogs::ask(QDialog& dialog) {
+  gate_.edge().throwIfEnded();
+  const EventGate::Hold hold(gate_);
+  placeOverWork(dialog);
+  const bool agreed = dialog.exec() == QDialog::Accepted;
+  gate_.edge().throwIfEnded();
+  return agreed;
+}
+
+void QtDialogs::MsgBox(const std::string& text, int style, const std::string& title) {
+  MessageBox box(shownText(text), style, title);
+  ask(box);
+}
+
+bool QtDialogs::confirm(const std::string& text, const std::string& title) {
+  MessageBox box(shownText(text), box_style::kExclamation, title,
+                 QDialogButtonBox::Yes | QDialogButtonBox::No, QDialogButtonBox::No);
+  return ask(box);
+}
+
+std::string QtDialogs::InputBox(const std::string& prompt, const std::string& title,
+                                const std::string& initial) {
+  PromptBox box(shownText(prompt), title, initial);
+  return ask(box) ? box.answer() : std::string();
+}
+
+std::optional<std::string> QtDialogs::openFile(const FileDialog& dialog) {
+  FileBox box(dialog, folder_);
+  box.onRefused = [&](const QString& why) {
+    MessageBox refusal(why, box_style::kExclamation, storedText(box.windowTitle()));
+    placeOverWork(refusal);
+    refusal.exec();
+  };
+  if (!ask(box)) return std::nullopt;
+  folder_ = QFileInfo(box.chosen()).absolutePath();
+  return storedText(box.chosen());
+}
+
+}  // namespace kelvaron

@@ -1,0 +1,42 @@
+// The desktop shell: shows the client's forms as they come and go.
+#pragma once
+
+#include <map>
+#include <memory>
+#include <vector>
+
+#include "desktop/event_gate.h"
+#include "desktop/shell/shown_form.h"
+
+namespace kelvaron {
+
+class Client;
+
+class Shell {
+ public:
+  /// `client` and `gate` outlive the shell. Hooks the client's slots and the end at the edge, which
+  /// closes all windows and leaves every event loop of the application with exit code 0.
+  Shell(Client& client, EventGate& gate);
+  Shell(const Shell&) = delete;
+  Shell& operator=(const Shell&) = delete;
+  ~Shell();
+
+  /// How a form is shown, null when it isn't loaded.
+  ShownForm* shown(const Form& form) const;
+
+ private:
+  void loaded(Form& form);
+  void unloaded(const Form& form);
+  void bury();
+  void end();
+
+  Client& client_;
+  EventGate& gate_;
+  ShellServices services_;
+  std::map<const Form*, std::unique_ptr<ShownForm>> shown_;
+  // Of forms that were unloaded; their widgets may still be on the stack.
+  std::vector<std::unique_ptr<ShownForm>> unloaded_;
+  QObject turn_;
+};
+
+}  // namespace kelvaron
