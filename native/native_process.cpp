@@ -8,8 +8,8 @@
 #include <system_error>
 #include <utility>
 
-#include "native/command_text.h"
-#include "native/printed_lines.h"
+#include "native/command_line.h"
+#include "native/output_capture.h"
 #include "native/spawn.h"
 #include "platform/text.h"
 
@@ -61,7 +61,7 @@ std::string endProblem(int status) {
 
 struct NativeProcessPort::Running {
   std::string location;
-  std::unique_ptr<PrintedLines> printed;  // until its early time is over
+  std::unique_ptr<OutputCapture> printed;  // until its early time is over
   Clock::time_point started = Clock::now();
   std::unique_ptr<LoopWatch> nextLook;
 };
@@ -71,7 +71,7 @@ NativeProcessPort::NativeProcessPort(EventLoop& loop) : loop_(loop) {}
 NativeProcessPort::~NativeProcessPort() = default;
 
 void NativeProcessPort::run(const std::string& command, WindowStyle) {
-  const CutCommand cut = cutCommand(command);
+  const CommandLine cut = tokenize(command);
   if (cut.location.empty()) return tellLater("No program was started: none is chosen yet.");
   const std::string location = shown(cut.location);
   if (const std::string problem = startProblem(cut); !problem.empty()) {
@@ -80,7 +80,7 @@ void NativeProcessPort::run(const std::string& command, WindowStyle) {
 
   auto running = std::make_unique<Running>();
   running->location = location;
-  running->printed = std::make_unique<PrintedLines>();
+  running->printed = std::make_unique<OutputCapture>();
   const ProgramStart start{.path = cut.program->path,
                            .arguments = cut.arguments,
                            .output = running->printed->descriptor(),

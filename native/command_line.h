@@ -1,4 +1,4 @@
-// Cutting a command text into a program and its arguments, as this system wants them.
+// Tokenizing a command line into a program and its arguments, as this system wants them.
 #pragma once
 
 #include <optional>
@@ -10,7 +10,7 @@
 
 namespace kelvaron {
 
-struct CutCommand {
+struct CommandLine {
   /// The program's location as it was typed, in code page 1252; empty when there is none.
   std::string location;
   /// What the disk holds there.
@@ -25,10 +25,10 @@ struct CutCommand {
 /// where only the folder has to be there, shorter and shorter) joins of words. A path that is found
 /// is given as the disk spells it. One that isn't found stays cut, with "/" for each "\"; other
 /// arguments stay as they are. A text with very many paths stops being looked up.
-CutCommand cutCommand(std::string_view command);
+CommandLine tokenize(std::string_view command);
 
 /// Why a command can't be started, as the end of a sentence that begins with the program's location
 /// ("was not found"). Empty when nothing speaks against it.
-std::string startProblem(const CutCommand& command);
+std::string startProblem(const CommandLine& command);
 
 }  // namespace kelvaron

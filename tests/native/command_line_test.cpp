@@ -1,5 +1,5 @@
 // Commands cut against a real disk.
-#include "native/command_text.h"
+#include "native/command_line.h"
 
 #include <gtest/gtest.h>
 #include <sys/stat.h>
@@ -15,7 +15,7 @@ namespace fs = std::filesystem;
 using namespace std::string_literals;
 
 /// A folder of programs and game files; "@" in texts stands for it.
-class CommandText : public ::testing::Test {
+class CommandLineTest : public ::testing::Test {
  protected:
   void SetUp() override {
     for (const char* name : {"zdoom.exe", "my games/zdoom.exe", "text editor"}) {
@@ -43,7 +43,7 @@ class CommandText : public ::testing::Test {
   fs::path base = folder.path();
 };
 
-TEST_F(CommandText, LocationsReachAsFarAsTheDiskSays) {
+TEST_F(CommandLineTest, LocationsReachAsFarAsTheDiskSays) {
   struct Case {
     std::string command;
     std::string location;
@@ -78,7 +78,7 @@ TEST_F(CommandText, LocationsReachAsFarAsTheDiskSays) {
   };
   for (const Case& each : cases) {
     SCOPED_TRACE(each.command);
-    const CutCommand cut = cutCommand(placed(each.command));
+    const CommandLine cut = tokenize(placed(each.command));
     EXPECT_EQ(cut.location, placed(each.location));
     EXPECT_EQ(startProblem(cut), each.problem);
     ASSERT_EQ(cut.arguments.size(), each.arguments.size());
@@ -88,7 +88,7 @@ TEST_F(CommandText, LocationsReachAsFarAsTheDiskSays) {
   }
 }
 
-TEST_F(CommandText, ArgumentsArePathsOrStayAsTheyAre) {
+TEST_F(CommandLineTest, ArgumentsArePathsOrStayAsTheyAre) {
   struct Case {
     std::string text;
     std::vector<std::string> arguments;
@@ -121,7 +121,7 @@ TEST_F(CommandText, ArgumentsArePathsOrStayAsTheyAre) {
   };
   for (const Case& each : cases) {
     SCOPED_TRACE(each.text);
-    const CutCommand cut = cutCommand(placed("@/zdoom.exe " + each.text));
+    const CommandLine cut = tokenize(placed("@/zdoom.exe " + each.text));
     EXPECT_EQ(startProblem(cut), "");
     std::vector<std::string> expected;
     for (const std::string& argument : each.arguments) expected.push_back(placed(argument));
@@ -129,11 +129,11 @@ TEST_F(CommandText, ArgumentsArePathsOrStayAsTheyAre) {
   }
 }
 
-TEST_F(CommandText, LongTextsStayWhole) {
+TEST_F(CommandLineTest, LongTextsStayWhole) {
   // So many paths are no longer looked up, which shows in the capitals that the disk lacks.
   std::string command = placed("@/zdoom.exe -file");
   for (int word = 0; word < 20'000; ++word) command += placed(" @\\WADS\\ONE.WAD");
-  const CutCommand cut = cutCommand(command + " -fast " + std::string(1'000'000, 'x'));
+  const CommandLine cut = tokenize(command + " -fast " + std::string(1'000'000, 'x'));
   ASSERT_EQ(cut.arguments.size(), 20'003);
   EXPECT_EQ(cut.arguments[1], placed("@/wads/one.wad"));
   EXPECT_EQ(cut.arguments[20'000], placed("@/WADS/ONE.WAD"));

@@ -1,4 +1,4 @@
-#include "native/printed_lines.h"
+#include "native/output_capture.h"
 
 #include <fcntl.h>
 #include <sys/stat.h>
@@ -53,9 +53,9 @@ std::string readable(std::string_view line) {
 
 }  // namespace
 
-PrintedLines::PrintedLines() : file_(makeFile()) {}
+OutputCapture::OutputCapture() : file_(makeFile()) {}
 
-std::string PrintedLines::last() const {
+std::string OutputCapture::last() const {
   const std::string text = endOf(descriptor());
   std::vector<std::string> lines;
   for (std::size_t end = text.size(); lines.size() < kMostLines;) {

@@ -1,4 +1,4 @@
-#include "native/command_text.h"
+#include "native/command_line.h"
 
 #include <algorithm>
 #include <array>
@@ -48,7 +48,7 @@ class Cutter {
  public:
   explicit Cutter(std::string_view text) : words_(wordsOf(text)) {}
 
-  CutCommand cut() {
+  CommandLine cut() {
     if (words_.empty()) return {};
     takeLocation();
     while (at_ < words_.size()) {
@@ -130,14 +130,14 @@ class Cutter {
   std::vector<std::string_view> words_;
   std::size_t at_ = 0;
   int lookUps_ = 0;
-  CutCommand result_;
+  CommandLine result_;
 };
 
 }  // namespace
 
-CutCommand cutCommand(std::string_view command) { return Cutter(command).cut(); }
+CommandLine tokenize(std::string_view command) { return Cutter(command).cut(); }
 
-std::string startProblem(const CutCommand& command) {
+std::string startProblem(const CommandLine& command) {
   const auto holdsNul = [](const std::string& text) { return text.find('\0') != text.npos; };
   if (std::ranges::any_of(command.arguments, holdsNul)) {
     return "was not started: an argument holds a character that no program can take";

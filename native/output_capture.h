@@ -8,10 +8,10 @@
 
 namespace kelvaron {
 
-class PrintedLines {
+class OutputCapture {
  public:
   /// Makes the file in the folder for temporary files. Where that fails, what is printed is lost.
-  PrintedLines();
+  OutputCapture();
 
   /// Where the program's output and errors go. Above the three descriptors that programs know; -1
   /// where this process can open no more.
