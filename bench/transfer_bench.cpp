@@ -139,7 +139,7 @@ Cost sendPlainly(const std::string& path, std::uint16_t port) {
   setConnectionOptions(connection.get());
   const double processor = processorSeconds();
   const auto begin = Clock::now();
-  std::array<char, Frm_Server::kBlock> block{};
+  std::array<char, TransferSender::kBlock> block{};
   for (;;) {
     const ssize_t got = ::read(file.get(), block.data(), block.size());
     if (got <= 0) break;
@@ -267,7 +267,7 @@ void run(std::size_t bytes) {
     const BlockingReceiver receiver;
     window.push_back(desk.send(path, receiver));
   }
-  std::printf("Sending %.0f MB in blocks of %zu, median of %d\n", megabytes, Frm_Server::kBlock,
+  std::printf("Sending %.0f MB in blocks of %zu, median of %d\n", megabytes, TransferSender::kBlock,
               kRounds);
   report("plain blocking socket", medianOf(plain), megabytes);
   report("the window", medianOf(window), megabytes);

@@ -111,7 +111,7 @@ class FuzzDesktop : SocketPort,
       require(!file_->kept);
       file_->content += bytes;
     }
-    void keep() override { require(!std::exchange(file_->kept, true)); }
+    void commit() override { require(!std::exchange(file_->kept, true)); }
 
    private:
     std::shared_ptr<FuzzFile> file_;

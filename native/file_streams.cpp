@@ -74,7 +74,7 @@ class DiskReceived final : public ReceivedFile {
     }
   }
 
-  void keep() override {
+  void commit() override {
     file_.reset();
     if (::rename(beside_.c_str(), target_.c_str()) == 0) return;
     throw Fault(fault_number::kPathAccess,

@@ -1,7 +1,5 @@
 #include "peer/file_receiver.h"
 
-#include <utility>
-
 #include "session/client.h"
 
 namespace kelvaron {
@@ -12,7 +10,7 @@ Frm_Client::Frm_Client(Client& client)
             .width = 580 * kTwipsPerPixel,
             .height = 224 * kTwipsPerPixel}),
       client_(client),
-      Winsock_Receive(client.ports.sockets.makeSocket()) {
+      transfer_(client.ports.sockets, client.ports.streams, client.edge) {
   Txt_File.Text = "C:\\";
   Txt_File.Locked = true;
   Txt_File.AccessibleName = "Save file to";
@@ -27,15 +25,20 @@ Frm_Client::Frm_Client(Client& client)
   Btn_Listen.Click = [this] { Btn_Listen_Click(); };
   Command1.Click = [this] { client_.slots.unload(*this); };
   Timer1.Tick = [this] { Timer1_Tick(); };
-  Winsock_Receive->onConnectionRequest = [this](int id) {
-    client_.edge.run([this, id] { Winsock_Receive_ConnectionRequest(id); });
+  // Whoever says nothing, or anything but a header, is not heard any further, and the next one may
+  // come.
+  headerLimit.Tick = [this] { Btn_Listen.Click(); };
+  transfer_.onRefused = [this] { Btn_Listen.Click(); };
+  transfer_.onConnect = [this] {
+    headerLimit.Enabled = true;
+    showStatus();
   };
-  Winsock_Receive->onDataArrival = [this] {
-    client_.edge.run([this] { Winsock_Receive_DataArrival(); });
-  };
-  Winsock_Receive->onClose = [this] { client_.edge.run([this] { endConnection(); }); };
-  Winsock_Receive->onError = [this](int, const std::string&) {
-    client_.edge.run([this] { endConnection(); });
+  transfer_.onHeader = [this] { showHeader(); };
+  transfer_.onProgress = [this] { showProgress(); };
+  transfer_.onEnd = [this] { ended(); };
+  transfer_.onFault = [this](const Fault& fault) {
+    ended();
+    client_.MsgBox(fault.what(), box_style::kCritical);
   };
 }
 
@@ -49,78 +52,44 @@ void Frm_Client::Form_Load() {
 
 void Frm_Client::Form_Unload() {
   Timer1.Enabled = false;
+  headerLimit.Enabled = false;
   localHost_.reset();
-  endConnection();
+  transfer_.close();
 }
 
 void Frm_Client::Btn_Listen_Click() {
+  headerLimit.Enabled = false;
   if (const auto fault = FaultRule::stop().handle([&] { listen(); })) {
     client_.MsgBox(fault->what(), box_style::kCritical);
   }
 }
 
 void Frm_Client::listen() {
-  endConnection();
-  Winsock_Receive->Listen(portNumber(Txt_Port.Text));
-  Lbl_Status.Caption = std::to_string(stateNumber(Winsock_Receive->State())) +
-                       " on port: " + std::to_string(Winsock_Receive->LocalPort());
+  transfer_.listen(portNumber(Txt_Port.Text));
+  showStatus();
 }
 
-void Frm_Client::Winsock_Receive_ConnectionRequest(int requestId) {
-  endConnection();
-  Winsock_Receive->Accept(requestId);
+void Frm_Client::ended() {
+  headerLimit.Enabled = false;
+  showStatus();
 }
 
-void Frm_Client::Winsock_Receive_DataArrival() {
-  const std::string arrival = Winsock_Receive->GetData();
-  if (const auto fault = FaultRule::stop().handle([&] { take(arrival); })) {
-    endConnection();
-    client_.MsgBox(fault->what(), box_style::kCritical);
-  }
+void Frm_Client::showStatus() {
+  Lbl_Status.Caption = std::to_string(stateNumber(transfer_.socketState())) +
+                       " on port: " + std::to_string(transfer_.port());
 }
 
-void Frm_Client::take(std::string_view arrival) {
-  if (stage_ == Stage::header) {
-    const HeaderReader::Outcome outcome = header_.take(arrival);
-    // Whoever sends anything else is not heard any further, and the next one may come.
-    if (outcome == HeaderReader::Outcome::refused) return Btn_Listen.Click();
-    if (outcome == HeaderReader::Outcome::unfinished) return;
-    begin();
-  }
-  if (stage_ == Stage::content) addContent(arrival);
-}
-
-void Frm_Client::begin() {
-  FileBar.Max = header_.size();
+void Frm_Client::showHeader() {
+  headerLimit.Enabled = false;
+  FileBar.Max = transfer_.header().size();
   FileBar.Value = 0;
-  Lbl_FileSize.Caption = "File Size: " + header_.sizeText();
-  Txt_File.Text = received(header_.name());
-  file_ = client_.ports.streams.receive(header_.name());
-  stage_ = Stage::content;
+  Lbl_FileSize.Caption = "File Size: " + transfer_.header().sizeText();
+  Txt_File.Text = received(transfer_.header().name());
 }
 
-void Frm_Client::addContent(std::string_view bytes) {
-  // What goes beyond the announced size is dropped.
-  bytes = bytes.substr(0, static_cast<std::size_t>(header_.size() - got_));
-  if (bytes.empty() && header_.size() > 0) return;
-  file_->write(bytes);
-  const auto count = static_cast<std::int64_t>(bytes.size());
-  got_ += count;
-  bytesThisTick += count;
-  if (got_ == header_.size()) {
-    stage_ = Stage::complete;
-    std::exchange(file_, nullptr)->keep();
-  }
-  FileBar.Value = got_;
-  Lbl_Complete.Caption = completeCaption(got_, header_.size());
-}
-
-void Frm_Client::endConnection() {
-  Winsock_Receive->Close();
-  file_.reset();
-  header_ = HeaderReader();
-  got_ = 0;
-  stage_ = Stage::header;
+void Frm_Client::showProgress() {
+  FileBar.Value = transfer_.received();
+  Lbl_Complete.Caption = completeCaption(transfer_.received(), transfer_.header().size());
 }
 
 void Frm_Client::showLocalHost(const LocalHostAnswer& answer) {
@@ -143,8 +112,7 @@ void Frm_Client::Timer1_Tick() {
     Btn_Listen.Click();
     FileBar.Value = 0;
   }
-  Lbl_Averages.Caption = averageCaption(bytesThisTick);
-  bytesThisTick = 0;
+  Lbl_Averages.Caption = averageCaption(transfer_.takeByteCount());
 }
 
 }  // namespace kelvaron

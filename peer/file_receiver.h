@@ -5,12 +5,10 @@
 #include <memory>
 #include <string_view>
 
-#include "peer/transfer.h"
+#include "peer/transfer_receiver.h"
 #include "platform/controls.h"
-#include "platform/file_streams.h"
 #include "platform/local_host.h"
 #include "platform/progress_bar.h"
-#include "platform/socket.h"
 
 namespace kelvaron {
 
@@ -20,6 +18,9 @@ class Client;
 /// while it lasts nobody else is heard.
 class Frm_Client : public Form {
  public:
+  /// Somebody who says nothing keeps others out for so long.
+  static constexpr int kLongestWaitForHeaderMs = 30'000;
+
   explicit Frm_Client(Client& client);
 
   Label Label1{*this, "Label1", pixels(16, 18, 120, 22), "Save File to:"};
@@ -34,6 +35,8 @@ class Frm_Client : public Form {
   CommandButton Btn_Listen{*this, "Btn_Listen", pixels(16, 178, 160, 30), "Listen for file"};
   CommandButton Command1{*this, "Command1", pixels(452, 178, 112, 30), "Close"};
   Timer Timer1{*this, "Timer1", 1000, true};
+  /// Runs while somebody is connected who has not sent a header yet.
+  Timer headerLimit{*this, "headerLimit", kLongestWaitForHeaderMs, false};
 
   Frame Fra_Advanced{*this, "Fra_Advanced", pixels(16, 220, 548, 94), "Advanced Settings"};
   Label Lbl_Port{Fra_Advanced, "Lbl_Port", pixels(16, 28, 144, 22), "Port to listen to:"};
@@ -47,30 +50,20 @@ class Frm_Client : public Form {
   void Form_Unload() override;
 
  private:
-  enum class Stage { header, content, complete };
-
   void Btn_Listen_Click();
   void Timer1_Tick();
-  void Winsock_Receive_ConnectionRequest(int requestId);
-  void Winsock_Receive_DataArrival();
 
   void listen();
-  void take(std::string_view arrival);
-  void begin();
-  void addContent(std::string_view bytes);
-  void endConnection();
+  void ended();
+  void showStatus();
+  void showHeader();
+  void showProgress();
   void showLocalHost(const LocalHostAnswer& answer);
   std::string received(std::string_view name) const;
 
   Client& client_;
-  std::unique_ptr<Socket> Winsock_Receive;
+  TransferReceiver transfer_;
   std::unique_ptr<LocalHostLookUp> localHost_;
-  std::int64_t bytesThisTick = 0;
-  Stage stage_ = Stage::header;
-  HeaderReader header_;
-  std::int64_t got_ = 0;
-  // Open while content is expected.
-  std::unique_ptr<ReceivedFile> file_;
 };
 
 }  // namespace kelvaron

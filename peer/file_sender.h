@@ -2,14 +2,11 @@
 #pragma once
 
 #include <cstdint>
-#include <memory>
-#include <string>
 
+#include "peer/transfer_sender.h"
 #include "platform/common_dialog.h"
 #include "platform/controls.h"
-#include "platform/file_streams.h"
 #include "platform/progress_bar.h"
-#include "platform/socket.h"
 
 namespace kelvaron {
 
@@ -18,10 +15,6 @@ class Client;
 /// The side that connects and sends. It stays loaded, hidden or shown, until it is closed.
 class Frm_Server : public Form {
  public:
-  /// Bytes handed to the socket at once. The next block waits until the system has this one.
-  static constexpr std::size_t kBlock = 2048;
-  /// Most blocks handed over in one turn of the event loop, so that it stays responsive.
-  static constexpr int kBlocksPerTurn = 64;
   /// Longest wait for the connection, and for the system to take the header or a block.
   static constexpr int kLongestWaitMs = 30'000;
 
@@ -55,40 +48,22 @@ class Frm_Server : public Form {
   void Form_Unload() override;
 
   /// Whether a transfer is under way.
-  bool transferring() const { return stage_ != Stage::idle; }
+  bool transferring() const { return transfer_.running(); }
 
  private:
-  enum class Stage { idle, connecting, announcing, sending, draining };
-
   void Btn_Browse_Click();
   void Btn_Send_Click();
   void Timer1_Tick();
-  void Winsock_Send_Connect();
-  void Winsock_Send_SendComplete();
 
   void begin();
-  void announce();
-  void sendBlocks();
-  void readBlock();
   void timedOut();
-  void lost();
-  void stop();
-  void waitFor(Stage stage);
   void showStatus();
   void showProgress();
 
   Client& client_;
   CommonDialog Dlg_Browser;
-  std::unique_ptr<Socket> Winsock_Send;
+  TransferSender transfer_;
   std::uint16_t remotePort_ = 0;
-  Stage stage_ = Stage::idle;
-  // Whether the system has taken all that was given to the socket.
-  bool sendComplete = false;
-  std::int64_t bytesThisTick = 0;
-  std::unique_ptr<FileReader> file_;
-  std::int64_t size_ = 0;
-  std::int64_t sent_ = 0;
-  std::string block_;
 };
 
 }  // namespace kelvaron

@@ -1,17 +1,9 @@
-// Handlers of the inbound lines by which users' machines find each other, and the entries of the
-// room's menus that begin it.
+// Handlers of the inbound lines by which users' machines find each other.
 #pragma once
 
 #include "session/dispatch.h"
 
-namespace kelvaron {
-
-class frmMain;
-
-/// Gives the room's menu entries for profiles, pings and files their handlers.
-void wirePeer(Client& client, frmMain& room);
-
-namespace inbound {
+namespace kelvaron::inbound {
 
 /// Answered from the user's own file, without asking.
 void onGetProfile(InboundContext& context);
@@ -25,5 +17,4 @@ void onReturnIpForFile(InboundContext& context);
 /// Known, and without effect.
 void onIpFile(InboundContext& context);
 
-}  // namespace inbound
-}  // namespace kelvaron
+}  // namespace kelvaron::inbound

@@ -8,6 +8,11 @@
 
 namespace kelvaron {
 
+/// What stands behind the last "/" or "\\" of a path.
+inline std::string nameWithoutFolder(const std::string& path) {
+  return path.substr(path.find_last_of("/\\") + 1);
+}
+
 class CommonDialog {
  public:
   /// Words shown, or a pattern such as "*.wad". Empty shows all files.
@@ -27,7 +32,7 @@ class CommonDialog {
         dialogs.openFile({DialogTitle, Filter, InitDir, DefaultExt});
     if (!chosen) return false;
     FileName = *chosen;
-    FileTitle = FileName.substr(FileName.find_last_of("/\\") + 1);
+    FileTitle = nameWithoutFolder(FileName);
     return true;
   }
 };

@@ -25,7 +25,7 @@ class FileReader {
   virtual std::size_t read(std::span<char> block) = 0;
 };
 
-/// A file that comes from somebody else. Until `keep` it has a name of its own, under which it
+/// A file that comes from somebody else. Until `commit` it has a name of its own, under which it
 /// stays when it is destroyed without.
 class ReceivedFile {
  public:
@@ -38,7 +38,7 @@ class ReceivedFile {
   virtual void write(std::string_view bytes) = 0;
   /// Closes the file and gives it the name it was begun for, in place of a file that had it.
   /// Fault 61 or 75; the file then stays under its own name.
-  virtual void keep() = 0;
+  virtual void commit() = 0;
 };
 
 class FileStreams {

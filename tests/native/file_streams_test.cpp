@@ -61,14 +61,14 @@ TEST_F(Streams, ReadInBlocksAndOnlyFiles) {
   }
 }
 
-TEST_F(Streams, ReceivedFileHasANameOfItsOwnUntilItIsKept) {
+TEST_F(Streams, ReceivedFileHasANameOfItsOwnUntilItIsCommitted) {
   {
     const auto first = streams.receive("m.wad");
     const auto second = streams.receive("m.wad");
     first->write("first");
     second->write("second");
     EXPECT_EQ(content("received/m.wad.part"), "first");
-    second->keep();
+    second->commit();
     EXPECT_EQ(content("received/m.wad"), "second");
   }
   EXPECT_EQ(content("received/m.wad.part"), "first");
@@ -85,7 +85,7 @@ TEST_F(Streams, LinkInTheFolderIsReplacedNotFollowed) {
   std::filesystem::create_symlink(path("target"), path("received/m.part"));
   const auto file = streams.receive("m");
   file->write("new");
-  file->keep();
+  file->commit();
   EXPECT_EQ(content("target"), "precious");
   EXPECT_EQ(content("received/m"), "new");
 }

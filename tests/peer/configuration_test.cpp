@@ -12,13 +12,11 @@
 #include "tests/support/line_server.h"
 #include "tests/support/test_desktop.h"
 
-namespace kelvaron {
+namespace kelvaron::testing {
 namespace {
 
 using ::testing::HasSubstr;
 using ::testing::IsEmpty;
-using testing::LineServer;
-using testing::TestDesktop;
 
 TEST(GameConfigFile, ElevenLinesThereAndBack) {
   const GameConfig full{"a", "b -3dfx", "c", "d", "e", "f", "g", "h\\i", "", "\xE9 j", "k"};
@@ -193,4 +191,4 @@ TEST_F(Configuration, SaveThatFailsKeepsFormAndFile) {
 }
 
 }  // namespace
-}  // namespace kelvaron
+}  // namespace kelvaron::testing

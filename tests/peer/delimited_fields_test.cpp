@@ -3,7 +3,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-namespace kelvaron {
+namespace kelvaron::testing {
 namespace {
 
 using Fields = std::vector<std::string>;
@@ -37,4 +37,4 @@ TEST(DelimitedFields, Read) {
 }
 
 }  // namespace
-}  // namespace kelvaron
+}  // namespace kelvaron::testing

@@ -6,12 +6,11 @@
 
 #include "tests/peer/two_desks.h"
 
-namespace kelvaron {
+namespace kelvaron::testing {
 namespace {
 
 using ::testing::ElementsAre;
 using ::testing::IsEmpty;
-using namespace testing;
 
 /// Echoes whose outcomes the test tells.
 class ScriptedEchoes : public EchoPort {
@@ -170,4 +169,4 @@ TEST_F(Ping, RealEchoOfThisMachine) {
 }
 
 }  // namespace
-}  // namespace kelvaron
+}  // namespace kelvaron::testing

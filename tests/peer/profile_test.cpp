@@ -7,12 +7,11 @@
 #include "session/message_of_the_day.h"
 #include "tests/peer/two_desks.h"
 
-namespace kelvaron {
+namespace kelvaron::testing {
 namespace {
 
 using ::testing::ElementsAre;
 using ::testing::IsEmpty;
-using namespace testing;
 
 constexpr const char* kMissing =
     "Someone is trying to view your profile But you havent made one. Please create it to avoid "
@@ -224,4 +223,4 @@ TEST_F(Profiles, MessageOfTheDayHasTheFormReady) {
 }
 
 }  // namespace
-}  // namespace kelvaron
+}  // namespace kelvaron::testing

@@ -7,13 +7,12 @@
 #include "peer/transfer.h"
 #include "tests/peer/two_desks.h"
 
-namespace kelvaron {
+namespace kelvaron::testing {
 namespace {
 
 using ::testing::ElementsAre;
 using ::testing::HasSubstr;
 using ::testing::IsEmpty;
-using namespace testing;
 
 class Receiver : public TwoDesks {
  protected:
@@ -175,7 +174,7 @@ TEST_F(Receiver, BrokenTransferLeavesTheOlderFileAndWhatCameBesideIt) {
     say({"FILEINFO|1000|maps.wad|", "half"});
     ASSERT_TRUE(until([&] { return receiverShows("Complete: 0 %"); }));
     hostile->Close();
-    loop.runUntil([] { return false; }, std::chrono::milliseconds(20));
+    ASSERT_TRUE(until([&] { return receiver().Lbl_Status.Caption.get().starts_with("0 "); }));
     // Listening is for the user to begin again.
     bool refused = false;
     hostile->onError = [&](int, const std::string&) { refused = true; };
@@ -222,6 +221,19 @@ TEST_F(Receiver, OneAtATime) {
   say({"def"});
   EXPECT_TRUE(until([&] { return receiverShows(kWholeCaption); }));
   EXPECT_EQ(contentOf(arrived("first")), "abcdef");
+}
+
+TEST_F(Receiver, WhoeverSaysNothingGivesWay) {
+  connect();
+  ASSERT_TRUE(until([&] { return receiver().headerLimit.Enabled.get(); }));
+  EXPECT_TRUE(receiver().Lbl_Status.Caption.get().starts_with("7 "));
+  EXPECT_EQ(receiver().headerLimit.Interval.get(), 30'000);
+  bob.raise(receiver().headerLimit.Tick);
+  EXPECT_TRUE(receiverListens());
+  connect();
+  say({"FILEINFO|3|m|a"});
+  ASSERT_TRUE(until([&] { return receiverShows("Complete: 33 %"); }));
+  EXPECT_FALSE(receiver().headerLimit.Enabled) << "content may take its time";
 }
 
 TEST_F(Receiver, FloodOfConnectionsThatSayNonsense) {
@@ -332,4 +344,4 @@ TEST(TransferTexts, GetField) {
 }
 
 }  // namespace
-}  // namespace kelvaron
+}  // namespace kelvaron::testing

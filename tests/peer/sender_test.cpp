@@ -5,12 +5,11 @@
 #include "peer/transfer.h"
 #include "tests/peer/two_desks.h"
 
-namespace kelvaron {
+namespace kelvaron::testing {
 namespace {
 
 using ::testing::HasSubstr;
 using ::testing::IsEmpty;
-using namespace testing;
 
 class Sender : public TwoDesks {
  protected:
@@ -69,13 +68,26 @@ TEST_F(Sender, StreamIsTheHeaderAndTheBytes) {
 TEST_F(Sender, NameThatWouldBreakTheHeaderIsChanged) {
   choose("a|b\tc.wad", "x");
   ann.raise(sender().Btn_Send.Click);
+  // Chosen while it connects: for the next press.
+  choose("later.wad", "other");
   ASSERT_TRUE(until([&] { return closed; }));
   EXPECT_EQ(received, "FILEINFO|1|a_b_c.wad|x");
+}
+
+TEST_F(Sender, TypedPathGoesOutUnderItsOwnName) {
+  choose("chosen.wad", "x");
+  writeFile(ann.folder.path() / "typed.wad", "yy");
+  sender().Txt_File.Text = (ann.folder.path() / "typed.wad").string();
+  ann.raise(sender().Btn_Send.Click);
+  ASSERT_TRUE(until([&] { return closed; }));
+  EXPECT_EQ(received, "FILEINFO|2|typed.wad|yy");
 }
 
 TEST_F(Sender, SecondPressDuringATransferDoesNothing) {
   fillTheRoad();
   const std::int64_t sent = sender().FileBar.Value;
+  // What is chosen meanwhile is for the next press.
+  choose("next.wad", "x");
   ann.raise(sender().Btn_Send.Click);
   EXPECT_EQ(sender().FileBar.Value.get(), sent);
   reads = true;
@@ -155,6 +167,7 @@ TEST_F(Sender, ClosedFormEndsTheTransferFromAnyOfItsWaits) {
 
 TEST_F(Sender, FileThatShrinksIsToldAndTheConnectionClosed) {
   fillTheRoad();
+  choose("next.wad", "x");
   std::filesystem::resize_file(ann.folder.path() / "big.wad", 1000);
   reads = true;
   received = peer->GetData();
@@ -184,4 +197,4 @@ TEST_F(Sender, WhatThePeerSaysIsDropped) {
 }
 
 }  // namespace
-}  // namespace kelvaron
+}  // namespace kelvaron::testing

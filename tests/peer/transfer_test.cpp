@@ -6,13 +6,12 @@
 
 #include "tests/peer/two_desks.h"
 
-namespace kelvaron {
+namespace kelvaron::testing {
 namespace {
 
 using ::testing::ElementsAre;
 using ::testing::HasSubstr;
 using ::testing::IsEmpty;
-using namespace testing;
 
 class Transfer : public TwoDesks {
  protected:
@@ -205,4 +204,4 @@ TEST_F(Transfer, BrowseDismissedChangesNothing) {
 }
 
 }  // namespace
-}  // namespace kelvaron
+}  // namespace kelvaron::testing
