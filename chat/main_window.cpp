@@ -1,11 +1,9 @@
 #include "chat/main_window.h"
 
 #include "build_settings.h"
-#include "chat/about_box.h"
 #include "chat/colors.h"
 #include "chat/commands.h"
 #include "chat/private_message.h"
-#include "chat/radio.h"
 #include "chat/resize/resize_forms.h"
 #include "chat/user_list_entry.h"
 #include "session/client.h"
@@ -59,24 +57,6 @@ void frmMain::look() {
     scratch->Visible = false;
     scratch->MultiLine = true;
   }
-}
-
-void frmMain::wire() {
-  txtinput.Change = [this] { txtinput_Change(); };
-  txtinput.Click = [this] { txtinput.SelColor = colors::kSpeech; };
-  txtinput.DblClick = [this] { txtinput.SelColor = colors::kSpeech; };
-  txtinput.KeyDown = [this](int keyCode, int) { txtinput_KeyDown(keyCode); };
-  Image1.Click = [this] { Image1_Click(); };
-  List1.MouseUp = [this](MouseButton button) { List1_MouseUp(button); };
-  List1.DblClick = [this] { List1_DblClick(); };
-
-  mnuConnect.Click = [this] { reconnect(client_); };
-  mnuDisconnect.Click = [this] { disconnect(client_); };
-  dconnect.Click = [this] { disconnect(client_); };
-  mnuQuit.Click = [this] { quit(client_); };
-  mnuPM.Click = [this] { mnuPM_Click(); };
-  mnuAbout.Click = [this] { client_.form<frmAbout>().Show(); };
-  wireRadio(client_, *this);
 }
 
 void frmMain::Form_Load() {

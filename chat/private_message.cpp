@@ -4,6 +4,7 @@
 #include "chat/main_window.h"
 #include "session/client.h"
 #include "session/outbound.h"
+#include "session/sending.h"
 
 namespace kelvaron {
 
@@ -29,13 +30,7 @@ void SendPM::Command1_Click() {
   const std::string& target = Label2.Caption;
   const std::string& text = Text1.Text;
   // Without a connection nothing is sent or echoed, and the text stays.
-  const auto fault = FaultRule::stop().handle(
-      [&] { client_.send(outbound::privateMessage(target, text, client_.UserName)); });
-  if (fault) {
-    client_.MsgBox("Your message was not sent, as there is no connection to the server.",
-                   box_style::kExclamation);
-    return;
-  }
+  if (!sendOrTell(client_, outbound::privateMessage(target, text, client_.UserName))) return;
   client_.form<frmMain>().writePrivateMessage("Private Message To " + target + ": ", text);
   Text1.Text = "";
   client_.slots.unload(*this);

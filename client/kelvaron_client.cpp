@@ -6,11 +6,12 @@
 #include "chat/main_window.h"
 #include "game/awaiting_verification.h"
 #include "game/inbound_lines.h"
-#include "game/wire.h"
+#include "game/wiring.h"
 #include "moderation/inbound_lines.h"
-#include "moderation/moderator_menu.h"
+#include "moderation/wiring.h"
 #include "peer/inbound_lines.h"
 #include "peer/profile.h"
+#include "peer/wiring.h"
 #include "session/inbound_lines.h"
 #include "session/login_window.h"
 #include "session/message_of_the_day.h"
@@ -55,18 +56,17 @@ constexpr std::array<InboundRow, 31> kInbound = {{
 }};
 
 // What folders above a form's own have to do with it.
-void wire(Client& client, Form& form) {
-  if (auto* room = dynamic_cast<frmMain*>(&form)) {
-    wirePeer(client, *room);
-    wireGame(client, *room);
-    wireModeration(client, *room);
-  } else if (dynamic_cast<frmLogin*>(&form) != nullptr) {
-    // The form that waits for guests stands ready from the start, unseen.
-    client.form<Form1>().Caption = client.title;
-  } else if (dynamic_cast<Form5*>(&form) != nullptr) {
-    // The message of the day has the profile ready, unseen.
-    client.form<Profile>();
-  }
+void wireForms(Client& client) {
+  client.slots.onMade<frmMain>([&client](frmMain& room) {
+    wirePeer(client, room);
+    wireGame(client, room);
+    wireModeration(client, room);
+  });
+  // The form that waits for guests stands ready from the start, unseen.
+  client.slots.onMade<frmLogin>(
+      [&client](frmLogin&) { client.form<Form1>().Caption = client.title; });
+  // The message of the day has the profile ready, unseen.
+  client.slots.onMade<Form5>([&client](Form5&) { client.form<Profile>(); });
 }
 
 }  // namespace
@@ -75,8 +75,12 @@ std::span<const InboundRow> inboundTable() { return kInbound; }
 
 std::unique_ptr<Client> makeClient(Edge& edge, const Ports& ports) {
   auto made = std::make_unique<Client>(
-      edge, ports, kInbound, [](Client& client) -> MainWindow& { return client.form<frmMain>(); });
-  made->slots.onMade = [&client = *made](Form& form) { wire(client, form); };
+      edge, ports, kInbound,
+      MainWindowSlot{.touch = [](Client& client) -> MainWindow& { return client.form<frmMain>(); },
+                     .loaded = [](const Client& client) -> const MainWindow* {
+                       return client.loadedForm<frmMain>();
+                     }});
+  wireForms(*made);
   return made;
 }
 

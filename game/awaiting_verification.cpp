@@ -2,10 +2,10 @@
 
 #include "chat/colors.h"
 #include "chat/main_window.h"
-#include "game/connection_check.h"
 #include "game/in_game.h"
 #include "session/client.h"
 #include "session/outbound.h"
+#include "session/sending.h"
 
 namespace kelvaron {
 
@@ -40,7 +40,7 @@ void Form1::showDeclined(std::string_view guest) {
 }
 
 void Form1::Command1_Click() {
-  if (!connectedOrTold(client_, "The game was not started")) return;
+  if (!connectedOrTell(client_)) return;
   for (std::size_t slot = 0; slot < kSlots; ++slot) {
     const std::string& guest = Label1[slot].Caption;
     if (green_[slot]->FillColor.get() == kAccepted && guest != "NONE") {

@@ -1,10 +1,10 @@
 #include "game/csdoom.h"
 
 #include "chat/main_window.h"
-#include "game/connection_check.h"
 #include "peer/configuration.h"
 #include "session/client.h"
 #include "session/outbound.h"
+#include "session/sending.h"
 
 namespace kelvaron {
 
@@ -16,7 +16,7 @@ void launchCsServer(Client& client, frmMain& room) {
     client.form<kelvaron::config>().Show();
     return;
   }
-  if (!connectedOrTold(client, "The CSDoom server was not started")) return;
+  if (!connectedOrTell(client)) return;
   client.ports.processes.run(config.csServerPath, WindowStyle::minimizedNoFocus);
   client.send(outbound::hostingCs(client.UserName));
   room.Command2.Enabled = true;
@@ -32,7 +32,7 @@ void returnFromCs(Client& client, frmMain& room) {
 }
 
 void joinCsGame(Client& client, frmMain& room) {
-  if (!connectedOrTold(client, "The game can not be joined")) return;
+  if (!connectedOrTell(client)) return;
   client.send(outbound::userIp(room.List1.Text(), client.UserName));
 }
 

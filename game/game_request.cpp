@@ -1,9 +1,9 @@
 #include "game/game_request.h"
 
 #include "chat/main_window.h"
-#include "game/connection_check.h"
 #include "session/client.h"
 #include "session/outbound.h"
+#include "session/sending.h"
 
 namespace kelvaron {
 
@@ -29,11 +29,10 @@ request::request(Client& client)
 void request::answer(bool accepted) {
   const std::string& host = Text1.Text;
   const std::string& shownName = client_.form<frmMain>().Label1.Caption;
-  const auto unsent = FaultRule::stop().handle([&] {
-    client_.send(accepted ? outbound::accept(host, shownName) : outbound::decline(host, shownName));
-  });
+  const bool sent = sendOrTell(
+      client_, accepted ? outbound::accept(host, shownName) : outbound::decline(host, shownName));
   // An offer that can't be accepted any more can still be put away.
-  if (unsent && !connectedOrTold(client_, "Your answer was not sent") && accepted) return;
+  if (!sent && accepted) return;
   client_.slots.unload(*this);
 }
 

@@ -4,10 +4,10 @@
 
 #include "chat/main_window.h"
 #include "game/awaiting_verification.h"
-#include "game/connection_check.h"
 #include "game/in_game.h"
 #include "session/client.h"
 #include "session/outbound.h"
+#include "session/sending.h"
 
 namespace kelvaron {
 namespace {
@@ -157,23 +157,22 @@ void game1::Command3_Click() {
 }
 
 void game1::playWithGuests(const GameConfig& config) {
-  if (!connectedOrTold(client_, "Your request was not sent")) return;
+  if (!connectedOrTell(client_)) return;
   const int guests = numberIn(Text8.Text);
   client_.form<frmMain>().Text2.Text =
       hostCommand(Text3.Text.get(), guests + 1, Text1.Text.get(), config);
   Form1& waiting = client_.form<Form1>();
   waiting.Show();
-  std::vector<std::string> invited;
+  GameOffer offer{.gameKey = Text4.Text,
+                  .wad = Text5.Text,
+                  .skin = Text6.Text,
+                  .guestOptions = Text7.Text,
+                  .hostAddress = client_.sckClient().LocalIP(),
+                  .hostNick = client_.form<frmMain>().Label1.Caption};
   for (std::size_t slot = 0; slot < Form1::kSlots && static_cast<int>(slot) < guests; ++slot) {
-    invited.push_back(waiting.Label1[slot].Caption);
+    offer.invited.push_back(waiting.Label1[slot].Caption);
   }
-  client_.send(outbound::game({.invited = invited,
-                               .gameKey = Text4.Text.get(),
-                               .wad = Text5.Text.get(),
-                               .skin = Text6.Text.get(),
-                               .guestOptions = Text7.Text.get(),
-                               .localAddress = client_.sckClient().LocalIP(),
-                               .shownName = client_.form<frmMain>().Label1.Caption.get()}));
+  client_.send(outbound::game(offer));
   client_.slots.unload(*this);
 }
 

@@ -6,6 +6,7 @@
 #include <string_view>
 
 #include "game/game_table.h"
+#include "session/game_offer.h"
 
 namespace kelvaron {
 
@@ -46,16 +47,6 @@ std::string hostCommand(std::string_view begun, int players, std::string_view wa
                         const GameConfig& config);
 /// The command of a game alone.
 std::string soloCommand(std::string_view begun, std::string_view wad, const GameConfig& config);
-
-/// An offer as it reaches a guest.
-struct GameOffer {
-  std::string gameKey;
-  std::string wad;
-  std::string skin;
-  std::string guestOptions;
-  std::string hostAddress;
-  std::string hostNick;
-};
 
 /// The guest's command, from the guest's own configuration. It ends in CR LF. A key that isn't one
 /// of the ten leaves engine and game out.

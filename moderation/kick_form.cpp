@@ -2,9 +2,9 @@
 
 #include "chat/colors.h"
 #include "chat/main_window.h"
-#include "moderation/sending.h"
 #include "session/client.h"
 #include "session/outbound.h"
+#include "session/sending.h"
 
 namespace kelvaron {
 

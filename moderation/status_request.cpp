@@ -1,9 +1,9 @@
 #include "moderation/status_request.h"
 
 #include "chat/colors.h"
-#include "moderation/sending.h"
 #include "session/client.h"
 #include "session/outbound.h"
+#include "session/sending.h"
 
 namespace kelvaron {
 

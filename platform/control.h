@@ -21,6 +21,7 @@ struct Place {
   int top = 0;
   int width = 0;
   int height = 0;
+  bool operator==(const Place&) const = default;
 };
 
 inline constexpr int kTwipsPerPixel = 15;

@@ -22,7 +22,7 @@ class FormSlots {
       auto made = std::make_unique<F>(context);
       F& form = *made;
       slot = std::move(made);
-      if (onMade) onMade(form);
+      for (const auto& hook : onMade_[typeid(F)]) hook(form);
       if (onLoaded) onLoaded(form);
       form.Form_Load();
       return form;
@@ -47,14 +47,20 @@ class FormSlots {
     unloading_.back().after.push_back(std::move(next));
   }
 
+  /// Runs `hook` whenever a form of kind `F` was made, before it loads: folders above the form's
+  /// own wire their handlers to its controls.
+  template <class F>
+  void onMade(std::function<void(F&)> hook) {
+    onMade_[typeid(F)].push_back(
+        [hook = std::move(hook)](Form& form) { hook(static_cast<F&>(form)); });
+  }
+
   /// Destroys what was unloaded. Call it when no handler is running.
   void collect() { unloaded_.clear(); }
 
   /// All that are loaded, hidden ones too.
   std::vector<Form*> forms() const;
 
-  /// A form was made; folders above its own may wire their handlers to its controls.
-  std::function<void(Form&)> onMade;
   /// For the shell: a form was made; a form was taken out of its slot.
   std::function<void(Form&)> onLoaded;
   std::function<void(Form&)> onUnloaded;
@@ -69,6 +75,7 @@ class FormSlots {
   void takeOut(Form& form);
 
   std::map<std::type_index, std::unique_ptr<Form>> slots_;
+  std::map<std::type_index, std::vector<std::function<void(Form&)>>> onMade_;
   std::vector<std::unique_ptr<Form>> unloaded_;
   std::vector<Unloading> unloading_;
 };

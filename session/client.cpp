@@ -16,11 +16,11 @@ constexpr std::chrono::milliseconds kUnfinishedLineLimit{200};
 }  // namespace
 
 Client::Client(Edge& atEdge, const Ports& usedPorts, std::span<const InboundRow> inbound,
-               std::function<MainWindow&(Client&)> touchMainWindow)
+               const MainWindowSlot& mainWindow)
     : edge(atEdge),
       ports(usedPorts),
       inbound_(inbound),
-      touchMainWindow_(std::move(touchMainWindow)),
+      mainWindow_(mainWindow),
       sckClient_(usedPorts.sockets.makeSocket()) {
   sckClient_->HoldBackUnfinishedLine(kUnfinishedLineLimit);
   sckClient_->onConnect = [this] { edge.run([this] { sckClient_Connect(*this); }); };
@@ -53,9 +53,8 @@ Client::~Client() {
 }
 
 bool Client::mainWindowShown() const {
-  return std::ranges::any_of(slots.forms(), [](const Form* form) {
-    return form->Visible && dynamic_cast<const MainWindow*>(form) != nullptr;
-  });
+  const MainWindow* window = mainWindow_.loaded(*this);
+  return window != nullptr && window->Visible;
 }
 
 void Client::MsgBox(const std::string& text, int style, const std::string& boxTitle) {

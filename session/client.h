@@ -16,14 +16,22 @@
 
 namespace kelvaron {
 
+class Client;
 class MainWindow;
+
+/// The way to the main window, which a higher folder builds.
+struct MainWindowSlot {
+  /// Makes it at the first touch.
+  MainWindow& (*touch)(Client&);
+  /// Null while it isn't loaded.
+  const MainWindow* (*loaded)(const Client&);
+};
 
 class Client {
  public:
-  /// `inbound` is the table of inbound keywords; `mainWindow` touches the main window, which a
-  /// higher folder builds. Edge and ports outlive the client.
+  /// `inbound` is the table of inbound keywords. Edge and ports outlive the client.
   Client(Edge& edge, const Ports& ports, std::span<const InboundRow> inbound,
-         std::function<MainWindow&(Client&)> mainWindow);
+         const MainWindowSlot& mainWindow);
   Client(const Client&) = delete;
   Client& operator=(const Client&) = delete;
   ~Client();
@@ -56,7 +64,7 @@ class Client {
     return *static_cast<T*>(kept.get());
   }
   /// The main window, made at the first touch.
-  MainWindow& mainWindow() { return touchMainWindow_(*this); }
+  MainWindow& mainWindow() { return mainWindow_.touch(*this); }
   /// Whether the main window is on the screen; makes none.
   bool mainWindowShown() const;
 
@@ -73,7 +81,7 @@ class Client {
   void arrival();
 
   std::span<const InboundRow> inbound_;
-  std::function<MainWindow&(Client&)> touchMainWindow_;
+  MainWindowSlot mainWindow_;
   std::unique_ptr<Socket> sckClient_;
   std::map<std::type_index, std::shared_ptr<void>> lasting_;
   // A box in a handler of an inbound line lets events run. What the socket tells meanwhile waits,

@@ -40,7 +40,7 @@ std::string game(const GameOffer& offer) {
   fields.insert(fields.end(), offer.invited.begin(), offer.invited.end());
   if (offer.invited.empty()) fields.emplace_back();
   fields.insert(fields.end(), {offer.gameKey, offer.wad, offer.skin, offer.guestOptions,
-                               offer.localAddress, offer.shownName});
+                               offer.hostAddress, offer.hostNick});
   return joinLine("GAME", fields);
 }
 std::string accept(Text host, Text shownName) { return joinLine("XCEPT", {host, shownName}); }

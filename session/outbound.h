@@ -6,9 +6,10 @@
 #pragma once
 
 #include <array>
-#include <span>
 #include <string>
 #include <string_view>
+
+#include "session/game_offer.h"
 
 namespace kelvaron::outbound {
 
@@ -31,18 +32,6 @@ std::string away(Text ownName);
 std::string returnCs(Text ownName);
 
 // Games.
-struct GameOffer {
-  /// Up to six whole list entries.
-  std::span<const std::string> invited;
-  Text gameKey;
-  /// File name without folder, or "NONE".
-  Text wad;
-  Text skin;
-  /// Options with a blank in front of each; may be empty.
-  Text guestOptions;
-  Text localAddress;
-  Text shownName;
-};
 /// With nobody invited an empty field stands for the nicknames.
 std::string game(const GameOffer& offer);
 std::string accept(Text host, Text shownName);

@@ -6,13 +6,11 @@
 #include "tests/support/line_server.h"
 #include "tests/support/test_desktop.h"
 
-namespace kelvaron {
+namespace kelvaron::testing {
 namespace {
 
 using ::testing::ElementsAre;
 using ::testing::IsEmpty;
-using testing::LineServer;
-using testing::TestDesktop;
 
 const std::string kFirstKey = R"(SOFTWARE\Microsoft\Shared Tools\MSINFO)";
 const std::string kSecondKey = R"(SOFTWARE\Microsoft\Shared Tools Location)";
@@ -117,4 +115,4 @@ TEST_F(About, ValuesByTheirType) {
 }
 
 }  // namespace
-}  // namespace kelvaron
+}  // namespace kelvaron::testing

@@ -8,13 +8,11 @@
 #include "tests/support/line_server.h"
 #include "tests/support/test_desktop.h"
 
-namespace kelvaron {
+namespace kelvaron::testing {
 namespace {
 
 using ::testing::ElementsAre;
 using ::testing::IsEmpty;
-using testing::LineServer;
-using testing::TestDesktop;
 
 class Commands : public ::testing::Test {
  protected:
@@ -236,4 +234,4 @@ TEST_F(Commands, OnlyEnterActsAndEveryChangePutsTheCaretAtTheEnd) {
 }
 
 }  // namespace
-}  // namespace kelvaron
+}  // namespace kelvaron::testing

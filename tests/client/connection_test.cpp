@@ -5,13 +5,11 @@
 #include "tests/support/line_server.h"
 #include "tests/support/test_desktop.h"
 
-namespace kelvaron {
+namespace kelvaron::testing {
 namespace {
 
 using ::testing::ElementsAre;
 using ::testing::IsEmpty;
-using testing::LineServer;
-using testing::TestDesktop;
 
 class Connection : public ::testing::Test {
  protected:
@@ -128,4 +126,4 @@ TEST_F(Connection, SilentServerLeavesAnEmptyRoom) {
 }
 
 }  // namespace
-}  // namespace kelvaron
+}  // namespace kelvaron::testing

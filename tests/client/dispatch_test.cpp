@@ -5,13 +5,11 @@
 #include "tests/support/line_server.h"
 #include "tests/support/test_desktop.h"
 
-namespace kelvaron {
+namespace kelvaron::testing {
 namespace {
 
 using ::testing::ElementsAre;
 using ::testing::IsEmpty;
-using testing::LineServer;
-using testing::TestDesktop;
 
 class Dispatch : public ::testing::Test {
  protected:
@@ -102,7 +100,7 @@ TEST_F(Dispatch, MissingFileIsTheOneFaultThatIsTold) {
 }
 
 TEST_F(Dispatch, LinesBehindAnOpenBoxKeepTheirOrder) {
-  desktop.whileBoxIsOpen = [&](const testing::Box&) {
+  desktop.whileBoxIsOpen = [&](const Box&) {
     server.say("Announce\tsecond\r\n");
     const auto deadline = std::chrono::steady_clock::now() + std::chrono::milliseconds(100);
     while (std::chrono::steady_clock::now() < deadline) {
@@ -126,4 +124,4 @@ TEST_F(Dispatch, TenThousandUsersInOneBurstLoseNone) {
 }
 
 }  // namespace
-}  // namespace kelvaron
+}  // namespace kelvaron::testing

@@ -4,7 +4,7 @@
 
 #include <vector>
 
-namespace kelvaron {
+namespace kelvaron::testing {
 namespace {
 
 // Every line that the client writes, against what the server reads. "|" stands for TAB.
@@ -71,4 +71,4 @@ TEST(Outbound, FieldOrders) {
 }
 
 }  // namespace
-}  // namespace kelvaron
+}  // namespace kelvaron::testing

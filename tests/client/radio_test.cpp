@@ -7,13 +7,11 @@
 #include "tests/support/line_server.h"
 #include "tests/support/test_desktop.h"
 
-namespace kelvaron {
+namespace kelvaron::testing {
 namespace {
 
 using ::testing::ElementsAre;
 using ::testing::IsEmpty;
-using testing::LineServer;
-using testing::TestDesktop;
 
 std::string opened(std::string_view host, const std::string& path) {
   return "open http://" + std::string(host) + path;
@@ -156,4 +154,4 @@ TEST_F(RadioMenu, VolumeMovesWithTheSliderAlone) {
 }
 
 }  // namespace
-}  // namespace kelvaron
+}  // namespace kelvaron::testing

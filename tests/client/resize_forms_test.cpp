@@ -13,17 +13,12 @@
 
 namespace kelvaron {
 
-static bool operator==(const Place& a, const Place& b) {
-  return a.left == b.left && a.top == b.top && a.width == b.width && a.height == b.height;
-}
 static void PrintTo(const Place& place, std::ostream* out) {
   *out << place.left << ',' << place.top << ' ' << place.width << 'x' << place.height;
 }
 
+namespace testing {
 namespace {
-
-using testing::LineServer;
-using testing::TestDesktop;
 
 Place placeOf(const Control& control) {
   return {control.Left, control.Top, control.Width, control.Height};
@@ -199,4 +194,5 @@ TEST(Resize, TheRoomFollowsItsWindow) {
 }
 
 }  // namespace
+}  // namespace testing
 }  // namespace kelvaron

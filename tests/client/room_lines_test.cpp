@@ -7,13 +7,11 @@
 #include "tests/support/line_server.h"
 #include "tests/support/test_desktop.h"
 
-namespace kelvaron {
+namespace kelvaron::testing {
 namespace {
 
 using ::testing::ElementsAre;
 using ::testing::IsEmpty;
-using testing::LineServer;
-using testing::TestDesktop;
 
 // The last `count` lines as "(red,green,blue)text" per run, "*" for bold.
 std::vector<std::string> styledTail(const StyledText& text, std::size_t count) {
@@ -204,4 +202,4 @@ TEST_F(RoomLines, AddressQuestionsAreAnswered) {
 }
 
 }  // namespace
-}  // namespace kelvaron
+}  // namespace kelvaron::testing

@@ -3,15 +3,14 @@
 #include <gtest/gtest.h>
 
 #include "chat/private_message.h"
+#include "session/sending.h"
 #include "tests/support/line_server.h"
 #include "tests/support/test_desktop.h"
 
-namespace kelvaron {
+namespace kelvaron::testing {
 namespace {
 
 using ::testing::ElementsAre;
-using testing::LineServer;
-using testing::TestDesktop;
 
 // A window that only remembers which menu was opened on it.
 struct PopUps : FormWindow {
@@ -127,7 +126,7 @@ TEST_F(Room, PrivateMessageWithoutAConnectionIsKept) {
   desktop.raise(desktop.room().mnuDisconnect.Click);
   desktop.raise(form().Command1.Click);
   ASSERT_EQ(desktop.boxes.size(), 1U);
-  EXPECT_THAT(desktop.boxes[0].text, ::testing::HasSubstr("not sent"));
+  EXPECT_EQ(desktop.boxes[0].text, kNothingSent);
   EXPECT_TRUE(desktop.shows<SendPM>());
   EXPECT_EQ(form().Text1.Text.get(), "hi");
   EXPECT_EQ(desktop.chat(), "");
@@ -199,4 +198,4 @@ TEST_F(Room, FaultThatNoRuleMeetsIsTold) {
 }
 
 }  // namespace
-}  // namespace kelvaron
+}  // namespace kelvaron::testing

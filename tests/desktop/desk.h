@@ -103,7 +103,10 @@ class Desk : private SoundPort, private Application {
                      .streams = streams,
                      .localHost = localHost},
                {},
-               [](Client&) -> MainWindow& { throw Fault(fault_number::kInvalidCall, "no room"); }),
+               {.touch = [](Client&) -> MainWindow& {
+                  throw Fault(fault_number::kInvalidCall, "no room");
+                },
+                .loaded = [](const Client&) -> const MainWindow* { return nullptr; }}),
         shell(client, gate) {
     Plain::unloads = 0;
     Plain::onLoad = nullptr;

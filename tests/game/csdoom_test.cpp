@@ -3,15 +3,14 @@
 
 #include "tests/game/player.h"
 
-namespace kelvaron {
+namespace kelvaron::testing {
 namespace {
 
 using ::testing::ElementsAre;
 using ::testing::HasSubstr;
 using ::testing::IsEmpty;
-using testing::TestDesktop;
 
-class CsDoom : public testing::Player {
+class CsDoom : public Player {
  protected:
   void host() { desktop.raise(room().mnuLaunchCsServer.Click); }
   void join() { desktop.raise(room().mnuJoinGame.Click); }
@@ -82,7 +81,7 @@ TEST_F(CsDoom, WhatIsMissingIsTold) {
   std::filesystem::remove(desktop.folder.path() / kGameConfigFile);
   host();
   EXPECT_EQ(boxTexts().size(), 1U);
-  saveGameConfig(desktop.files, testing::kPlayersConfig);
+  saveGameConfig(desktop.files, kPlayersConfig);
   hangUp();
   host();
   join();
@@ -92,4 +91,4 @@ TEST_F(CsDoom, WhatIsMissingIsTold) {
 }
 
 }  // namespace
-}  // namespace kelvaron
+}  // namespace kelvaron::testing

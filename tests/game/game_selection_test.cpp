@@ -1,15 +1,15 @@
 // Choosing a game: what can be ticked, the level list, the external wad, and Send Request.
+#include "session/sending.h"
 #include "tests/game/player.h"
 
-namespace kelvaron {
+namespace kelvaron::testing {
 namespace {
 
 using ::testing::ElementsAre;
 using ::testing::HasSubstr;
 using ::testing::IsEmpty;
-using testing::TestDesktop;
 
-class Selection : public testing::Player {
+class Selection : public Player {
  protected:
   std::string enabledGames() {
     std::string keys;
@@ -33,8 +33,7 @@ TEST_F(Selection, RecordsDecideWhatCanBeTicked) {
     std::string enabled;
   };
   const std::vector<Case> cases = {
-      {testing::kPlayersConfig,
-       "zdoom zdoom2 zdoom3 zdoom4 zdoom5 gldoom gldoom2 gldoom3 gldoom4 gldoom5"},
+      {kPlayersConfig, "zdoom zdoom2 zdoom3 zdoom4 zdoom5 gldoom gldoom2 gldoom3 gldoom4 gldoom5"},
       {{.doomWad = "w", .doom2Wad = "w"}, ""},
       {{.zdoomPath = "z"}, ""},
       {{.zdoomPath = "z", .doom2Wad = "w"}, "zdoom2"},
@@ -153,7 +152,7 @@ TEST_F(Selection, RefusedRequestsLoseNothing) {
   tick(game.Check25);
   hangUp();
   click(game.Command3);
-  EXPECT_THAT(boxTexts(), ElementsAre(record, HasSubstr("not sent, as there is no connection")));
+  EXPECT_THAT(boxTexts(), ElementsAre(record, kNothingSent));
   EXPECT_TRUE(game.Visible);
   EXPECT_FALSE(desktop.shows<Form1>());
 }
@@ -220,4 +219,4 @@ TEST_F(Selection, LaterRequestKeepsTheChoicesOfALoadedForm) {
 }
 
 }  // namespace
-}  // namespace kelvaron
+}  // namespace kelvaron::testing

@@ -1,17 +1,17 @@
 // Offers and answers between host and guests, the last look, and the time in a game.
+#include "session/sending.h"
 #include "tests/game/player.h"
 
-namespace kelvaron {
+namespace kelvaron::testing {
 namespace {
 
 using ::testing::ElementsAre;
 using ::testing::HasSubstr;
 using ::testing::IsEmpty;
-using testing::TestDesktop;
 
 constexpr const char* kDemoPrompt = "Enter Demo Name Here : NO Extension";
 
-class Handshake : public testing::Player {
+class Handshake : public Player {
  protected:
   void invite(const std::vector<std::string>& guests) {
     list(guests, static_cast<int>(guests.size()));
@@ -146,10 +146,10 @@ TEST_F(Handshake, AnswerWithoutAConnection) {
   say("GAME\tzdoom\tNONE\tNONE\t\t10.0.0.7\tann\r\n");
   hangUp();
   click(form<request>().Command1);
-  EXPECT_THAT(boxTexts(), ElementsAre(HasSubstr("Your answer was not sent")));
+  EXPECT_THAT(boxTexts(), ElementsAre(kNothingSent));
   EXPECT_TRUE(desktop.shows<request>());
   click(form<request>().Command2);
-  EXPECT_THAT(boxTexts(), ElementsAre(HasSubstr("Your answer was not sent")));
+  EXPECT_THAT(boxTexts(), ElementsAre(kNothingSent));
   EXPECT_FALSE(desktop.shows<request>());
 }
 
@@ -251,4 +251,4 @@ TEST_F(Handshake, ModeratorsMarkGoesOutWithTheAnswer) {
 }
 
 }  // namespace
-}  // namespace kelvaron
+}  // namespace kelvaron::testing

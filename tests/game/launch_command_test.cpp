@@ -3,7 +3,7 @@
 
 #include <gtest/gtest.h>
 
-namespace kelvaron {
+namespace kelvaron::testing {
 namespace {
 
 const GameConfig kConfig{.zdoomPath = "Z",
@@ -71,7 +71,7 @@ TEST(LaunchCommand, TenGamesForHostSoloAndGuestWithAndWithoutAWad) {
     EXPECT_EQ(hostCommand(begun, 3, "m.wad", kConfig), each.hostWithWad);
     EXPECT_EQ(soloCommand(begun, "NONE", kConfig), each.solo);
     EXPECT_EQ(soloCommand(begun, "m.wad", kConfig), each.soloWithWad);
-    GameOffer offer{each.key, "NONE", "NONE", " -fast", "10.0.0.7", "ann"};
+    GameOffer offer{{}, each.key, "NONE", "NONE", " -fast", "10.0.0.7", "ann"};
     EXPECT_EQ(guestCommand(offer, kConfig), each.guest);
     offer.wad = "m.wad";
     EXPECT_EQ(guestCommand(offer, kConfig), each.guestWithWad);
@@ -129,17 +129,17 @@ TEST(LaunchCommand, GuestsOfUnusualOffers) {
     std::string command;
   };
   const std::vector<Case> cases = {
-      {{"quake", "NONE", "NONE", "", "1.2.3.4", "ann"}, " -join 1.2.3.4  \r\n"},
-      {{"ZDOOM", "none", "NONE", "", "1.2.3.4", "ann"}, " -join 1.2.3.4 -file X\\none \r\n"},
-      {{"zdoom", "NONE", "s.wad", "", "1.2.3.4", "ann"},
+      {{{}, "quake", "NONE", "NONE", "", "1.2.3.4", "ann"}, " -join 1.2.3.4  \r\n"},
+      {{{}, "ZDOOM", "none", "NONE", "", "1.2.3.4", "ann"}, " -join 1.2.3.4 -file X\\none \r\n"},
+      {{{}, "zdoom", "NONE", "s.wad", "", "1.2.3.4", "ann"},
        "Z -iwad 1 -join 1.2.3.4 -file Y\\s.wad \r\n"},
-      {{"zdoom", "a.wad", "s.wad", " -fast", "1.2.3.4", "ann"},
+      {{{}, "zdoom", "a.wad", "s.wad", " -fast", "1.2.3.4", "ann"},
        "Z -iwad 1 -join 1.2.3.4 -file Y\\s.wad  -fast\r\n"},
   };
   for (const Case& each : cases) EXPECT_EQ(guestCommand(each.offer, kConfig), each.command);
-  EXPECT_EQ(guestCommand({"zdoom", "a.wad", "NONE", "", "1.2.3.4", "ann"}, {}),
+  EXPECT_EQ(guestCommand({{}, "zdoom", "a.wad", "NONE", "", "1.2.3.4", "ann"}, {}),
             " -iwad  -join 1.2.3.4 -file \\a.wad \r\n");
 }
 
 }  // namespace
-}  // namespace kelvaron
+}  // namespace kelvaron::testing

@@ -4,13 +4,13 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-namespace kelvaron {
+namespace kelvaron::testing {
 namespace {
 
 using ::testing::HasSubstr;
 
 const GameConfig kConfig{.zdoomPath = "Z", .doomWad = "1"};
-const GameOffer kUsual{"zdoom", "NONE", "NONE", "", "10.0.0.7", "ann"};
+const GameOffer kUsual{{}, "zdoom", "NONE", "NONE", "", "10.0.0.7", "ann"};
 
 TEST(OfferCheck, UsualOffersCauseNoQuestion) {
   const GameOptions everything{.extratic = true,
@@ -91,4 +91,4 @@ TEST(OfferCheck, Addresses) {
 }
 
 }  // namespace
-}  // namespace kelvaron
+}  // namespace kelvaron::testing

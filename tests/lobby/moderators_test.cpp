@@ -9,14 +9,13 @@
 #include "tests/server/peer.h"
 #include "tests/support/test_desktop.h"
 
-namespace kelvaron {
+namespace kelvaron::testing {
 namespace {
 
 using server::RunningServer;
 using server::Store;
 using server::TemporaryFolder;
 using ::testing::HasSubstr;
-using testing::TestDesktop;
 
 // ann is registered as a moderator, bob and cy are not.
 class Moderators : public ::testing::Test {
@@ -183,4 +182,4 @@ TEST_F(Moderators, KickWithProof) {
 }
 
 }  // namespace
-}  // namespace kelvaron
+}  // namespace kelvaron::testing

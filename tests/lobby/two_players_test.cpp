@@ -10,7 +10,7 @@
 #include "tests/server/peer.h"
 #include "tests/support/test_desktop.h"
 
-namespace kelvaron {
+namespace kelvaron::testing {
 namespace {
 
 using server::RunningServer;
@@ -19,7 +19,6 @@ using server::TemporaryFolder;
 using ::testing::ElementsAre;
 using ::testing::HasSubstr;
 using ::testing::Not;
-using testing::TestDesktop;
 
 class TwoPlayers : public ::testing::Test {
  protected:
@@ -195,4 +194,4 @@ TEST_F(TwoPlayers, ClosingTheWindowSaysFarewell) {
 }
 
 }  // namespace
-}  // namespace kelvaron
+}  // namespace kelvaron::testing

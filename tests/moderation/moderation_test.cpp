@@ -7,14 +7,12 @@
 #include "tests/support/line_server.h"
 #include "tests/support/test_desktop.h"
 
-namespace kelvaron {
+namespace kelvaron::testing {
 namespace {
 
 using ::testing::ElementsAre;
 using ::testing::IsEmpty;
-using testing::LineServer;
 using ::testing::StartsWith;
-using testing::TestDesktop;
 
 using Lines = std::vector<std::string>;
 
@@ -206,4 +204,4 @@ TEST_F(Moderation, WithoutAConnectionNothingIsLost) {
 }
 
 }  // namespace
-}  // namespace kelvaron
+}  // namespace kelvaron::testing

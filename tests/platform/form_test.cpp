@@ -10,7 +10,7 @@
 #include "platform/form_slots.h"
 #include "platform/list_box.h"
 
-namespace kelvaron {
+namespace kelvaron::testing {
 namespace {
 
 using ::testing::ElementsAre;
@@ -195,4 +195,4 @@ TEST(ListBox, OrderSelectionAndRemoval) {
 }
 
 }  // namespace
-}  // namespace kelvaron
+}  // namespace kelvaron::testing

@@ -10,7 +10,7 @@
 #include <string>
 #include <vector>
 
-namespace kelvaron {
+namespace kelvaron::testing {
 namespace {
 
 constexpr Color kRed{255, 0, 0};
@@ -62,7 +62,7 @@ TEST(StyledText, EachLineEndCutsALine) {
     for (const std::string& piece : c.inserted) {
       text.insert(piece);
     }
-    EXPECT_EQ(described(text), c.lines) << testing::PrintToString(c.inserted);
+    EXPECT_EQ(described(text), c.lines) << ::testing::PrintToString(c.inserted);
     EXPECT_EQ(text.caret(), text.end());
     EXPECT_EQ(text.text().size(), text.length());
   }
@@ -394,4 +394,4 @@ TEST(StyledText, AgreesWithANaiveModelOverRandomEdits) {
 }
 
 }  // namespace
-}  // namespace kelvaron
+}  // namespace kelvaron::testing

@@ -2,7 +2,7 @@
 
 #include <gtest/gtest.h>
 
-namespace kelvaron {
+namespace kelvaron::testing {
 namespace {
 
 TEST(Text, EveryByteThatUnicodeKnowsGoesThereAndBack) {
@@ -49,4 +49,4 @@ TEST(Text, LineEndsBecomeOneBlankEach) {
 }
 
 }  // namespace
-}  // namespace kelvaron
+}  // namespace kelvaron::testing

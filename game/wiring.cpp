@@ -1,15 +1,15 @@
-#include "game/wire.h"
+#include "game/wiring.h"
 
 #include <algorithm>
 #include <vector>
 
 #include "chat/main_window.h"
 #include "game/awaiting_verification.h"
-#include "game/connection_check.h"
 #include "game/csdoom.h"
 #include "game/game_selection.h"
 #include "peer/configuration.h"
 #include "session/client.h"
+#include "session/sending.h"
 
 namespace kelvaron {
 namespace {
@@ -31,7 +31,7 @@ std::vector<std::string> selectedUsers(ListBox& users) {
 }
 
 void requestGame(Client& client, frmMain& room) {
-  if (!connectedOrTold(client, "You can not request a game")) return;
+  if (!connectedOrTell(client)) return;
   // A game form with nothing to tick would be a dead end.
   if (client.loadedForm<game1>() == nullptr && !somethingToPlay(client)) {
     client.MsgBox(

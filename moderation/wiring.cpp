@@ -1,15 +1,15 @@
-#include "moderation/moderator_menu.h"
+#include "moderation/wiring.h"
 
 #include <algorithm>
 #include <string>
 #include <string_view>
 
 #include "chat/main_window.h"
-#include "moderation/sending.h"
 #include "moderation/status_request.h"
 #include "platform/text.h"
 #include "session/client.h"
 #include "session/outbound.h"
+#include "session/sending.h"
 
 namespace kelvaron {
 namespace {
