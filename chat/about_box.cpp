@@ -10,6 +10,7 @@
 namespace kelvaron {
 namespace {
 
+constexpr const char* kUnavailable = "System Information Is Unavailable At This Time";
 /// The longest value that is read, in bytes.
 constexpr std::size_t kValueRoom = 1024;
 
@@ -78,9 +79,11 @@ void frmAbout::StartSysInfo() {
       if (!client_.ports.registry.fileExists(path)) throw none();
     }
     if (path.empty()) throw none();
-    client_.ports.processes.run(path, WindowStyle::maximizedFocus);
+    client_.ports.processes.run(path, WindowStyle::maximizedFocus, [&client = client_] {
+      client.edge.run([&client] { client.MsgBox(kUnavailable); });
+    });
   });
-  if (fault) client_.MsgBox("System Information Is Unavailable At This Time");
+  if (fault) client_.MsgBox(kUnavailable);
 }
 
 bool frmAbout::GetKeyValue(RegistryKey KeyRoot, const std::string& KeyName,

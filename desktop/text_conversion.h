@@ -19,6 +19,12 @@ inline QString shownText(std::string_view bytes) {
   return result;
 }
 
+/// The first bytes of a text, with a sign where there is more.
+inline std::string beginningOf(std::string_view text, std::size_t most) {
+  if (text.size() <= most) return std::string(text);
+  return std::string(text.substr(0, most)) + " [\x85]";
+}
+
 /// What the code page lacks becomes "?".
 inline std::string storedText(const QString& text) { return fromUtf8(text.toStdString()); }
 

@@ -1,4 +1,4 @@
-// Chocolate Doom under the names and with the switches of the engines that Kelvaron starts.
+// Chocolate Doom or Crispy Doom under the names and with the switches of the engines that Kelvaron starts.
 //
 // One program under four names: zdoom.exe and zdoomgl.exe (the game, for a host, a guest or one
 // player), doomsv.exe (a server that stays) and doomcl.exe (the game, for a player of such a
@@ -31,8 +31,9 @@ using Words = std::vector<std::string>;
 
 constexpr int kRefused = 2;
 
-/// Where a program of this name is. Debian's games are in a folder that not every path has.
-std::string located(const std::string& program) {
+/// Where a program of this name is; empty where there is none. Debian's games are in a folder that
+/// not every path has.
+std::string find(const std::string& program) {
   const char* path = std::getenv("PATH");
   std::istringstream folders(std::string(path == nullptr ? "" : path) +
                              ":/usr/games:/usr/local/games");
@@ -40,7 +41,16 @@ std::string located(const std::string& program) {
     std::string location = (folder.empty() ? "." : folder) + '/' + program;
     if (::access(location.c_str(), X_OK) == 0) return location;
   }
-  throw Refusal(program + " is not installed; Debian has it in the package chocolate-doom");
+  return {};
+}
+
+/// Where the first of both games' programs is that is there: "doom" or "server".
+std::string located(const std::string& part) {
+  for (const char* game : {"chocolate-", "crispy-"}) {
+    if (std::string location = find(game + part); !location.empty()) return location;
+  }
+  throw Refusal("neither chocolate-" + part + " nor crispy-" + part +
+                " is installed; Debian has them in the packages chocolate-doom and crispy-doom");
 }
 
 std::vector<char*> asList(Words& words) {
@@ -51,8 +61,8 @@ std::vector<char*> asList(Words& words) {
   return list;
 }
 
-[[noreturn]] void become(const std::string& program, Words words) {
-  const std::string location = located(program);
+[[noreturn]] void become(const std::string& part, Words words) {
+  const std::string location = located(part);
   words.insert(words.begin(), location);
   ::execv(location.c_str(), asList(words).data());
   throw Refusal(location + " could not be started: " + std::generic_category().message(errno));
@@ -60,7 +70,7 @@ std::vector<char*> asList(Words& words) {
 
 /// Whether a host or a server answers there. Takes some seconds where none does.
 bool answers(const std::string& address) {
-  Words words = {located("chocolate-doom"), "-nogui", "-query", address};
+  Words words = {located("doom"), "-nogui", "-query", address};
   posix_spawn_file_actions_t silence{};
   ::posix_spawn_file_actions_init(&silence);
   ::posix_spawn_file_actions_addopen(&silence, STDOUT_FILENO, "/dev/null", O_WRONLY, 0);
@@ -97,7 +107,7 @@ void waitForHost(const std::string& address) {
     waitForHost(command.address);
     command.arguments.insert(command.arguments.end(), {"-connect", command.address});
   }
-  become("chocolate-doom", std::move(command.arguments));
+  become("doom", std::move(command.arguments));
 }
 
 [[noreturn]] void run(const std::string& name, const Words& words) {
@@ -108,7 +118,7 @@ void waitForHost(const std::string& address) {
     throw Refusal("it has to be called zdoom.exe, zdoomgl.exe, doomsv.exe or doomcl.exe");
   }
   if (!words.empty()) throw Refusal("the server takes no words, but got \"" + words[0] + '"');
-  become("chocolate-server", {"-privateserver", "-nogui"});
+  become("server", {"-privateserver", "-nogui"});
 }
 
 }  // namespace

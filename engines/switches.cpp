@@ -116,6 +116,15 @@ class Reader {
     return word;
   }
 
+  /// A number, or what Kelvaron makes of a typed "E1M3": "M3", a level of the first episode.
+  std::string levelOf(std::string_view name) {
+    if (at_ < words_.size() && words_[at_].size() == 2 && lower(words_[at_])[0] == 'm') {
+      const char digit = words_[at_][1];
+      if (digit >= '1' && digit <= '9') return words_[at_++].substr(1);
+    }
+    return numberOf(name);
+  }
+
   std::string gameFileOf(std::string_view name) {
     std::string word = valueOf(name);
     checkedNames(word);
@@ -157,7 +166,7 @@ class Reader {
         add(valueOf(known->name));
         break;
       case Kind::level:
-        level_ = numberOf(known->name);
+        level_ = levelOf(known->name);
         break;
       case Kind::host:
         players_ = std::stoi(numberOf(known->name));

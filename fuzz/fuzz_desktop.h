@@ -47,9 +47,14 @@ class FuzzSocket : public Socket {
   std::uint16_t LocalPort() const override { return 0; }
   std::string RemoteHostIP() const override { return {}; }
   std::size_t BytesQueued() const override { return 0; }
+  void PutBack(std::string_view unread) override {
+    received.insert(0, unread);
+    comesAgain = true;
+  }
   void HoldBackUnfinishedLine(std::chrono::milliseconds) override {}
 
   std::string received;
+  bool comesAgain = false;
 
  private:
   SocketState state_ = SocketState::closed;
@@ -87,7 +92,10 @@ class FuzzDesktop : SocketPort,
     // A handler may have closed the connection; the user connects again.
     edge.run([this] { client->sckClient().Connect("", 0); });
     chat->received = bytes;
-    chat->onDataArrival();
+    do {
+      chat->comesAgain = false;
+      chat->onDataArrival();
+    } while (chat->comesAgain);
   }
 
   testing::EmptyRegistry registry;
@@ -122,8 +130,10 @@ class FuzzDesktop : SocketPort,
     newest = made.get();
     return made;
   }
-  void MsgBox(const std::string&, int, const std::string&) override { edge.throwIfEnded(); }
-  bool confirm(const std::string&, const std::string&) override { return false; }
+  BoxAnswer show(const BoxRequest& box) override {
+    edge.throwIfEnded();
+    return box.question ? BoxAnswer::no : BoxAnswer::ok;
+  }
   std::optional<std::string> openFile(const FileDialog&) override { return std::nullopt; }
   std::string InputBox(const std::string&, const std::string&, const std::string&) override {
     return {};
@@ -137,8 +147,9 @@ class FuzzDesktop : SocketPort,
     throw Fault(fault_number::kFileNotFound, "The file " + name + " was not found");
   }
   void replace(const std::string&, const std::string&) override {}
-  void run(const std::string&, WindowStyle) override {}
+  void run(const std::string&, WindowStyle, std::function<void()>) override {}
   void MkDir(const std::string&) override {}
+  std::string InstanceProblem() const override { return {}; }
   bool PrevInstance() const override { return false; }
   [[noreturn]] void End() override { throw ProgramEnd{}; }
   void DoEvents() override { edge.throwIfEnded(); }

@@ -2,6 +2,7 @@
 
 #include "chat/colors.h"
 #include "chat/main_window.h"
+#include "game/engine_start.h"
 #include "game/in_game.h"
 #include "session/client.h"
 #include "session/outbound.h"
@@ -24,7 +25,7 @@ Form1::Form1(Client& client)
     red_[slot]->AccessibleName = player + " declined";
     green_[slot]->AccessibleName = player + " accepted";
   }
-  Command1.Click = [this] { Command1_Click(); };
+  Command1.Click = [this] { startOnce(client_, [this] { Command1_Click(); }); };
 }
 
 void Form1::showAccepted(std::string_view guest) {
@@ -48,9 +49,10 @@ void Form1::Command1_Click() {
     }
   }
   frmMain& room = client_.form<frmMain>();
+  const std::string command = room.Text2.Text;
   client_.form<Form4>().Show();
   room.Label7.Caption = kInGameStatus;
-  client_.ports.processes.run(room.Text2.Text, WindowStyle::maximizedFocus);
+  client_.ports.processes.run(command, WindowStyle::maximizedFocus);
   client_.slots.unload(*this);
 }
 

@@ -1,12 +1,27 @@
 #include "game/csdoom.h"
 
+#include <cstdint>
+#include <optional>
+#include <utility>
+
 #include "chat/main_window.h"
+#include "game/offer_check.h"
 #include "peer/configuration.h"
 #include "session/client.h"
 #include "session/outbound.h"
 #include "session/sending.h"
 
 namespace kelvaron {
+namespace {
+
+struct Join {
+  // The connection on which the user asked for an address that hasn't come yet.
+  std::optional<std::uint64_t> askedOn;
+  // The arrival in which the user was asked about an address last.
+  std::optional<std::uint64_t> questionDuring;
+};
+
+}  // namespace
 
 void launchCsServer(Client& client, frmMain& room) {
   const GameConfig config = gameConfigAsItIs(client.ports.files);
@@ -32,8 +47,22 @@ void returnFromCs(Client& client, frmMain& room) {
 }
 
 void joinCsGame(Client& client, frmMain& room) {
-  if (!connectedOrTell(client)) return;
-  client.send(outbound::userIp(room.List1.Text(), client.UserName));
+  if (!sendOrTell(client, outbound::userIp(room.List1.Text(), client.UserName))) return;
+  client.lasting<Join>().askedOn = client.connectionsMade;
+}
+
+bool mayJoin(Client& client, const std::string& address) {
+  auto& join = client.lasting<Join>();
+  if (std::exchange(join.askedOn, std::nullopt) == client.connectionsMade) {
+    return isAddress(address) ||
+           client.confirm("The address of the CSDoom game is not an address: \"" + address +
+                          "\".\r\nStart the game all the same?");
+  }
+  if (std::exchange(join.questionDuring, client.arrivalsHandled()) == client.arrivalsHandled()) {
+    return false;
+  }
+  return client.confirm("The server wants to start the CSDoom game at the address \"" + address +
+                        "\", which you have not asked for.\r\nStart it all the same?");
 }
 
 void startCsClient(Client& client, std::string_view csClientPath, std::string_view address) {

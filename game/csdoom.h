@@ -1,6 +1,7 @@
 // CSDoom: one player runs a dedicated server and is marked in the user list; others join him there.
 #pragma once
 
+#include <string>
 #include <string_view>
 
 namespace kelvaron {
@@ -16,6 +17,10 @@ void launchCsServer(Client& client, frmMain& room);
 void returnFromCs(Client& client, frmMain& room);
 /// Asks the current entry's machine for its address; the game begins when it comes.
 void joinCsGame(Client& client, frmMain& room);
+/// Whether the game at an address that the server has told may begin: it answers a Join that the
+/// user chose on this connection, else the user is asked. What comes while that question is open is
+/// passed over.
+bool mayJoin(Client& client, const std::string& address);
 /// Starts the CSDoom client on the host at this address.
 void startCsClient(Client& client, std::string_view csClientPath, std::string_view address);
 

@@ -1,6 +1,9 @@
 #include "game/final_chance.h"
 
+#include <utility>
+
 #include "chat/main_window.h"
+#include "game/engine_start.h"
 #include "game/in_game.h"
 #include "session/client.h"
 
@@ -32,6 +35,13 @@ Form3::Form3(Client& client)
 
 void Form3::Form_Load() { Text1.Text = client_.form<frmMain>().Text1.Text.get(); }
 
+void Form3::commandChanged() {
+  const std::string& command = client_.form<frmMain>().Text1.Text;
+  if (Text1.Text.get() == command) return;
+  Text1.Text = command;
+  changed_ = true;
+}
+
 void Form3::Check1_MouseUp() {
   if (Check1.Value == 1) {
     Text2.Visible = true;
@@ -43,22 +53,36 @@ void Form3::Check1_MouseUp() {
 }
 
 void Form3::Command1_Click() {
-  if (unusualRefused()) return;
-  client_.form<Form4>().Show();
-  std::string command = client_.form<frmMain>().Text1.Text;
+  startOnce(client_, [this] { start(); });
+}
+
+void Form3::start() {
+  // The answer to a question counts for the command that it was asked about.
+  if (changeTold() || unusualRefused() || changeTold()) return;
+  // What the user has seen, whatever arrives while pending events run.
+  std::string command = Text1.Text;
   if (Check1.Value == 1) {
     command += " -record " + client_.ports.files.folder() + "\\" + Text2.Text.get();
   }
+  client_.form<Form4>().Show();
   client_.ports.processes.run(command, WindowStyle::maximizedFocus);
   client_.slots.unload(*this);
+}
+
+bool Form3::changeTold() {
+  if (!std::exchange(changed_, false)) return false;
+  client_.MsgBox(
+      "Another offer has changed the command, so nothing was started. Please look at the command "
+      "that is shown now, and press OK again if you want to start it.",
+      box_style::kExclamation);
+  return true;
 }
 
 bool Form3::unusualRefused() {
   const std::string& unusual = client_.form<frmMain>().Text1.Tag;
   if (unusual.empty()) return false;
-  return !client_.ports.dialogs.confirm("There is something unusual about this game:\r\n\r\n" +
-                                            unusual + "\r\nStart it all the same?",
-                                        client_.title);
+  return !client_.confirm("There is something unusual about this game:\r\n\r\n" + unusual +
+                          "\r\nStart it all the same?");
 }
 
 }  // namespace kelvaron

@@ -23,12 +23,20 @@ class Form3 : public Form {
 
   void Form_Load() override;
 
+  /// Another offer has changed the command: shows it, and an OK that was meant for the one before
+  /// starts nothing.
+  void commandChanged();
+
  private:
   void Check1_MouseUp();
   void Command1_Click();
+  void start();
   bool unusualRefused();
+  bool changeTold();
 
   Client& client_;
+  // The command is another than the one that the user was shown at first.
+  bool changed_ = false;
 };
 
 }  // namespace kelvaron

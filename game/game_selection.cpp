@@ -4,6 +4,7 @@
 
 #include "chat/main_window.h"
 #include "game/awaiting_verification.h"
+#include "game/engine_start.h"
 #include "game/in_game.h"
 #include "session/client.h"
 #include "session/outbound.h"
@@ -150,7 +151,7 @@ void game1::Command3_Click() {
     return;
   }
   if (Check37.Value == 1) {
-    playSolo(config);
+    startOnce(client_, [&] { playSolo(config); });
   } else {
     playWithGuests(config);
   }

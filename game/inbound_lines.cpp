@@ -3,6 +3,7 @@
 #include "chat/main_window.h"
 #include "game/awaiting_verification.h"
 #include "game/csdoom.h"
+#include "game/engine_start.h"
 #include "game/final_chance.h"
 #include "game/game_request.h"
 #include "game/in_game.h"
@@ -33,7 +34,10 @@ void onGame(InboundContext& context) {
   rule.step([&] { offer.guestOptions = line.field(4); });
   room.Text1.Text = guestCommand(offer, config);
   // Kept with the command: what the user is asked about before the start.
-  room.Text1.Tag = unusualAbout(offer, config);
+  room.Text1.Tag = unusualAbout(offer, config, [&client](const std::string& path) {
+    return !FaultRule::stop().handle([&] { client.ports.streams.open(path); });
+  });
+  if (auto* lastLook = client.loadedForm<Form3>()) lastLook->commandChanged();
   room.txtOutput.setSelColor(kBlack);
 
   request& form = client.form<request>();
@@ -72,14 +76,11 @@ void onOkUserIp(InboundContext& context) {
   context.rule.step([&] { config = loadGameConfig(client.ports.files); });
   std::string address;
   context.rule.step([&] { address = context.line.field(1); });
-  if (!isAddress(address) &&
-      !client.ports.dialogs.confirm("The address of the CSDoom game is not an address: \"" +
-                                        address + "\".\r\nStart the game all the same?",
-                                    client.title)) {
-    return;
-  }
-  client.form<Form4>().Show();
-  startCsClient(client, config.csClientPath, address);
+  if (!mayJoin(client, address)) return;
+  startOnce(client, [&] {
+    client.form<Form4>().Show();
+    startCsClient(client, config.csClientPath, address);
+  });
 }
 
 }  // namespace kelvaron::inbound

@@ -51,10 +51,14 @@ std::string sharedOptions(const GameOptions& options) {
 }
 
 std::string externalWad(std::string_view wad, const GameConfig& config) {
-  return "-file " + config.externalWadFolder + "\\" + std::string(wad);
+  return "-file " + externalWadPath(wad, config);
 }
 
 }  // namespace
+
+std::string externalWadPath(std::string_view wad, const GameConfig& config) {
+  return config.externalWadFolder + "\\" + std::string(wad);
+}
 
 std::string hostOptions(const GameOptions& options, std::string_view programFolder) {
   std::string text = options.extratic ? " -extratic" : "";

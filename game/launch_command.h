@@ -38,6 +38,9 @@ std::string hostOptions(const GameOptions& options, std::string_view programFold
 /// The guests' options: no demo, and a blank of its own behind " -extratic".
 std::string guestOptions(const GameOptions& options);
 
+/// Where an external wad lies: the configured folder, "\\" and the name.
+std::string externalWadPath(std::string_view wad, const GameConfig& config);
+
 /// Engine and game of the host's command: location, " -IWAD ", wad.
 std::string hostBase(const Game& game, const GameConfig& config);
 

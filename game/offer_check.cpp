@@ -4,6 +4,8 @@
 #include <array>
 #include <vector>
 
+#include "platform/text.h"
+
 namespace kelvaron {
 namespace {
 
@@ -26,14 +28,7 @@ std::vector<std::string_view> wordsOf(std::string_view text) {
   return words;
 }
 
-bool holdsControl(std::string_view text) {
-  constexpr unsigned char kBlank = ' ';
-  constexpr unsigned char kDelete = 127;
-  return std::ranges::any_of(text, [](char character) {
-    const auto byte = static_cast<unsigned char>(character);
-    return byte < kBlank || byte == kDelete;
-  });
-}
+bool holdsControl(std::string_view text) { return std::ranges::any_of(text, isControl); }
 
 // A word that an engine takes for more than a plain value.
 bool isSwitchLike(std::string_view word) {
@@ -65,7 +60,15 @@ std::string unusualWords(std::string_view options) {
 bool isBareFileName(std::string_view name) {
   if (name.empty() || name == "." || name == ".." || holdsControl(name)) return false;
   if (name.find_first_of("/\\:\"") != std::string_view::npos) return false;
-  return std::ranges::none_of(wordsOf(name), isSwitchLike);
+  return true;
+}
+
+// A name whose words could be taken for switches is one when the disk has such a file.
+bool isPlainWad(const std::string& name, const GameConfig& config,
+                const std::function<bool(const std::string&)>& isOnDisk) {
+  if (!isBareFileName(name)) return false;
+  if (std::ranges::none_of(wordsOf(name), isSwitchLike)) return true;
+  return !isSwitchLike(name) && isOnDisk(externalWadPath(name, config));
 }
 
 bool isDottedDecimal(std::string_view text) {
@@ -96,7 +99,8 @@ bool isAddress(std::string_view text) {
          text.find_first_not_of("0123456789abcdefABCDEF:.") == std::string_view::npos;
 }
 
-std::string unusualAbout(const GameOffer& offer, const GameConfig& config) {
+std::string unusualAbout(const GameOffer& offer, const GameConfig& config,
+                         const std::function<bool(const std::string&)>& isOnDisk) {
   std::string remarks;
   const auto remark = [&](std::string_view text) { remarks.append(text).append(".\r\n"); };
   const auto quoted = [](std::string_view text) { return "\"" + std::string(text) + "\""; };
@@ -116,7 +120,7 @@ std::string unusualAbout(const GameOffer& offer, const GameConfig& config) {
   } else if (holdsControl(offer.guestOptions)) {
     remark("The command line holds control characters");
   }
-  if (offer.wad != kNone && !isBareFileName(offer.wad)) {
+  if (offer.wad != kNone && !isPlainWad(offer.wad, config, isOnDisk)) {
     remark("The wad " + quoted(offer.wad) + " is not a plain file name");
   }
   if (offer.skin != kNone) {

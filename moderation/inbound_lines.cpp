@@ -5,6 +5,6 @@
 
 namespace kelvaron::inbound {
 
-void onKicker(InboundContext& context) { context.client.form<frmkick>().Show(); }
+void onKicker(InboundContext& context) { context.client.form<frmkick>().ShowQuietly(); }
 
 }  // namespace kelvaron::inbound

@@ -21,8 +21,15 @@ class ArrivalBuffer {
   void append(std::string_view bytes, Time now);
   /// Lets the tail count as arrived.
   void releaseTail() { arrived_ = bytes_.size(); }
+  /// Counts the tail as begun only now.
+  void renewTail(Time now) { tailSince_ = now; }
   /// Takes all that has arrived; the tail stays.
   std::string take();
+  /// Puts bytes in front that `take` gave.
+  void putBack(std::string_view bytes) {
+    bytes_.insert(0, bytes);
+    arrived_ += bytes.size();
+  }
   void clear();
 
   /// Bytes that `take` would give.

@@ -8,12 +8,8 @@
 namespace kelvaron {
 
 bool isBareName(std::string_view name) {
-  constexpr unsigned char kFirstPrintable = 32;
-  constexpr unsigned char kDelete = 127;
   return !name.empty() && name.front() != '.' && std::ranges::none_of(name, [](char character) {
-    const auto byte = static_cast<unsigned char>(character);
-    return byte < kFirstPrintable || byte == kDelete || character == '/' || character == '\\' ||
-           character == ':';
+    return isControl(character) || character == '/' || character == '\\' || character == ':';
   });
 }
 

@@ -101,10 +101,11 @@ class Cutter {
     result_.location = join(0, at_);
   }
 
-  /// Returns whether there was a word to take.
+  /// Returns whether there was a word to take. A word like a switch belongs to the path when the
+  /// disk says so.
   bool takeFile() {
-    const std::size_t last = endOfPath(at_);
-    if (at_ == last) return false;
+    if (at_ == endOfPath(at_)) return false;
+    const std::size_t last = std::min(words_.size(), at_ + kMostWordsOfAPath);
     std::optional<DiskName> found;
     std::size_t end = at_;
     while (end < last && !isFile(found)) found = find(join(at_, ++end));
@@ -113,8 +114,28 @@ class Cutter {
     return true;
   }
 
+  /// Whether the words before `end` reach into the name behind a folder that is on the disk.
+  bool endsFolder(std::size_t end) {
+    if (words_[end - 1].find_first_of("/\\") == std::string_view::npos) return false;
+    const std::string path = withSlashes(join(at_, end));
+    const auto folder = find(path.substr(0, path.rfind('/') + 1));
+    return folder && folder->kind == Kind::folder;
+  }
+
+  /// Where the words of a new file's path end: before the next switch, or behind a later one that
+  /// is a part of its folder's name.
+  std::size_t endOfNewFile() {
+    const std::size_t plain = endOfPath(at_);
+    if (plain == at_) return plain;
+    const std::size_t limit = std::min(words_.size(), at_ + kMostWordsOfAPath);
+    for (std::size_t end = plain + 1; end <= limit; ++end) {
+      if (endsFolder(end)) return std::max(end, endOfPath(end));
+    }
+    return plain;
+  }
+
   void takeNewFile() {
-    for (std::size_t end = endOfPath(at_); end > at_; --end) {
+    for (std::size_t end = endOfNewFile(); end > at_; --end) {
       const std::string path = withSlashes(join(at_, end));
       const std::size_t name = path.rfind('/') + 1;
       const auto folder = name == 0 ? std::nullopt : find(path.substr(0, name));

@@ -28,8 +28,7 @@ constexpr std::size_t kLongestNameShown = 300;
 std::string shown(std::string_view location) {
   std::string text(location.substr(0, kLongestNameShown));
   if (location.size() > kLongestNameShown) text += "...";
-  std::ranges::replace_if(
-      text, [](unsigned char byte) { return byte < ' ' || byte == 127; }, '?');
+  std::ranges::replace_if(text, isControl, '?');
   return text;
 }
 
@@ -61,6 +60,7 @@ std::string endProblem(int status) {
 
 struct NativeProcessPort::Running {
   std::string location;
+  std::function<void()> failed;
   std::unique_ptr<OutputCapture> printed;  // until its early time is over
   Clock::time_point started = Clock::now();
   std::unique_ptr<LoopWatch> nextLook;
@@ -70,12 +70,16 @@ NativeProcessPort::NativeProcessPort(EventLoop& loop) : loop_(loop) {}
 
 NativeProcessPort::~NativeProcessPort() = default;
 
-void NativeProcessPort::run(const std::string& command, WindowStyle) {
+void NativeProcessPort::run(const std::string& command, WindowStyle, std::function<void()> failed) {
+  const auto refuse = [&](std::string text) {
+    if (failed) return tellLater(std::move(failed));
+    tellLater([this, text = std::move(text)] { tell(text); });
+  };
   const CommandLine cut = tokenize(command);
-  if (cut.location.empty()) return tellLater("No program was started: none is chosen yet.");
+  if (cut.location.empty()) return refuse("No program was started: none is chosen yet.");
   const std::string location = shown(cut.location);
   if (const std::string problem = startProblem(cut); !problem.empty()) {
-    return tellLater(location + ' ' + problem + '.');
+    return refuse(location + ' ' + problem + '.');
   }
 
   auto running = std::make_unique<Running>();
@@ -87,17 +91,18 @@ void NativeProcessPort::run(const std::string& command, WindowStyle) {
                            .environment = std::nullopt};
   pid_t process = 0;
   if (const int error = spawn(process, start)) {
-    return tellLater(location + ' ' + spawnProblem(error) + '.');
+    return refuse(location + ' ' + spawnProblem(error) + '.');
   }
+  running->failed = std::move(failed);
   running_[process] = std::move(running);
   lookLater(process);
 }
 
-void NativeProcessPort::tellLater(std::string text) {
+void NativeProcessPort::tellLater(std::function<void()> teller) {
   const std::uint64_t id = nextToTell_++;
-  toTell_[id] = loop_.after(milliseconds(0), [this, id, text = std::move(text)] {
+  toTell_[id] = loop_.after(milliseconds(0), [this, id, teller = std::move(teller)] {
     const auto own = toTell_.extract(id);
-    tell(text);
+    teller();
   });
 }
 
@@ -125,6 +130,7 @@ void NativeProcessPort::look(pid_t process) {
   // Where another part of this program has taken the exit status, nothing is known.
   if (result < 0 || !program.printed) return;
   if (const std::string problem = endProblem(status); !problem.empty()) {
+    if (program.failed) return program.failed();
     const std::string printed = program.printed->last();
     tell(program.location + ' ' + problem + '.' +
          (printed.empty() ? "" : std::string(kLineEnd) + "The last that it said:" + printed));

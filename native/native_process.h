@@ -5,6 +5,7 @@
 
 #include <chrono>
 #include <cstdint>
+#include <functional>
 #include <map>
 #include <memory>
 #include <string>
@@ -26,12 +27,13 @@ class NativeProcessPort : public ProcessPort {
   /// Programs that still run go on.
   ~NativeProcessPort() override;
 
-  void run(const std::string& command, WindowStyle style) override;
+  void run(const std::string& command, WindowStyle style,
+           std::function<void()> failed = {}) override;
 
  private:
   struct Running;
 
-  void tellLater(std::string text);
+  void tellLater(std::function<void()> teller);
   void tell(const std::string& text) const;
   void lookLater(pid_t process);
   void look(pid_t process);

@@ -144,7 +144,7 @@ void NativeSocket::arrivalTurn() {
 void NativeSocket::readAvailable(std::size_t limit) {
   std::array<char, std::size_t{64} << 10U> chunk;
   for (std::size_t left = limit; left > 0;) {
-    if (arrivals_.size() >= kUnreadLimit && !sendErrno_) {
+    if (full() && !sendErrno_) {
       readWatch_.reset();
       return;
     }
@@ -163,9 +163,33 @@ void NativeSocket::readAvailable(std::size_t limit) {
 
 std::string NativeSocket::GetData() {
   std::string data = arrivals_.take();
-  const bool paused = state_ == SocketState::connected && !readWatch_ && !endTimer_ && !sendErrno_;
-  if (paused) watchArrivals();
+  resumeReading();
   return data;
+}
+
+void NativeSocket::PutBack(std::string_view unread) {
+  if (state_ == SocketState::closed || state_ == SocketState::failed) return;
+  arrivals_.putBack(unread);
+  againTimer_ = loop_.after(kNow, liveness_.guard([this] {
+    againTimer_.reset();
+    if (arrivals_.arrived() > 0) raise(onDataArrival);
+  }));
+}
+
+bool NativeSocket::full() const {
+  const bool answers = holdBack_ > kNow && queue_.size() > kUnsentLimit;
+  return answers || arrivals_.size() >= kUnreadLimit;
+}
+
+bool NativeSocket::readingPaused() const {
+  return state_ == SocketState::connected && !readWatch_ && !endTimer_ && !sendErrno_;
+}
+
+void NativeSocket::resumeReading() {
+  if (!readingPaused() || full()) return;
+  watchArrivals();
+  // The rest of the line may have been there all the time, and has not been looked for.
+  arrivals_.renewTail(steady_clock::now());
 }
 
 void NativeSocket::HoldBackUnfinishedLine(milliseconds limit) {
@@ -187,6 +211,8 @@ void NativeSocket::tailDue() {
   raiseArrivedBy([this] {
     // The rest of the line may have come while the loop was busy.
     if (readWatch_) readAvailable(kReadPerTurn);
+    // A pause ends with the tail's time begun anew.
+    if (readingPaused()) arrivals_.renewTail(steady_clock::now());
     if (steady_clock::now() - arrivals_.tailSince() >= holdBack_) arrivals_.releaseTail();
     tendTail();
   });
@@ -245,6 +271,7 @@ void NativeSocket::sendTurn() {
   flush();
   if (sendErrno_ || !queue_.empty()) return;
   writeWatch_.reset();
+  resumeReading();
   if (!sendTimer_) raise(onSendComplete);
 }
 
@@ -299,6 +326,7 @@ void NativeSocket::dropWatches() {
   writeWatch_.reset();
   sendTimer_.reset();
   tailTimer_.reset();
+  againTimer_.reset();
   endTimer_.reset();
 }
 

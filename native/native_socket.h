@@ -26,6 +26,9 @@ class NativeSocket : public Socket {
   static constexpr std::size_t kReadPerTurn = std::size_t{1} << 20U;
   /// From so many unread bytes on, reading pauses until `GetData`; the other side has to wait.
   static constexpr std::size_t kUnreadLimit = std::size_t{4} << 20U;
+  /// While more than so many bytes wait to be sent on a connection of lines, nothing is read from
+  /// it: whoever asks without reading the answers has to wait too.
+  static constexpr std::size_t kUnsentLimit = std::size_t{1} << 20U;
   /// Bytes sent later in the turn of a first `SendData` gather up to this many before they go out.
   static constexpr std::size_t kGatherLimit = std::size_t{64} << 10U;
 
@@ -45,6 +48,7 @@ class NativeSocket : public Socket {
   std::uint16_t LocalPort() const override { return localPort_; }
   std::string RemoteHostIP() const override { return remoteIp_; }
   std::size_t BytesQueued() const override { return queue_.size(); }
+  void PutBack(std::string_view unread) override;
   void HoldBackUnfinishedLine(std::chrono::milliseconds limit) override;
 
  private:
@@ -58,6 +62,9 @@ class NativeSocket : public Socket {
   void watchArrivals();
   void arrivalTurn();
   void readAvailable(std::size_t limit);
+  bool full() const;
+  bool readingPaused() const;
+  void resumeReading();
   void tendTail();
   void tailDue();
   template <class Step>
@@ -95,7 +102,8 @@ class NativeSocket : public Socket {
   std::unique_ptr<LoopWatch> writeWatch_;  // set while the system takes no more
   std::unique_ptr<LoopWatch> sendTimer_;   // set from a SendData to the end of its turn
   std::unique_ptr<LoopWatch> tailTimer_;
-  std::unique_ptr<LoopWatch> endTimer_;  // set when the stream has ended and that is to be raised
+  std::unique_ptr<LoopWatch> againTimer_;  // set when bytes were put back
+  std::unique_ptr<LoopWatch> endTimer_;    // set when the stream has ended and that is to be raised
 };
 
 /// Makes sockets that can accept from one another.

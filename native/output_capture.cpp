@@ -46,8 +46,7 @@ std::string endOf(int file) {
 std::string readable(std::string_view line) {
   std::string text = fromUtf8(line);
   if (text.size() > kLongestLine) text = text.substr(0, kLongestLine) + "...";
-  std::ranges::replace_if(
-      text, [](unsigned char byte) { return byte < ' ' || byte == 127; }, ' ');
+  std::ranges::replace_if(text, isControl, ' ');
   return text;
 }
 

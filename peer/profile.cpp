@@ -20,7 +20,7 @@ void fill(Profile& form, UserProfile profile) {
 
 void showForReading(Profile& form) {
   for (TextBox* box : form.boxes()) box->Enabled = false;
-  form.Show();
+  form.ShowQuietly();
 }
 
 }  // namespace
@@ -84,7 +84,20 @@ void Profile::Command2_Click() {
     content += kLineEnd;
   }
   client_.ports.files.replace(kFile, content);
-  client_.slots.unload(*this);
+  // The file has no way to hold such a field; it is written as it stands all the same.
+  const std::vector<std::string> kept = readFields(content, UserProfile::kRecords);
+  const auto shown = boxes();
+  const bool whole =
+      std::ranges::equal(shown, kept, {}, [](const TextBox* box) { return box->Text.get(); });
+  // The client outlives the form.
+  Client& client = client_;
+  client.slots.unload(*this);
+  if (whole) return;
+  client.MsgBox(
+      "One of your fields holds a comma, or begins with a blank or a quotation mark. The profile "
+      "cannot "
+      "hold that: others would see the fields behind it in the wrong places. Please change it.",
+      box_style::kExclamation);
 }
 
 void editProfile(Client& client) {

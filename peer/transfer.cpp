@@ -18,13 +18,6 @@ constexpr int kNameField = 3;
 constexpr std::size_t kLongestName = 240;
 constexpr std::size_t kLongestExtension = 16;
 
-bool isControl(char character) {
-  constexpr unsigned char kFirstPrintable = 32;
-  constexpr unsigned char kDelete = 127;
-  const auto byte = static_cast<unsigned char>(character);
-  return byte < kFirstPrintable || byte == kDelete;
-}
-
 bool namesDrive(std::string_view name) {
   const auto letter = static_cast<unsigned char>(name.empty() ? 0 : name[0] | 0x20);
   return name.size() >= 2 && name[1] == ':' && letter >= 'a' && letter <= 'z';

@@ -1,5 +1,7 @@
 #include "peer/wiring.h"
 
+#include <algorithm>
+
 #include "chat/main_window.h"
 #include "chat/user_list_entry.h"
 #include "peer/file_receiver.h"
@@ -38,7 +40,7 @@ void fserv_Click(Client& client) {
   // A window that nobody has placed yet comes up wherever the desktop likes.
   if (sender.Left != 0 || sender.Top != 0) {
     receiver.Left = sender.Left.get();
-    receiver.Top = sender.Top + sender.ScaleHeight;
+    receiver.Top = sender.Top + std::max(sender.Height, sender.ScaleHeight.get());
   }
   receiver.Show();
 }

@@ -22,7 +22,9 @@ void Control::Move(Place place) {
 }
 
 Label::Label(Container& within, std::string_view name, Place place, std::string_view caption)
-    : Control(within, ControlKind::label, name, place), Caption(*this, std::string(caption)) {}
+    : Control(within, ControlKind::label, name, place),
+      Caption(*this, std::string(caption)),
+      DesignCaption(caption) {}
 
 TextBox::TextBox(Container& within, std::string_view name, Place place)
     : TextBox(within, ControlKind::textBox, name, place) {}

@@ -22,8 +22,10 @@ class Label : public Control {
  public:
   Label(Container& within, std::string_view name, Place place, std::string_view caption);
 
-  /// May hold one "&" before a mnemonic, which leads to the control behind the label.
+  /// What the design says may hold one "&" before a mnemonic, which leads to the control behind the
+  /// label; any other caption stands as it is.
   Property<std::string> Caption;
+  const std::string DesignCaption;
   /// Unset: the form's own text colour.
   Property<std::optional<Color>> ForeColor{*this, std::nullopt};
   Property<Font> Font_{*this, {}};

@@ -52,6 +52,8 @@ class Form : public Observable, public Container {
   Property<int> Top{*this, 0};
   Property<int> ScaleWidth;
   Property<int> ScaleHeight;
+  /// Of the window with its frame, in twips, kept by the shell; 0 before it was on the screen.
+  int Height = 0;
   Property<Color> BackColor{*this, Color{24, 26, 32}};
   Property<Color> ForeColor{*this, Color{224, 226, 232}};
   /// Whether the user can close the window by its frame.

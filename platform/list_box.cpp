@@ -95,7 +95,8 @@ void ListBox::setSelected(int index, bool selected) {
 
 std::string ListBox::Text() const {
   const int index = ListIndex();
-  return index < 0 ? std::string() : entries_[static_cast<std::size_t>(index)];
+  if (index < 0 || std::ranges::none_of(flags_, &Flags::selected)) return {};
+  return entries_[static_cast<std::size_t>(index)];
 }
 
 const std::vector<std::string>& ListBox::entries() const {

@@ -34,16 +34,30 @@ struct FileDialog {
   std::string defaultExtension = {};
 };
 
+/// A message box, or a question.
+struct BoxRequest {
+  std::string text = {};
+  /// See `box_style`.
+  int style = box_style::kPlain;
+  std::string title = {};
+  /// Yes and No, of which No is the default, in place of OK.
+  bool question = false;
+  /// Nobody asked for it: it must not take the keys that are being typed elsewhere.
+  bool unasked = false;
+  /// Has a further button "Disconnect".
+  bool offersDisconnect = false;
+};
+
+/// Closing a box by its frame is `ok`, or `no` for a question.
+enum class BoxAnswer { ok, yes, no, disconnect };
+
 /// Modal dialogs: each call returns when the user has answered. Text is code page 1252. When the
 /// program ends meanwhile, the call throws `ProgramEnd`.
 class Dialogs {
  public:
   virtual ~Dialogs() = default;
-  /// A box with an OK button.
-  virtual void MsgBox(const std::string& text, int style, const std::string& title) = 0;
-  /// A question with the buttons Yes and No, of which No is the default. Whether it was Yes;
-  /// closing the box is No.
-  virtual bool confirm(const std::string& text, const std::string& title) = 0;
+  /// At most one box is on the screen at a time: another one waits for its turn.
+  virtual BoxAnswer show(const BoxRequest& box) = 0;
   /// The empty string on cancel.
   virtual std::string InputBox(const std::string& prompt, const std::string& title,
                                const std::string& initial) = 0;
@@ -82,6 +96,8 @@ class Application {
   virtual ~Application() = default;
   /// Whether another instance of the program runs in this user's session.
   virtual bool PrevInstance() const = 0;
+  /// Why that can't be told, as a sentence without its full stop; empty when it can.
+  virtual std::string InstanceProblem() const = 0;
   /// Ends the program: throws `ProgramEnd`.
   [[noreturn]] virtual void End() = 0;
   /// Lets pending events run once. Throws `ProgramEnd` when one of them ended the program.

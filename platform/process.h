@@ -25,7 +25,9 @@ class ProcessPort {
   /// blanks are found by trying longer and longer first words against the disk; the rest are its
   /// arguments, cut at blanks. No shell sees the text. The program inherits the working folder, and
   /// outlives this one. Code page 1252. Never faults: what goes wrong is told by `onTrouble`.
-  virtual void run(const std::string& command, WindowStyle style) = 0;
+  /// `failed`, where there is one, is called in place of that.
+  virtual void run(const std::string& command, WindowStyle style,
+                   std::function<void()> failed = {}) = 0;
 
   /// A start failed, or a program ended with an error within two seconds: a text for the user that
   /// names the program, the reason and the last lines that it printed. Raised in a turn of the

@@ -180,14 +180,14 @@ void StyledText::insert(std::string_view text) {
   if (text.empty()) {
     return;
   }
-  if (text.size() > kLongestLine - lines_[caret_.line].length) {
-    throw std::length_error("A line of the text view would be too long.");
-  }
   const TextPosition from = caret_;
   if (caret_ == end()) {
     append(text);
     caret_ = end();
   } else {
+    if (text.size() > kLongestLine - lines_[caret_.line].length) {
+      throw std::length_error("A line of the text view would be too long.");
+    }
     insertInside(text);
   }
   if (onChange) {
@@ -211,8 +211,15 @@ void StyledText::clear() {
 }
 
 void StyledText::append(std::string_view text) {
-  forEachPiece(
-      text, [this](std::string_view piece) { appendPiece(piece); }, [this] { startLine(); });
+  const auto appendSplit = [this](std::string_view piece) {
+    for (std::size_t room = 0; (room = kSplitLine - lines_.back().length) < piece.size();) {
+      appendPiece(piece.substr(0, room));
+      piece.remove_prefix(room);
+      startLine();
+    }
+    appendPiece(piece);
+  };
+  forEachPiece(text, appendSplit, [this] { startLine(); });
 }
 
 void StyledText::startLine() {

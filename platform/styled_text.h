@@ -35,6 +35,10 @@ struct TextStyle {
 
 class StyledText {
  public:
+  /// Bytes of a line that are appended; what would make it longer begins another one, so that a
+  /// line without an end costs no more than others.
+  static constexpr std::size_t kSplitLine = std::size_t{256} << 10U;
+
   /// Part of a line in one style, from `begin` up to `end`, in bytes from the line's start.
   struct Run {
     std::size_t begin;

@@ -110,4 +110,20 @@ std::string withoutLineEnds(std::string_view text) {
   return result;
 }
 
+bool isControl(char character) {
+  constexpr unsigned char kFirstPrintable = 32;
+  const auto byte = static_cast<unsigned char>(character);
+  switch (byte) {
+    case 127:
+    case 129:
+    case 141:
+    case 143:
+    case 144:
+    case 157:
+      return true;
+    default:
+      return byte < kFirstPrintable;
+  }
+}
+
 }  // namespace kelvaron

@@ -29,4 +29,8 @@ std::string fromUtf8(std::string_view utf8);
 /// Each line end (CR LF, CR or LF) as one blank, for one-line boxes.
 std::string withoutLineEnds(std::string_view text);
 
+/// Whether a byte is a control character, or one of the five that are no character of the code
+/// page.
+bool isControl(char character);
+
 }  // namespace kelvaron

@@ -12,6 +12,10 @@ namespace {
 
 // A line that the network cut may take this long to be completed before it counts as arrived.
 constexpr std::chrono::milliseconds kUnfinishedLineLimit{200};
+// Boxes that lines caused are in a row when one comes so soon after the one before was closed.
+constexpr std::chrono::seconds kBetweenBoxesOfARow{5};
+// So many of a row have only OK.
+constexpr int kBoxesWithoutWayOut = 3;
 
 }  // namespace
 
@@ -38,7 +42,7 @@ Client::Client(Edge& atEdge, const Ports& usedPorts, std::span<const InboundRow>
     edge.run([&] { sckClient_Error(*this, number, description); });
   };
   ports.processes.onTrouble = [this](const std::string& text) {
-    edge.run([&] { MsgBox(text, box_style::kCritical); });
+    edge.run([&] { tellTrouble(text); });
   };
   ports.player.onTrouble = [this](const std::string& text) {
     edge.run([&] { MsgBox(text, box_style::kExclamation); });
@@ -58,7 +62,48 @@ bool Client::mainWindowShown() const {
 }
 
 void Client::MsgBox(const std::string& text, int style, const std::string& boxTitle) {
-  ports.dialogs.MsgBox(text, style, boxTitle.empty() ? title : boxTitle);
+  show({.text = text, .style = style, .title = boxTitle.empty() ? title : boxTitle});
+}
+
+bool Client::confirm(const std::string& text) {
+  return show({.text = text, .style = box_style::kExclamation, .title = title, .question = true}) ==
+         BoxAnswer::yes;
+}
+
+BoxAnswer Client::show(BoxRequest box) {
+  const bool byLine = handlingArrival_;
+  if (byLine) {
+    if (now() - boxClosed_ > kBetweenBoxesOfARow) boxesInARow_ = 0;
+    box.offersDisconnect = ++boxesInARow_ > kBoxesWithoutWayOut;
+  }
+  box.unasked = byLine || troubleOpen_;
+  const BoxAnswer answer = ports.dialogs.show(box);
+  if (byLine) boxClosed_ = now();
+  if (answer == BoxAnswer::disconnect) {
+    boxesInARow_ = 0;
+    arrivalDropped_ = true;
+    disconnect(*this);
+  }
+  return answer;
+}
+
+void Client::tellTrouble(const std::string& text) {
+  if (troubleOpen_) {
+    ++furtherTroubles_;
+    return;
+  }
+  troubleOpen_ = true;
+  struct Done {
+    bool& open;
+    ~Done() { open = false; }
+  } const done{troubleOpen_};
+  MsgBox(text, box_style::kCritical);
+  while (const int further = std::exchange(furtherTroubles_, 0)) {
+    MsgBox(further == 1
+               ? std::string("Meanwhile another program could not be started.")
+               : "Meanwhile " + std::to_string(further) + " more programs could not be started.",
+           box_style::kCritical);
+  }
 }
 
 void Client::arrival() {
@@ -70,11 +115,18 @@ void Client::arrival() {
     bool& handling;
     ~Done() { handling = false; }
   } const done{handlingArrival_};
+  arrivalDropped_ = false;
 
   do {
     arrivalWaits_ = false;
-    handleArrival(*this, sckClient_->GetData(), inbound_);
-  } while (arrivalWaits_);
+    const std::string received = sckClient_->GetData();
+    const std::string_view left = handleArrival(*this, received, inbound_);
+    if (!left.empty()) {
+      sckClient_->PutBack(left);
+      return;
+    }
+  } while (arrivalWaits_ && !arrivalDropped_);
+  ++arrivalsHandled_;
   // A handler may have closed the connection from this side, which makes the other side's close
   // nobody's business.
   if (std::exchange(closeWaits_, false) && sckClient_->State() == SocketState::peerClosing) {

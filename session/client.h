@@ -2,9 +2,12 @@
 // ports, the other forms, the connection and the user's own name.
 #pragma once
 
+#include <chrono>
+#include <cstdint>
 #include <functional>
 #include <map>
 #include <memory>
+#include <optional>
 #include <span>
 #include <string>
 #include <typeindex>
@@ -76,9 +79,26 @@ class Client {
   /// A message box; an empty title stands for the application's.
   void MsgBox(const std::string& text, int style = box_style::kPlain,
               const std::string& boxTitle = {});
+  /// A question with the application's title, of which No is the default. Whether it was Yes.
+  bool confirm(const std::string& text);
+
+  /// The rest of what arrived counts no more: the user has left a row of boxes by "Disconnect".
+  bool arrivalDropped() const { return arrivalDropped_; }
+  /// How often all that had arrived was handled.
+  std::uint64_t arrivalsHandled() const { return arrivalsHandled_; }
+  /// How often the connection to the chat server was made.
+  std::uint64_t connectionsMade = 0;
+  /// The connection whose message of the day was shown last.
+  std::uint64_t motdOfConnection = 0;
+  /// The time as rules that last for a while see it.
+  std::function<std::chrono::steady_clock::time_point()> now = std::chrono::steady_clock::now;
+  /// When the box about a missing profile was on the screen last.
+  std::optional<std::chrono::steady_clock::time_point> missingProfileTold;
 
  private:
+  BoxAnswer show(BoxRequest box);
   void arrival();
+  void tellTrouble(const std::string& text);
 
   std::span<const InboundRow> inbound_;
   MainWindowSlot mainWindow_;
@@ -89,6 +109,14 @@ class Client {
   bool handlingArrival_ = false;
   bool arrivalWaits_ = false;
   bool closeWaits_ = false;
+  bool arrivalDropped_ = false;
+  std::uint64_t arrivalsHandled_ = 0;
+  // Boxes in a row that lines caused, and when the last of them was closed.
+  int boxesInARow_ = 0;
+  std::chrono::steady_clock::time_point boxClosed_{};
+  // A box about a program that failed is open, and so many more have failed since.
+  bool troubleOpen_ = false;
+  int furtherTroubles_ = 0;
 };
 
 /// Opens the login window, or ends the program if another instance runs.

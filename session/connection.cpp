@@ -14,6 +14,7 @@ constexpr Color kLostColor{255, 0, 0};
 }  // namespace
 
 void sckClient_Connect(Client& client) {
+  ++client.connectionsMade;
   client.send(outbound::name(client.UserName, client.sckClient().LocalIP()));
   client.mainWindow().Show();
   client.send(outbound::motd());

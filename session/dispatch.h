@@ -35,7 +35,9 @@ struct InboundRow {
 
 /// Handles all that arrived in one read: cuts it at every CR LF, drops what stands behind the last
 /// one, and runs each line's handler. A fault ends the rest of the read, quietly but for a missing
-/// file, unless a handler has set the rule that goes on.
-void handleArrival(Client& client, std::string_view received, std::span<const InboundRow> table);
+/// file, unless a handler has set the rule that goes on. Returns what is left when it has taken so
+/// long that the user would notice: whole lines, to be handled in a later turn.
+std::string_view handleArrival(Client& client, std::string_view received,
+                               std::span<const InboundRow> table);
 
 }  // namespace kelvaron

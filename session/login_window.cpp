@@ -42,6 +42,19 @@ std::string objectionTo(std::string_view name) {
   return {};
 }
 
+/// Whether an instance whose session can't be told from others' was told of already.
+struct InstanceProblemTold {
+  bool told = false;
+};
+
+// Once: nothing can be done about it in here, and two programs would share one folder.
+void tellInstanceProblem(Client& client) {
+  const std::string problem = client.ports.application.InstanceProblem();
+  if (problem.empty() || std::exchange(client.lasting<InstanceProblemTold>().told, true)) return;
+  client.MsgBox("Kelvaron can not make sure that it runs only once. " + problem + ".",
+                box_style::kExclamation);
+}
+
 }  // namespace
 
 frmLogin::frmLogin(Client& client)
@@ -79,6 +92,7 @@ void frmLogin::Form_Load() {
         "Im sorry but there is another Kelvaron open. Please close it before opening another");
     client_.ports.application.End();
   });
+  rule.step([&] { tellInstanceProblem(client_); });
   Check1.Value = 1;
 }
 

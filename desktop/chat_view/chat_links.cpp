@@ -13,6 +13,8 @@ namespace {
 using namespace std::string_view_literals;
 
 constexpr std::array kSchemes = {"http://"sv, "https://"sv};
+/// What is longer is no address that a browser takes.
+constexpr std::size_t kLongestLink = 8192;
 constexpr std::string_view kEndsLink = "<>\"";
 constexpr std::string_view kPunctuation = ".,;:!?'*_~|";
 /// Each closing bracket behind its opening one; the quotes are those of code page 1252.
@@ -42,16 +44,29 @@ std::size_t schemeLength(std::string_view text) {
   return 0;
 }
 
-bool closesWithoutOpening(std::string_view link) {
-  const auto closed = std::find_if(kBrackets.begin(), kBrackets.end(),
-                                   [&](std::string_view pair) { return pair[1] == link.back(); });
-  return closed != kBrackets.end() && std::count(link.begin(), link.end(), (*closed)[0]) <
-                                          std::count(link.begin(), link.end(), (*closed)[1]);
-}
+/// How often each character stands in a text.
+class Counts {
+ public:
+  explicit Counts(std::string_view text) {
+    for (const char c : text) ++of(c);
+  }
+  std::size_t& of(char c) { return counts_[static_cast<unsigned char>(c)]; }
 
-/// Without what belongs to the sentence around the link.
+ private:
+  std::array<std::size_t, 256> counts_{};
+};
+
+/// Without what belongs to the sentence around the link: punctuation at its end, and brackets that
+/// close without having been opened in it.
 std::string_view trimmed(std::string_view link) {
-  while (!link.empty() && (isOneOf(kPunctuation, link.back()) || closesWithoutOpening(link))) {
+  Counts counts(link);
+  while (!link.empty()) {
+    const char last = link.back();
+    const auto closed = std::ranges::find(kBrackets, last, [](auto pair) { return pair[1]; });
+    const bool closes =
+        closed != kBrackets.end() && counts.of((*closed)[0]) < counts.of((*closed)[1]);
+    if (!closes && !isOneOf(kPunctuation, last)) break;
+    --counts.of(last);
     link.remove_suffix(1);
   }
   return link;
@@ -76,7 +91,8 @@ std::vector<LinkSpan> findLinks(std::string_view line) {
                                          line.end(), continuesLink);
       const auto end = static_cast<std::size_t>(stop - line.begin());
       const std::string_view link = trimmed(line.substr(begin, end - begin));
-      if (link.size() > length && urlOf(link)) result.push_back({begin, begin + link.size()});
+      if (link.size() > length && link.size() <= kLongestLink && urlOf(link))
+        result.push_back({begin, begin + link.size()});
       from = end;
       break;
     }

@@ -4,6 +4,7 @@
 #include <QPainter>
 #include <algorithm>
 #include <array>
+#include <cstdlib>
 
 #include "desktop/qt_values.h"
 
@@ -21,6 +22,15 @@ LinkSpan columnsIn(const TextRange& range, std::size_t line, std::size_t length)
   if (range.empty() || line < range.begin.line || line > range.end.line) return {0, 0};
   return {line == range.begin.line ? range.begin.column : 0,
           line == range.end.line ? range.end.column : length + 1};
+}
+
+/// Text in the colour of its ground, or next to it, is drawn in grey: its colour in force stays.
+QColor readable(const QColor& text, const QColor& ground) {
+  constexpr int kTooClose = 24;
+  const auto close = [](int a, int b) { return std::abs(a - b) <= kTooClose; };
+  const bool hidden = close(text.red(), ground.red()) && close(text.green(), ground.green()) &&
+                      close(text.blue(), ground.blue());
+  return hidden ? QColor(Qt::gray) : text;
 }
 
 bool covers(const LinkSpan& span, std::size_t column) {
@@ -52,7 +62,7 @@ void paintRow(QPainter& painter, const ChatLayout& layout, ChatRow row, QPointF 
     const std::string_view piece = bytes.substr(column, end - column);
     const bool bold = run.style.bold;
     const qreal width = font.width(piece, bold);
-    QColor pen = toQt(run.style.color);
+    QColor pen = readable(toQt(run.style.color), marks.ground);
     if (covers(selected, column)) {
       painter.fillRect(QRectF(place, QSizeF(width, font.rowHeight())), kSelectedBackground);
       pen = kSelectedText;

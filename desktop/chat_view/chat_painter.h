@@ -1,6 +1,7 @@
 // Draws one row of the chat view.
 #pragma once
 
+#include <QColor>
 #include <QPointF>
 #include <optional>
 
@@ -21,6 +22,8 @@ struct ChatLink {
 
 /// What is drawn over the text's own colours.
 struct ChatMarks {
+  /// What the text is drawn on.
+  QColor ground;
   TextRange selection;
   std::optional<ChatLink> underlined;
 };

@@ -242,7 +242,7 @@ void ChatView::changeEvent(QEvent* event) {
 void ChatView::paintEvent(QPaintEvent* event) {
   QPainter painter(viewport());
   painter.fillRect(event->rect(), background_);
-  const ChatMarks marks{selection(), hovered_};
+  const ChatMarks marks{background_, selection(), hovered_};
   const int step = layout_.font().rowHeight();
   ChatRow row = top();
   int y = topY_;

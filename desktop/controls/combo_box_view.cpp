@@ -9,6 +9,9 @@
 namespace kelvaron {
 namespace {
 
+// Characters of an item, as in a list.
+constexpr std::size_t kMostShown = 256;
+
 // Pixels that the text stands further in, so that it is in line with that of text boxes.
 constexpr int kTextMargin = 4;
 
@@ -45,7 +48,9 @@ void ComboBoxView::refresh() {
   if (items_ != box().items()) {
     items_ = box().items();
     combo_.clear();
-    for (const std::string& item : items_) combo_.addItem(shownText(withoutLineEnds(item)));
+    for (const std::string& item : items_) {
+      combo_.addItem(shownText(withoutLineEnds(beginningOf(item, kMostShown))));
+    }
     combo_.setCurrentIndex(-1);
   }
   if (combo_.lineEdit()->accessibleName().isEmpty()) {
@@ -55,7 +60,7 @@ void ComboBoxView::refresh() {
 }
 
 void ComboBoxView::showText() {
-  const QString shown = shownText(withoutLineEnds(box().Text.get()));
+  const QString shown = shownText(withoutLineEnds(beginningOf(box().Text.get(), kMostShown)));
   QLineEdit& edit = *combo_.lineEdit();
   if (edit.text() == shown) return;
   const bool sameLength = edit.text().size() == shown.size();

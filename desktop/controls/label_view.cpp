@@ -20,6 +20,9 @@ Qt::Alignment toQt(Alignment alignment) {
   return Qt::AlignLeft;
 }
 
+// Characters of a caption; no label has room for more.
+constexpr std::size_t kMostShown = 1024;
+
 QFont toQt(const Font& font, QFont own) {
   if (font.family == FontFamily::tahoma) own.setFamilies({QStringLiteral("Tahoma"), own.family()});
   if (font.points > 0) own.setPointSize(font.points);
@@ -60,8 +63,10 @@ void LabelView::refresh() {
 
 void LabelView::fitText() {
   const auto& label = static_cast<const Label&>(*control());
-  const QString caption = shownText(label.Caption.get());
-  const QString plain = withoutMnemonic(caption);
+  const QString caption = shownText(beginningOf(label.Caption.get(), kMostShown));
+  // Only a caption of the design has a mnemonic; what others wrote stands as it is.
+  const bool designed = label.Caption.get() == label.DesignCaption;
+  const QString plain = designed ? withoutMnemonic(caption) : caption;
   // A label with a name of its own is a field: the name tells which, the description what it holds.
   if (label.AccessibleName.empty()) {
     label_.setAccessibleName(plain);
@@ -70,11 +75,14 @@ void LabelView::fitText() {
   }
   if (buddy_) buddy_->setNameFromLabel(plain);
   // Without a buddy the toolkit shows a mnemonic's "&" as it stands.
-  const QString shown = buddy_ ? caption : plain;
-  label_.setText(label.WordWrap ? shown
-                                : label_.fontMetrics().elidedText(shown, Qt::ElideRight,
-                                                                  label_.contentsRect().width(),
-                                                                  Qt::TextShowMnemonic));
+  const bool mnemonic = designed && buddy_ != nullptr;
+  QString shown = mnemonic ? caption : plain;
+  if (!label.WordWrap) {
+    shown = label_.fontMetrics().elidedText(shown, Qt::ElideRight, label_.contentsRect().width(),
+                                            mnemonic ? Qt::TextShowMnemonic : 0);
+  }
+  if (buddy_ != nullptr && !mnemonic) shown.replace('&', QStringLiteral("&&"));
+  label_.setText(shown);
 }
 
 bool LabelView::eventFilter(QObject* watched, QEvent* event) {

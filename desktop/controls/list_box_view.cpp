@@ -64,8 +64,10 @@ void ListBoxView::selectionChanged(const QItemSelection& selected,
   mark(selected, true);
   // A screen reader selects without moving the focus: the current entry follows.
   const int current = box().ListIndex();
-  if (!selected.isEmpty() && (current < 0 || !box().Selected(current))) {
-    box().setListIndex(selected.first().top());
+  if (current < 0 || !box().Selected(current)) {
+    // One that was unselected is no target, while another one is selected.
+    const QModelIndexList rows = list_.selectionModel()->selectedRows();
+    if (!rows.isEmpty()) box().setListIndex(rows.first().row());
   }
   box().onRefresh = onRefresh;
 }

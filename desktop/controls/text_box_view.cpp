@@ -35,13 +35,14 @@ TextBoxView::TextBoxView(TextBox& box, ViewHost& host, QWidget* widget)
     : ControlView(box, host, widget) {}
 
 void TextBoxView::type(const QString& text) {
+  if (cut_) return;
   widget().setFocus();
   setText(this->text() + text);
   setCaret(static_cast<int>(this->text().size()));
 }
 
 void TextBoxView::textEdited() {
-  if (showing() || !attached()) return;
+  if (showing() || !attached() || cut_) return;
   const QString edited = text();
   std::string typed = toControl(edited);
   box().SelStart.setQuietly(static_cast<int>(toControl(edited.left(caret())).size()));
@@ -52,13 +53,20 @@ void TextBoxView::textEdited() {
 }
 
 void TextBoxView::caretMoved() {
-  if (showing() || !attached()) return;
+  if (showing() || !attached() || cut_) return;
   box().SelStart.setQuietly(static_cast<int>(toControl(text().left(caret())).size()));
 }
 
 void TextBoxView::refresh() {
-  refreshLook();
   const std::string& content = box().Text.get();
+  cut_ = content.size() > kMostShown;
+  refreshLook();
+  if (cut_) {
+    if (const QString shown = toWidget(beginningOf(content, kMostShown)); text() != shown) {
+      setText(shown);
+    }
+    return;
+  }
   if (const QString shown = toWidget(content); text() != shown) setText(shown);
   const auto start = static_cast<std::size_t>(std::max(0, box().SelStart.get()));
   const auto wanted = static_cast<int>(toWidget(content.substr(0, start)).size());
@@ -101,7 +109,7 @@ QString TextLineView::toWidget(const std::string& text) const {
 }
 
 void TextLineView::refreshLook() {
-  edit_.setReadOnly(box().Locked);
+  edit_.setReadOnly(box().Locked || cut());
   const char mask = box().PasswordChar;
   const QVariant character =
       mask == '\0' ? QVariant() : QVariant(int{unicodeOf(static_cast<unsigned char>(mask))});
@@ -154,8 +162,8 @@ QString TextAreaView::toWidget(const std::string& text) const {
 }
 
 void TextAreaView::refreshLook() {
-  edit_.setReadOnly(box().Locked);
-  if (box().Locked) {
+  edit_.setReadOnly(box().Locked || cut());
+  if (edit_.isReadOnly()) {
     edit_.setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);
   }
   setColors(edit_, box(), box().ForeColor);

@@ -13,9 +13,13 @@ inline constexpr const char* kPasswordCharacter = "kelvaronPasswordCharacter";
 
 /// Keeps control and widget in step with every keystroke: what the user did goes to the control,
 /// `Change` runs, and what its handler made of it is shown at once. A character that the code page
-/// lacks shows as the "?" that it became.
+/// lacks shows as the "?" that it became. Of a very long text the beginning shows, and can't be
+/// edited, since the control keeps the whole.
 class TextBoxView : public ControlView {
  public:
+  /// Bytes of a text that show.
+  static constexpr std::size_t kMostShown = std::size_t{64} << 10U;
+
   bool takesKeyboard() const override { return true; }
   void type(const QString& text) override;
 
@@ -34,6 +38,9 @@ class TextBoxView : public ControlView {
   virtual QString toWidget(const std::string& text) const = 0;
   virtual void refreshLook() = 0;
 
+  /// Whether only the beginning of the text shows.
+  bool cut() const { return cut_; }
+
   /// For the widget's signals.
   void textEdited();
   void caretMoved();
@@ -42,6 +49,9 @@ class TextBoxView : public ControlView {
   bool refreshesAtOnce() const override { return true; }
   bool enterPressed(Qt::KeyboardModifiers modifiers) override;
   bool eventFilter(QObject* watched, QEvent* event) override;
+
+ private:
+  bool cut_ = false;
 };
 
 /// A text box of one line, with a colour of its own where it is a rich text line.

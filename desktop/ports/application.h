@@ -4,6 +4,7 @@
 #include "desktop/event_gate.h"
 #include "native/instance_lock.h"
 #include "platform/ports.h"
+#include "platform/text.h"
 
 namespace kelvaron {
 
@@ -12,6 +13,9 @@ class QtApplication final : public Application {
   explicit QtApplication(EventGate& gate) : gate_(gate), lock_(InstanceLock::sessionFolder()) {}
 
   bool PrevInstance() const override { return lock_.takenByAnother(); }
+  std::string InstanceProblem() const override {
+    return lock_.takenByAnother() ? std::string() : fromUtf8(lock_.problem());
+  }
   [[noreturn]] void End() override { throw ProgramEnd{}; }
   void DoEvents() override;
   void showPage(const std::string& address) override;

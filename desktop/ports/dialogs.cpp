@@ -3,6 +3,8 @@
 #include <QApplication>
 #include <QDialog>
 #include <QDialogButtonBox>
+#include <QElapsedTimer>
+#include <QEventLoop>
 #include <QFileInfo>
 #include <QGridLayout>
 #include <QLabel>
@@ -13,6 +15,7 @@
 #include <QStyle>
 #include <QWindow>
 #include <algorithm>
+#include <chrono>
 #include <memory>
 #include <optional>
 
@@ -31,6 +34,8 @@ constexpr int kLabelLines = 12;
 constexpr int kScrolledLines = 16;
 constexpr int kMargin = 18;
 constexpr int kSpacing = 14;
+constexpr std::size_t kMostShownBytes = 4096;
+constexpr std::chrono::milliseconds kWithoutKeys{500};
 
 std::optional<QStyle::StandardPixmap> iconOf(int style) {
   switch (style) {
@@ -122,12 +127,35 @@ class Box : public QDialog {
   QDialogButtonBox& buttons_;
 };
 
+/// Keeps the keys that are typed right now from a box that came by itself.
+class KeyGuard : public QObject {
+ public:
+  explicit KeyGuard(QWidget& box) : box_(box) {
+    since_.start();
+    QCoreApplication::instance()->installEventFilter(this);
+  }
+
+ protected:
+  bool eventFilter(QObject* watched, QEvent* event) override {
+    const bool key = event->type() == QEvent::KeyPress || event->type() == QEvent::KeyRelease ||
+                     event->type() == QEvent::ShortcutOverride ||
+                     event->type() == QEvent::InputMethod;
+    if (!key || since_.hasExpired(kWithoutKeys.count())) return false;
+    const auto* widget = qobject_cast<QWidget*>(watched);
+    const bool inBox =
+        watched == box_.windowHandle() || (widget != nullptr && widget->window() == &box_);
+    return inBox;
+  }
+
+ private:
+  QWidget& box_;
+  QElapsedTimer since_;
+};
+
 class MessageBox : public Box {
  public:
-  MessageBox(const QString& text, int style, const std::string& title,
-             QDialogButtonBox::StandardButtons answers = QDialogButtonBox::Ok,
-             QDialogButtonBox::StandardButton usual = QDialogButtonBox::Ok)
-      : Box(title, answers) {
+  MessageBox(const QString& text, int style, const std::string& title, bool question = false)
+      : Box(title, question ? QDialogButtonBox::Yes | QDialogButtonBox::No : QDialogButtonBox::Ok) {
     if (const auto icon = iconOf(style)) {
       auto* picture = new QLabel(this);
       const int size = this->style()->pixelMetric(QStyle::PM_MessageBoxIconSize);
@@ -137,9 +165,23 @@ class MessageBox : public Box {
     }
     const int column = grid().itemAtPosition(0, 0) == nullptr ? 0 : 1;
     grid().addWidget(makeText(text, *this), 0, column, 1, 2 - column, Qt::AlignVCenter);
-    buttons().button(usual)->setDefault(true);
-    buttons().button(usual)->setFocus();
+    QPushButton* usual = buttons().button(question ? QDialogButtonBox::No : QDialogButtonBox::Ok);
+    usual->setDefault(true);
+    usual->setFocus();
   }
+
+  void offerDisconnect() {
+    QPushButton* button =
+        buttons().addButton(QStringLiteral("Disconnect"), QDialogButtonBox::DestructiveRole);
+    QObject::connect(button, &QPushButton::clicked, this, [this] {
+      disconnects_ = true;
+      reject();
+    });
+  }
+  bool disconnects() const { return disconnects_; }
+
+ private:
+  bool disconnects_ = false;
 };
 
 class PromptBox : public Box {
@@ -171,21 +213,38 @@ bool QtDialogs::ask(QDialog& dialog) {
   return agreed;
 }
 
-void QtDialogs::MsgBox(const std::string& text, int style, const std::string& title) {
-  MessageBox box(shownText(text), style, title);
-  ask(box);
+bool QtDialogs::askInTurn(QDialog& box) {
+  const EventGate::Hold hold(gate_);
+  while (!boxes_.empty() && boxes_.back()->isVisible()) {
+    QEventLoop turn;
+    QObject::connect(boxes_.back(), &QDialog::finished, &turn, &QEventLoop::quit);
+    turn.exec();
+    gate_.edge().throwIfEnded();
+  }
+  boxes_.push_back(&box);
+  struct Done {
+    std::vector<QDialog*>& boxes;
+    ~Done() { boxes.pop_back(); }
+  } const done{boxes_};
+  return ask(box);
 }
 
-bool QtDialogs::confirm(const std::string& text, const std::string& title) {
-  MessageBox box(shownText(text), box_style::kExclamation, title,
-                 QDialogButtonBox::Yes | QDialogButtonBox::No, QDialogButtonBox::No);
-  return ask(box);
+BoxAnswer QtDialogs::show(const BoxRequest& request) {
+  MessageBox box(shownText(beginningOf(request.text, kMostShownBytes)), request.style,
+                 request.title, request.question);
+  if (request.offersDisconnect) box.offerDisconnect();
+  std::optional<KeyGuard> guard;
+  if (request.unasked) guard.emplace(box);
+  const bool agreed = askInTurn(box);
+  if (box.disconnects()) return BoxAnswer::disconnect;
+  if (!request.question) return BoxAnswer::ok;
+  return agreed ? BoxAnswer::yes : BoxAnswer::no;
 }
 
 std::string QtDialogs::InputBox(const std::string& prompt, const std::string& title,
                                 const std::string& initial) {
   PromptBox box(shownText(prompt), title, initial);
-  return ask(box) ? box.answer() : std::string();
+  return askInTurn(box) ? box.answer() : std::string();
 }
 
 std::optional<std::string> QtDialogs::openFile(const FileDialog& dialog) {

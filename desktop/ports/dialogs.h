@@ -2,6 +2,7 @@
 #pragma once
 
 #include <QString>
+#include <vector>
 
 #include "desktop/event_gate.h"
 #include "platform/ports.h"
@@ -11,13 +12,13 @@ class QDialog;
 namespace kelvaron {
 
 /// Text is plain text, whoever wrote it, can be selected and copied, and never makes a box larger
-/// than the screen: what is too long scrolls.
+/// than the screen: what is too long scrolls, of what is very long the first 4 KiB show. A box that
+/// nobody asked for takes no key in its first half second.
 class QtDialogs final : public Dialogs {
  public:
   explicit QtDialogs(EventGate& gate) : gate_(gate) {}
 
-  void MsgBox(const std::string& text, int style, const std::string& title) override;
-  bool confirm(const std::string& text, const std::string& title) override;
+  BoxAnswer show(const BoxRequest& request) override;
   std::string InputBox(const std::string& prompt, const std::string& title,
                        const std::string& initial) override;
   std::optional<std::string> openFile(const FileDialog& dialog) override;
@@ -25,8 +26,12 @@ class QtDialogs final : public Dialogs {
  private:
   /// Returns whether the user agreed.
   bool ask(QDialog& dialog);
+  /// The same for a box, once no other one is on the screen.
+  bool askInTurn(QDialog& box);
 
   EventGate& gate_;
+  // Boxes that are on the screen or have been answered and not returned yet, the latest last.
+  std::vector<QDialog*> boxes_;
   // Of the file chosen last.
   QString folder_;
 };

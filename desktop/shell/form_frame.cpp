@@ -75,14 +75,24 @@ void FormFrame::scrollContent() {
 }
 
 void FormFrame::centerOn(const QWidget* anchor) {
-  const QRect space = screen()->availableGeometry();
-  const QRect around = anchor == nullptr ? space : anchor->frameGeometry();
-  layout_->activate();
-  QRect place(QPoint(), (kind_.sizable || scrolls_ ? size() : sizeHint()) + kFrameAllowance);
+  const QRect around = anchor == nullptr ? screen()->availableGeometry() : anchor->frameGeometry();
+  QRect place(QPoint(), expectedSize());
   place.moveCenter(around.center());
-  place.moveLeft(std::max(space.left(), std::min(place.left(), space.right() - place.width())));
-  place.moveTop(std::max(space.top(), std::min(place.top(), space.bottom() - place.height())));
-  move(place.topLeft());
+  moveOnScreen(place.topLeft());
+}
+
+QSize FormFrame::expectedSize() const {
+  layout_->activate();
+  const QSize inside = kind_.sizable || scrolls_ ? size() : sizeHint();
+  const QSize frame = frameGeometry().size() - size();
+  return inside + (frame.isEmpty() ? kFrameAllowance : frame);
+}
+
+void FormFrame::moveOnScreen(QPoint place) {
+  const QRect space = screen()->availableGeometry();
+  const QSize size = expectedSize();
+  move(std::max(space.left(), std::min(place.x(), space.right() - size.width())),
+       std::max(space.top(), std::min(place.y(), space.bottom() - size.height())));
 }
 
 void FormFrame::closeEvent(QCloseEvent* event) {
@@ -93,6 +103,16 @@ void FormFrame::closeEvent(QCloseEvent* event) {
 void FormFrame::moveEvent(QMoveEvent* event) {
   QWidget::moveEvent(event);
   if (onMoved && isVisible()) onMoved(pos());
+  tellFrame();
+}
+
+void FormFrame::resizeEvent(QResizeEvent* event) {
+  QWidget::resizeEvent(event);
+  tellFrame();
+}
+
+void FormFrame::tellFrame() {
+  if (onFramed && isVisible()) onFramed(frameGeometry().height());
 }
 
 void FormFrame::keyPressEvent(QKeyEvent* event) {

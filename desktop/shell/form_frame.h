@@ -24,6 +24,8 @@ class FormFrame : public QWidget {
   /// Size of the inside. One that the screen has no room for scrolls where the window is not
   /// sizable; a sizable window stays within the screen.
   void setContentSize(QSize size);
+  /// To this place, or as near to it as leaves the window on the screen whole.
+  void moveOnScreen(QPoint place);
   /// Before the first show: in the middle of `anchor`, or of the screen where that is null.
   void centerOn(const QWidget* anchor);
 
@@ -31,17 +33,23 @@ class FormFrame : public QWidget {
   /// The inside took another size; sizable windows only.
   std::function<void(QSize)> onContentResized;
   std::function<void(QPoint)> onMoved;
+  /// The whole window, frame and all, has this height now.
+  std::function<void(int height)> onFramed;
   /// Enter and Escape that no control took.
   std::function<void(int key)> onKey;
 
  protected:
   void closeEvent(QCloseEvent* event) override;
   void moveEvent(QMoveEvent* event) override;
+  void resizeEvent(QResizeEvent* event) override;
   void keyPressEvent(QKeyEvent* event) override;
   bool eventFilter(QObject* watched, QEvent* event) override;
 
  private:
   QSize room() const;
+  void tellFrame();
+  /// Of the whole window; before it was on the screen, what its frame may take.
+  QSize expectedSize() const;
   int barHeight(int width) const;
   void scrollContent();
 

@@ -10,7 +10,14 @@ Shell::Shell(Client& client, EventGate& gate)
     : client_(client),
       gate_(gate),
       services_{
-          gate, [this](Form& form) { client_.slots.unload(form); },
+          gate,
+          [this](Form& form) {
+            if (form.HidesOnClose) {
+              form.Visible = false;
+            } else {
+              client_.slots.unload(form);
+            }
+          },
           [this](const std::string& address) { client_.ports.application.showPage(address); }} {
   client_.slots.onLoaded = [this](Form& form) { loaded(form); };
   client_.slots.onUnloaded = [this](const Form& form) { unloaded(form); };

@@ -14,6 +14,9 @@
 namespace kelvaron {
 namespace {
 
+// Characters of a window's caption.
+constexpr std::size_t kMostOfCaption = 256;
+
 Qt::CursorShape shape(MousePointer pointer) {
   switch (pointer) {
     case MousePointer::hourglass:
@@ -72,6 +75,7 @@ void ShownForm::detach() {
   frame_->onClose = nullptr;
   frame_->onContentResized = nullptr;
   frame_->onMoved = nullptr;
+  frame_->onFramed = nullptr;
   frame_->onKey = nullptr;
   pointer_->onMoved = nullptr;
   pointer_->onClicked = nullptr;
@@ -195,6 +199,7 @@ void ShownForm::build() {
     form_->Left.setQuietly(place_.x());
     form_->Top.setQuietly(place_.y());
   };
+  frame_->onFramed = [this](int height) { form_->Height = toTwips(height); };
   frame_->onContentResized = [this](QSize content) { resized(content); };
   frame_->onKey = [this](int key) { key == Qt::Key_Escape ? pressCancel() : pressDefault(); };
 
@@ -253,7 +258,7 @@ void ShownForm::nameByLabels() {
 }
 
 void ShownForm::applyLook() {
-  frame_->setWindowTitle(shownText(form_->Caption.get()));
+  frame_->setWindowTitle(shownText(beginningOf(form_->Caption.get(), kMostOfCaption)));
   QPalette palette = QApplication::palette();
   palette.setColor(QPalette::Window, toQt(form_->BackColor.get()));
   for (const auto group : {QPalette::Active, QPalette::Inactive}) {
@@ -281,7 +286,7 @@ void ShownForm::showFirst() {
 void ShownForm::applyPlace() {
   if (const QPoint place(form_->Left, form_->Top); place != place_) {
     place_ = place;
-    frame_->move(toPixels(place.x()), toPixels(place.y()));
+    frame_->moveOnScreen({toPixels(place.x()), toPixels(place.y())});
   }
   if (const QSize size(form_->ScaleWidth, form_->ScaleHeight); size != size_) {
     size_ = size;

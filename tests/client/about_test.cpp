@@ -77,6 +77,10 @@ TEST_F(About, InformationTool) {
       EXPECT_THAT(desktop.started,
                   ElementsAre(TestDesktop::Started{each.started, WindowStyle::maximizedFocus}));
       EXPECT_THAT(desktop.boxes, IsEmpty());
+      // A tool that won't start ends in the same box.
+      desktop.lastStartFailed();
+      ASSERT_EQ(desktop.boxes.size(), 1U);
+      EXPECT_EQ(desktop.boxes[0].text, "System Information Is Unavailable At This Time");
     } else {
       EXPECT_THAT(desktop.started, IsEmpty());
       ASSERT_EQ(desktop.boxes.size(), 1U);

@@ -112,6 +112,66 @@ TEST_F(Dispatch, LinesBehindAnOpenBoxKeepTheirOrder) {
   EXPECT_EQ(desktop.chat(), "first\nsecond\n");
 }
 
+TEST_F(Dispatch, RowsOfBoxesCanBeLeft) {
+  std::string burst;
+  for (int i = 0; i < 10'000; ++i) burst += "MSGBOX\tagain\r\nDOUBLE\r\nbanned\r\n";
+  desktop.leavesBoxes = true;
+  server.say(burst + "Announce\tnever seen\r\n");
+  ASSERT_TRUE(
+      desktop.until([&] { return desktop.client->sckClient().State() == SocketState::closed; }));
+  loop.runUntil([] { return false; }, std::chrono::milliseconds(50));
+  ASSERT_EQ(desktop.boxes.size(), 4U);
+  for (std::size_t i = 0; i < 4; ++i) {
+    EXPECT_EQ(desktop.boxes[i].offersDisconnect, i == 3);
+    EXPECT_TRUE(desktop.boxes[i].unasked);
+  }
+  EXPECT_EQ(desktop.chat(), "");
+}
+
+TEST_F(Dispatch, BoxesAreInARowWhenTheyFollowSoon) {
+  auto time = std::chrono::steady_clock::now();
+  desktop.client->now = [&time] { return time; };
+  // However long the user reads; and no more once there was some time between two.
+  desktop.whileBoxIsOpen = [&](const Box&) { time += std::chrono::minutes(1); };
+  server.say("MSGBOX\t1\r\nMSGBOX\t2\r\nMSGBOX\t3\r\nMSGBOX\t4\r\n");
+  ASSERT_TRUE(desktop.until([&] { return desktop.boxes.size() == 4; }));
+  EXPECT_TRUE(desktop.boxes[3].offersDisconnect);
+  time += std::chrono::seconds(6);
+  server.say("MSGBOX\t5\r\n");
+  ASSERT_TRUE(desktop.until([&] { return desktop.boxes.size() == 5; }));
+  EXPECT_FALSE(desktop.boxes[4].offersDisconnect);
+}
+
+TEST_F(Dispatch, ProgramsThatFailBehindABoxAreCountedInTheNext) {
+  const auto& trouble = desktop.client->ports.processes.onTrouble;
+  desktop.whileBoxIsOpen = [&](const Box&) {
+    desktop.whileBoxIsOpen = nullptr;
+    for (int i = 0; i < 3; ++i) trouble("another");
+  };
+  trouble("first");
+  ASSERT_EQ(desktop.boxes.size(), 2U);
+  EXPECT_EQ(desktop.boxes[0].text, "first");
+  EXPECT_EQ(desktop.boxes[1].text, "Meanwhile 3 more programs could not be started.");
+}
+
+// A flood whose lines are slow to handle leaves the loop turns for the user's keys.
+TEST_F(Dispatch, SlowLinesAreHandledInSeveralTurns) {
+  std::chrono::milliseconds passed{0};
+  desktop.client->now = [&] { return std::chrono::steady_clock::time_point(passed); };
+  std::vector<std::string> order;
+  std::unique_ptr<LoopWatch> key;
+  desktop.whileBoxIsOpen = [&](const Box& box) {
+    order.push_back(box.text);
+    passed += std::chrono::milliseconds(30);
+    if (box.text == "2") {
+      key = loop.after(std::chrono::milliseconds(0), [&] { order.emplace_back("key"); });
+    }
+  };
+  server.say("MSGBOX\t1\r\nMSGBOX\t2\r\nMSGBOX\t3\r\n");
+  ASSERT_TRUE(desktop.until([&] { return order.size() == 4; }));
+  EXPECT_THAT(order, ElementsAre("1", "2", "key", "3"));
+}
+
 TEST_F(Dispatch, TenThousandUsersInOneBurstLoseNone) {
   std::string burst = "Userscl\r\n";
   for (int i = 0; i < 10'000; ++i) burst += "Users\tuser" + std::to_string(i) + "\r\n";

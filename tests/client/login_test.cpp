@@ -35,6 +35,17 @@ TEST_F(Login, SecondInstanceSaysSoAndEndsBeforeAnyWindow) {
             "Im sorry but there is another Kelvaron open. Please close it before opening another");
 }
 
+TEST_F(Login, SessionThatCannotBeToldFromOthersIsToldOnce) {
+  desktop.instanceProblem = "The session folder belongs to another user";
+  start(*desktop.client);
+  desktop.edge.run([&] { desktop.client->slots.touch<frmLogin>(*desktop.client).Form_Load(); });
+  ASSERT_EQ(desktop.boxes.size(), 1U);
+  EXPECT_EQ(desktop.boxes[0].text,
+            "Kelvaron can not make sure that it runs only once. The session folder belongs to "
+            "another user.");
+  EXPECT_TRUE(desktop.shows<frmLogin>());
+}
+
 TEST_F(Login, FoldersThatExistCauseNoMessage) {
   desktop.files.MkDir("sounds");
   desktop.files.MkDir("received");

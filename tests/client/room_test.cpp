@@ -34,7 +34,7 @@ class Room : public ::testing::Test {
   ListBox& list() { return desktop.room().List1; }
   SendPM& form() { return desktop.client->form<SendPM>(); }
   void doubleClick(int index) {
-    list().setListIndex(index);
+    selectOnly(list(), index);
     desktop.raise(list().DblClick);
   }
 
@@ -50,7 +50,7 @@ TEST_F(Room, RightClickOpensTheMenuForTheSelectedEntry) {
     bool join;
   };
   for (const Case each : {Case{0, false}, Case{2, true}, Case{3, false}, Case{-1, false}}) {
-    list().setListIndex(each.index);
+    selectOnly(list(), each.index);
     desktop.raise(list().MouseUp, MouseButton::right);
     EXPECT_EQ(desktop.room().mnuJoinGame.Enabled.get(), each.join) << each.index;
   }
@@ -83,14 +83,14 @@ TEST_F(Room, PrivateMessageFormStates) {
            " | " + loaded->Caption.get();
   };
   EXPECT_EQ(state(), "none");
-  list().setListIndex(0);
+  selectOnly(list(), 0);
   desktop.raise(desktop.room().mnuPM.Click);
   EXPECT_EQ(state(), "shown ann | Private Message to : ann");
   form().Text1.Text = "never mind";
   desktop.raise(form().Command2.Click);
   EXPECT_EQ(state(), "hidden ann | Private Message to : ann");
   EXPECT_EQ(form().Text1.Text.get(), "");
-  list().setListIndex(3);
+  selectOnly(list(), 3);
   desktop.raise(desktop.room().mnuPM.Click);
   EXPECT_EQ(state(), "shown ann | Private Message to : ann") << "the menu keeps the old target";
   desktop.raise(form().Command2.Click);
@@ -113,7 +113,7 @@ TEST_F(Room, UsersInAGameAreLeftInPeace) {
 }
 
 TEST_F(Room, NobodySelectedGivesAnEmptyTarget) {
-  list().setListIndex(-1);
+  selectOnly(list(), -1);
   desktop.raise(list().DblClick);
   desktop.raise(form().Command1.Click);
   ASSERT_TRUE(desktop.until([&] { return !server.lines.empty(); }));
@@ -133,7 +133,7 @@ TEST_F(Room, PrivateMessageWithoutAConnectionIsKept) {
 }
 
 TEST_F(Room, SelectionOutlastsARebuildOfTheList) {
-  list().setListIndex(1);
+  selectOnly(list(), 1);
   list().setSelected(0, true);
   list().setSelected(1, true);
   server.say("Userscl\r\nUsers\tAaron\r\nUsers\tann[AW]\r\nUsers\tcy\r\nUsers\tdee\r\n");

@@ -163,6 +163,7 @@ class Desk : private SoundPort, private Application {
  private:
   void play(std::string_view /*name*/) override {}
   void playBeside(std::string_view /*name*/) override {}
+  std::string InstanceProblem() const override { return {}; }
   bool PrevInstance() const override { return false; }
   [[noreturn]] void End() override { throw ProgramEnd{}; }
   void DoEvents() override {}

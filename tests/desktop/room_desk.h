@@ -64,6 +64,7 @@ class RoomDesk : private SoundPort, private Application {
  private:
   void play(std::string_view /*name*/) override {}
   void playBeside(std::string_view /*name*/) override {}
+  std::string InstanceProblem() const override { return {}; }
   bool PrevInstance() const override { return false; }
   [[noreturn]] void End() override { throw ProgramEnd{}; }
   void DoEvents() override {}

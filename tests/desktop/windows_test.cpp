@@ -204,7 +204,9 @@ TEST(Boxes, StrangersTextIsPlainAndFitsTheScreen) {
       const QSize screen = box.screen()->availableSize();
       EXPECT_EQ(box.size(), box.size().boundedTo(screen));
       if (const auto* area = box.findChild<QPlainTextEdit*>()) {
-        EXPECT_EQ(area->toPlainText().toStdString(), text);
+        const bool cut = text.size() > 4096;
+        EXPECT_EQ(area->toPlainText().toStdString(),
+                  text.substr(0, 4096) + (cut ? " [\u2026]" : ""));
       } else {
         const auto labels = box.findChildren<QLabel*>();
         EXPECT_EQ(labels.back()->text(), QStringLiteral("<b>bold</b> <img src='x'> & ä"));
@@ -215,6 +217,42 @@ TEST(Boxes, StrangersTextIsPlainAndFitsTheScreen) {
     });
     desk.client.MsgBox(text, box_style::kCritical, "Title");
   }
+}
+
+TEST(Boxes, OneAtATime) {
+  Desk desk;
+  std::vector<std::string> seen;
+  Desk::whenBoxOpens([&](QWidget& first) {
+    Desk::whenBoxOpens([&](QWidget& stillFirst) {
+      EXPECT_EQ(&stillFirst, &first) << "the other waits";
+      Desk::whenBoxOpens([&](QWidget& second) {
+        seen.push_back(second.windowTitle().toStdString());
+        QTest::keyClick(&second, Qt::Key_Return);
+      });
+      seen.push_back(first.windowTitle().toStdString());
+      QTest::keyClick(&first, Qt::Key_Return);
+    });
+    desk.client.MsgBox("b", box_style::kPlain, "second");
+  });
+  desk.client.MsgBox("a", box_style::kPlain, "first");
+  EXPECT_EQ(seen, (std::vector<std::string>{"first", "second"}));
+}
+
+TEST(Boxes, WhatComesByItselfTakesNoKeyAtFirstAndHasAWayOut) {
+  Desk desk;
+  Desk::whenBoxOpens([&](QWidget& box) {
+    for (const Qt::Key key : {Qt::Key_Return, Qt::Key_Escape, Qt::Key_Space}) {
+      QTest::keyClick(QApplication::focusWidget(), key);
+      ASSERT_TRUE(box.isVisible());
+    }
+    QTimer::singleShot(600, &box, [&box] {
+      for (auto* button : box.findChildren<QPushButton*>()) {
+        if (button->text() == "Disconnect") button->click();
+      }
+    });
+  });
+  EXPECT_EQ(desk.dialogs.show({.text = "x", .unasked = true, .offersDisconnect = true}),
+            BoxAnswer::disconnect);
 }
 
 TEST(Boxes, Input) {
@@ -251,7 +289,7 @@ TEST(Boxes, QuestionIsNoUnlessYesIsSaid) {
       EXPECT_TRUE(QTest::qWaitForWindowActive(&box));  // mnemonics work in there alone
       row.answer(box);
     });
-    EXPECT_EQ(desk.dialogs.confirm("Sure?", "Question"), row.agreed);
+    EXPECT_EQ(desk.client.confirm("Sure?"), row.agreed);
   }
 }
 
@@ -278,8 +316,8 @@ TEST(End, ClosesOpenBoxesAndGoesNoFurther) {
       wentOn = true;
     };
     Desk::whenBoxOpens([&](QWidget&) {
-      Desk::whenBoxOpens(
-          [&](QWidget&) { desk.edge.run([&] { desk.client.ports.application.End(); }); });
+      // While the inner one waits for its turn.
+      QTimer::singleShot(20, [&] { desk.edge.run([&] { desk.client.ports.application.End(); }); });
       desk.edge.run([&] {
         desk.client.MsgBox("inner");
         wentOn = true;

@@ -46,7 +46,7 @@ TEST_F(CsDoom, HostAnswersForItsAddress) {
 
 TEST_F(CsDoom, JoiningByTheList) {
   room().List1.AddItem("ann[CS]");
-  room().List1.setListIndex(0);
+  selectOnly(room().List1, 0);
   join();
   EXPECT_THAT(received(), ElementsAre("USERIP\tann[CS]\tbob"));
   say("OKUSERIP\t10.0.0.7\r\n");
@@ -59,14 +59,39 @@ TEST_F(CsDoom, JoiningByTheList) {
 }
 
 TEST_F(CsDoom, AddressesThatAreNoneAreAskedAbout) {
+  room().List1.AddItem("ann[CS]");
+  selectOnly(room().List1, 0);
   desktop.answers = {false, true};
+  join();
   say("OKUSERIP\t10.0.0.7 +exec x\r\n");
   EXPECT_THAT(boxTexts(), ElementsAre(HasSubstr("\"10.0.0.7 +exec x\"")));
   EXPECT_FALSE(desktop.shows<Form4>());
   EXPECT_THAT(desktop.started, IsEmpty());
+  join();
   say("OKUSERIP\thost.example\r\n");
   ASSERT_EQ(desktop.started.size(), 1U);
   EXPECT_EQ(desktop.started[0].command, "/e/doomcl.exe -connect host.example");
+}
+
+TEST_F(CsDoom, AddressThatNobodyAskedForStartsNothingUnlessYesIsSaid) {
+  const std::string address = "OKUSERIP\t10.0.0.7\r\n";
+  // Those that come while the question is open are passed over, and those of the same burst.
+  desktop.whileBoxIsOpen = [&](const Box&) { server.say(address + address); };
+  say(address + address);
+  desktop.whileBoxIsOpen = nullptr;
+  EXPECT_THAT(boxTexts(), ElementsAre(HasSubstr("which you have not asked for")));
+  // An answer counts once, and on the connection of its question alone.
+  room().List1.AddItem("ann[CS]");
+  selectOnly(room().List1, 0);
+  join();
+  desktop.raise(room().mnuConnect.Click);
+  ASSERT_TRUE(desktop.until([&] { return desktop.client->connectionsMade == 2; }));
+  say(address);
+  EXPECT_THAT(desktop.started, IsEmpty());
+  desktop.answers = {true};
+  say(address);
+  EXPECT_EQ(boxTexts().size(), 2U);
+  EXPECT_EQ(desktop.started.size(), 1U);
 }
 
 TEST_F(CsDoom, WhatIsMissingIsTold) {

@@ -153,6 +153,56 @@ TEST_F(Handshake, AnswerWithoutAConnection) {
   EXPECT_FALSE(desktop.shows<request>());
 }
 
+// What the user has seen is what starts, whatever a host sends behind the open form.
+TEST_F(Handshake, CommandThatChangesBehindTheLastLook) {
+  say("GAME\tzdoom\tNONE\tNONE\t\t10.0.0.7\tann\r\nSTART\r\n");
+  say("GAME\tzdoom\tNONE\tNONE\t +exec x\t10.0.0.8\tann\r\n");
+  EXPECT_EQ(form<Form3>().Text1.Text.get(), room().Text1.Text.get()) << "shown at once";
+  click(form<Form3>().Command1);
+  EXPECT_THAT(boxTexts(), ElementsAre(HasSubstr("Another offer has changed the command")));
+  // Again while the question about the second one is open: Yes was given to another text.
+  desktop.answers = {true, true};
+  desktop.whileBoxIsOpen = [&](const Box& box) {
+    if (box.question) say("GAME\tzdoom2\tNONE\tNONE\t +exec y\t10.0.0.9\tann\r\n");
+    desktop.whileBoxIsOpen = nullptr;
+  };
+  click(form<Form3>().Command1);
+  EXPECT_THAT(boxTexts(), ElementsAre(HasSubstr("+exec x"), HasSubstr("nothing was started")));
+  EXPECT_THAT(desktop.started, IsEmpty());
+  EXPECT_FALSE(desktop.shows<Form4>());
+  click(form<Form3>().Command1);
+  EXPECT_THAT(boxTexts(), ElementsAre(HasSubstr("+exec y")));
+  ASSERT_EQ(desktop.started.size(), 1U);
+  EXPECT_THAT(desktop.started[0].command, HasSubstr("-join 10.0.0.9"));
+}
+
+TEST_F(Handshake, SecondPressDuringAStartDoesNothing) {
+  // A press that waits among the pending events runs inside the first one.
+  const auto pressTwice = [&](CommandButton& button) {
+    const auto second = loop.after(std::chrono::milliseconds(0), [&] { click(button); });
+    click(button);
+  };
+  invite({"al"});
+  say("XCEPT\tal\r\n");
+  pressTwice(form<Form1>().Command1);
+  EXPECT_THAT(received(), ElementsAre("START\tal", "INGAME\tbob"));
+  EXPECT_EQ(desktop.started.size(), 1U);
+  click(form<Form4>().Command1);
+  EXPECT_THAT(received(), ElementsAre("RETURN\tbob"));
+
+  say("GAME\tzdoom\tNONE\tNONE\t\t10.0.0.7\tann\r\nSTART\r\n");
+  pressTwice(form<Form3>().Command1);
+  EXPECT_EQ(desktop.started.size(), 2U);
+  EXPECT_THAT(received(), ElementsAre("INGAME\tbob"));
+  click(form<Form4>().Command1);
+  EXPECT_THAT(received(), ElementsAre("RETURN\tbob"));
+
+  tick(form<game1>().Check25);
+  tick(form<game1>().Check37);
+  pressTwice(form<game1>().Command3);
+  EXPECT_EQ(desktop.started.size(), 3U);
+}
+
 TEST_F(Handshake, FinalChanceStartsTheGuest) {
   const std::string command = "/e/zdoom.exe -iwad /w/doom.wad -join 10.0.0.7  \r\n";
   struct Case {

@@ -10,6 +10,12 @@ namespace {
 using ::testing::HasSubstr;
 
 const GameConfig kConfig{.zdoomPath = "Z", .doomWad = "1"};
+// The wads that the guest has.
+bool isOnDisk(const std::string& path) {
+  return path == kConfig.externalWadFolder + "\\Scythe - 2.wad" ||
+         path == kConfig.externalWadFolder + "\\-x.wad";
+}
+
 const GameOffer kUsual{{}, "zdoom", "NONE", "NONE", "", "10.0.0.7", "ann"};
 
 TEST(OfferCheck, UsualOffersCauseNoQuestion) {
@@ -29,11 +35,12 @@ TEST(OfferCheck, UsualOffersCauseNoQuestion) {
                                .warp = "MAP07",
                                .record = true};
   for (const std::string& options : {std::string(), guestOptions(everything)}) {
-    for (const char* wad : {"NONE", "maps.wad", "My Maps 2.wad", "caf\xE9.wad", "..wad"}) {
+    for (const char* wad :
+         {"NONE", "maps.wad", "My Maps 2.wad", "caf\xE9.wad", "..wad", "Scythe - 2.wad"}) {
       GameOffer offer = kUsual;
       offer.guestOptions = options;
       offer.wad = wad;
-      EXPECT_EQ(unusualAbout(offer, kConfig), "") << wad << options;
+      EXPECT_EQ(unusualAbout(offer, kConfig, isOnDisk), "") << wad << options;
     }
   }
 }
@@ -59,6 +66,8 @@ TEST(OfferCheck, NamesWhatNoKelvaronSends) {
       {&GameOffer::guestOptions, " -fast\n+exec", "-fast\n+exec"},
       {&GameOffer::wad, "", "plain file name"},
       {&GameOffer::wad, "-x", "\"-x\" is not a plain file name"},
+      {&GameOffer::wad, "-x.wad", "\"-x.wad\" is not a plain file name"},
+      {&GameOffer::wad, "Scythe - 3.wad", "plain file name"},
       {&GameOffer::wad, "../x", "\"../x\""},
       {&GameOffer::wad, "..\\x", "\"..\\x\""},
       {&GameOffer::wad, "..", "plain file name"},
@@ -76,7 +85,7 @@ TEST(OfferCheck, NamesWhatNoKelvaronSends) {
   for (const Case& each : cases) {
     GameOffer offer = kUsual;
     offer.*each.field = each.value;
-    EXPECT_THAT(unusualAbout(offer, kConfig), HasSubstr(each.named)) << each.value;
+    EXPECT_THAT(unusualAbout(offer, kConfig, isOnDisk), HasSubstr(each.named)) << each.value;
   }
 }
 

@@ -45,7 +45,7 @@ class TwoPlayers : public ::testing::Test {
     const auto& entries = player.room().List1.entries();
     const auto found = std::ranges::find(entries, entry);
     ASSERT_NE(found, entries.end()) << entry;
-    player.room().List1.setListIndex(static_cast<int>(found - entries.begin()));
+    selectOnly(player.room().List1, static_cast<int>(found - entries.begin()));
   }
   static bool connected(TestDesktop& player) {
     return player.client->sckClient().State() == SocketState::connected;

@@ -82,7 +82,7 @@ TEST_F(Moderation, KickAndBanAskForAUserAndAReason) {
   for (const bool bans : {false, true}) {
     for (const Case& each : cases) {
       SCOPED_TRACE(std::string(bans ? "ban, " : "kick, ") + each.what);
-      room().List1.setListIndex(each.selected);
+      selectOnly(room().List1, each.selected);
       desktop.boxes.clear();
       desktop.initialInputs.clear();
       desktop.inputs = each.typed;
@@ -130,7 +130,7 @@ TEST_F(Moderation, AddressAndMessageGoOutAsTyped) {
     std::deque<std::string> typed;
     Lines sent;
   };
-  room().List1.setListIndex(2);
+  selectOnly(room().List1, 2);
   for (const Case& each : {Case{room().mnuGetIP, {"nobody here"}, {"GETIP\tnobody here"}},
                            Case{room().mnuGetIP, {}, {}},
                            Case{room().mnuSendServerMSG, {"good night"}, {"MSG\tgood night"}},

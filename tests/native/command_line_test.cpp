@@ -21,8 +21,10 @@ class CommandLineTest : public ::testing::Test {
     for (const char* name : {"zdoom.exe", "my games/zdoom.exe", "text editor"}) {
       make(name, fs::perms::owner_all);
     }
-    for (const char* name : {"text", "doom2.wad", "my games/doom2.wad", "my  games/doom2.wad",
-                             "wads/one.wad", "wads/t\xC3\xBCr two.wad", "-x", "$(touch made)"}) {
+    for (const char* name :
+         {"text", "doom2.wad", "my games/doom2.wad", "my  games/doom2.wad", "wads/one.wad",
+          "wads/t\xC3\xBCr two.wad", "Doom - Wads/doom.wad", "Doom - Wads/Scythe - 2.wad",
+          "Kelvaron +1/x", "-x", "$(touch made)"}) {
       make(name, fs::perms::owner_read);
     }
     ASSERT_EQ(::mkfifo((base / "pipe").c_str(), 0600), 0);
@@ -104,7 +106,16 @@ TEST_F(CommandLineTest, ArgumentsArePathsOrStayAsTheyAre) {
       {"-file @/$(touch made)", {"-file", "@/$(touch made)"}},
       {"-record @/My Games\\kvdemo -host 3", {"-record", "@/my games/kvdemo", "-host", "3"}},
       {"-warp 07\r\n -record @/WADS\\my demo", {"-warp", "07", "-record", "@/wads/my demo"}},
+      // Words like switches that belong to a path.
+      {"-iwad @/Doom - Wads\\doom.wad -fast", {"-iwad", "@/Doom - Wads/doom.wad", "-fast"}},
+      {"-file @/doom - wads\\SCYTHE - 2.WAD -nosfx",
+       {"-file", "@/Doom - Wads/Scythe - 2.wad", "-nosfx"}},
+      {"-record @/Kelvaron +1\\my demo -host 2",
+       {"-record", "@/Kelvaron +1/my demo", "-host", "2"}},
+      {"-record @/kvdemo -file @/wads\\one.wad",
+       {"-record", "@/kvdemo", "-file", "@/wads/one.wad"}},
       // Paths that aren't.
+      {"-file @/none - here.wad", {"-file", "@/none", "-", "here.wad"}},
       {"-file @/wads\\no such.wad -fast", {"-file", "@/wads/no", "such.wad", "-fast"}},
       {"-file none.wad other.wad", {"-file", "none.wad", "other.wad"}},
       {"-file @/wads", {"-file", "@/wads"}},

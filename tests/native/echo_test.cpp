@@ -93,6 +93,8 @@ TEST_F(Echoes, ProgramsThatPingInTheirOwnWay) {
   const Case cases[] = {
       {kHeading + "echo '1 packets transmitted, 1 received, 0% packet loss'", Kind::replied, ""},
       {kHeading + "echo '1 packets transmitted, 0 received, 100% packet loss'", Kind::noReply, ""},
+      {kHeading + "echo '1 packets transmitted, 1 packets received, 0% packet loss'", Kind::replied,
+       ""},
       {kHeading + "sleep 3", Kind::noReply, ""},
       {"echo 'ping: socket: Operation not permitted' >&2; exit 2", Kind::refused,
        "ping: socket: Operation not permitted"},

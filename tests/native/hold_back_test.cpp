@@ -3,6 +3,7 @@
 
 #include <random>
 #include <string>
+#include <thread>
 
 #include "tests/native/raw_peer.h"
 
@@ -146,6 +147,34 @@ TEST_F(HoldBack, EndOfTheStreamLetsTheTailGoFirst) {
   ASSERT_TRUE(loop.runUntil([&] { return client.saw("close"); }, kPatience));
   EXPECT_EQ(client.received, "line\ntail");
   EXPECT_EQ(client.log, (std::vector<std::string>{"connect", "data", "data", "close"}));
+}
+
+TEST_F(HoldBack, TailIsNotReleasedWhileReadingIsPaused) {
+  client.socket->HoldBackUnfinishedLine(20ms);
+  client.reads = false;
+  // What is unread at the limit ends in the middle of a line; the rest waits with the peer.
+  std::string lines;
+  while (lines.size() < NativeSocket::kUnreadLimit * 2) lines += "Users\tsomebody else\r\n";
+  std::thread sending([&] { peer.send(lines); });
+  loop.runUntil([] { return false; }, 300ms);
+  client.reads = true;
+  client.received += client.socket->GetData();
+  EXPECT_EQ(client.received.back(), '\n') << "half a line does not count as arrived";
+  runUntilReceived(lines.size());
+  sending.join();
+  EXPECT_EQ(client.received, lines);
+}
+
+TEST_F(HoldBack, WhatWasPutBackComesAgainInFrontOfTheRest) {
+  client.reads = false;
+  peer.send("one\r\ntwo\r\n");
+  ASSERT_TRUE(loop.runUntil([&] { return client.saw("data"); }, kPatience));
+  EXPECT_EQ(client.socket->GetData(), "one\r\ntwo\r\n");
+  client.reads = true;
+  client.socket->PutBack("two\r\n");
+  peer.send("three\r\n");
+  runUntilReceived(12);
+  EXPECT_EQ(client.received, "two\r\nthree\r\n");
 }
 
 }  // namespace

@@ -8,6 +8,7 @@
 #include <future>
 #include <string>
 #include <system_error>
+#include <thread>
 
 #include "platform/fault.h"
 #include "tests/native/raw_peer.h"
@@ -257,6 +258,27 @@ TEST_F(NativeSocketTest, PeerThatDoesNotReadMakesTheQueueGrow) {
   EXPECT_TRUE(reading.get() == sent);
 }
 
+TEST_F(NativeSocketTest, PeerThatAsksAndDoesNotReadHasToWait) {
+  client.socket->HoldBackUnfinishedLine(60s);
+  RawPeer peer = join(loop, client, listener);
+  std::size_t most = 0;
+  client.socket->onDataArrival = [&] {
+    client.socket->SendData(client.socket->GetData());
+    most = std::max(most, client.socket->BytesQueued());
+  };
+  const std::string asked(std::size_t{24} << 20U, '\n');
+  std::thread asking([&] { peer.send(asked); });
+  loop.runUntil([] { return false; }, 300ms);
+  EXPECT_LE(most, NativeSocket::kUnsentLimit + NativeSocket::kReadPerTurn);
+  std::atomic<std::size_t> answered = 0;
+  std::thread reading([&] {
+    while (answered < asked.size()) answered += peer.receive().size();
+  });
+  EXPECT_TRUE(loop.runUntil([&] { return answered == asked.size(); }, 20s));
+  asking.join();
+  reading.join();
+}
+
 TEST_F(NativeSocketTest, HandlerThatDoesNotReadMakesThePeerWait) {
   RawPeer peer = join(loop, client, listener);
   client.reads = false;
@@ -328,9 +350,9 @@ TEST_F(NativeSocketTest, StaleEventsOfTheLoopAreIgnored) {
   each->socket->Connect("localhost", listener.port());
   ASSERT_TRUE(stale.loop.runUntil([&] { return each->saw("connect"); }, kPatience));
   RawPeer peer = listener.accept();
-  each->socket->SendData(std::string(8'000'000, 's'));
   peer.send("line\ntail");
   ASSERT_TRUE(stale.loop.runUntil([&] { return each->saw("data"); }, kPatience));
+  each->socket->SendData(std::string(8'000'000, 's'));
   each->socket->Close();
   each->socket->Listen(0);
   const std::size_t before = stale.given.size();

@@ -155,6 +155,15 @@ TEST_F(Processes, StartsThatFail) {
     ASSERT_TRUE(runUntil([&] { return !troubles.empty(); }));
     EXPECT_THAT(troubles, ElementsAre(placed(expected)));
   }
+  // Whoever started it can say so in its own way: at once, and when it ends early.
+  file("bad.exe", "#!/bin/sh\nexit 3\n", fs::perms::owner_all);
+  for (const char* command : {"@/None.EXE", "@/bad.exe"}) {
+    bool failed = false;
+    troubles.clear();
+    port->run(placed(command), WindowStyle::maximizedFocus, [&] { failed = true; });
+    EXPECT_TRUE(runUntil([&] { return failed; })) << command;
+    EXPECT_THAT(troubles, IsEmpty());
+  }
   EXPECT_FALSE(fs::exists(base / "zdoom.exe.started"));
   EXPECT_EQ(openDescriptors(), before);
 }

@@ -74,7 +74,7 @@ TEST_F(Ping, AskingAndAnswering) {
   auto& list = ann.room().List1;
   for (const char* entry : {"bob[AW]", "cy[IG]"}) list.AddItem(entry);
   for (int index = 0; index < 2; ++index) {
-    list.setListIndex(index);
+    selectOnly(list, index);
     ann.raise(ann.room().mnuPing.Click);
   }
   ASSERT_TRUE(until([&] { return !annsServer.lines.empty(); }));

@@ -65,6 +65,16 @@ TEST_F(Profiles, EditAndSave) {
   EXPECT_EQ(file(), "Ann\r\n\r\n\r\nLee \x80\r\n\r\n\r\n\r\n\r\n\r\n\r\n\r\n\r\nfree text\r\n");
   edit();
   EXPECT_EQ(texts(), "Ann|||Lee \x80|||||||||free text|");
+  // What the file can't hold is saved as it stands, and told.
+  form().Text1.Text = "Ann, the first";
+  save();
+  ASSERT_EQ(ann.boxes.size(), 1U);
+  EXPECT_THAT(ann.boxes[0].text, ::testing::HasSubstr("holds a comma"));
+  EXPECT_TRUE(file().starts_with("Ann, the first\r\n"));
+  edit();
+  form().Text1.Text = "Ann";
+  save();
+  edit();
   form().Text1.Text = "not saved";
   close();
   EXPECT_TRUE(file().starts_with("Ann\r\n"));
@@ -91,7 +101,7 @@ TEST_F(Profiles, AskingNamesTheWholeEntryButLeavesPlayersInPeace) {
   auto& list = ann.room().List1;
   for (const char* entry : {"bob[AW]", "cy[IG]", "d[IG]e"}) list.AddItem(entry);
   for (int index = 0; index < 3; ++index) {
-    list.setListIndex(index);
+    selectOnly(list, index);
     ann.raise(ann.room().mnuGetProfile.Click);
   }
   ASSERT_TRUE(until([&] { return annsServer.lines.size() == 2; }));
@@ -150,6 +160,16 @@ TEST_F(Profiles, WhoHasNoneIsToldAndTheRestOfTheReadIsLost) {
   ASSERT_TRUE(until([&] { return ann.chat() == "cy: hi\nkept\n"; }));
   EXPECT_THAT(annsServer.lines, IsEmpty());
   EXPECT_EQ(ann.boxes.size(), 1U);
+  // Whoever asks again and again is told of once a minute.
+  auto time = std::chrono::steady_clock::now();
+  ann.client->now = [&time] { return time; };
+  for (const auto& [passed, boxes] : {std::pair(59, 1U), std::pair(2, 2U), std::pair(59, 2U)}) {
+    time += std::chrono::seconds(passed);
+    annsServer.say("GETPROFILE2\tbob\r\n");
+    annsServer.say("PLAYSOUND\tmark\r\n");
+    ASSERT_TRUE(until([&] { return std::erase(ann.sounds, "mark") > 0; }));
+    EXPECT_EQ(ann.boxes.size(), boxes);
+  }
 }
 
 TEST_F(Profiles, ShowsSomebodyElsesWithoutEditing) {

@@ -101,7 +101,7 @@ TEST_F(Transfer, TakesTheNameOfAnOlderFileOnceItIsWhole) {
 
 TEST_F(Transfer, IsArrangedThroughTheServer) {
   ann.room().List1.AddItem("bob[IG]");
-  ann.room().List1.setListIndex(0);
+  selectOnly(ann.room().List1, 0);
   ann.room().Label1.Caption =
       "\xA5"
       "ann";

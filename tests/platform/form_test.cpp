@@ -192,6 +192,11 @@ TEST(ListBox, OrderSelectionAndRemoval) {
   EXPECT_EQ(form.sorted.ListIndex(), 3);
   EXPECT_TRUE(form.sorted.Selected(3));
   EXPECT_FALSE(form.sorted.Selected(2));
+  // One that was unselected is no target; what walks over the list still is there.
+  EXPECT_EQ(form.sorted.Text(), form.sorted.List(3));
+  form.sorted.setSelected(3, false);
+  EXPECT_EQ(form.sorted.Text(), "");
+  EXPECT_EQ(form.sorted.ListIndex(), 3);
 }
 
 }  // namespace

@@ -199,20 +199,25 @@ TEST(StyledText, PlacesStayWithTheirTextThroughAChange) {
   EXPECT_EQ(places, Places(before.size(), TextPosition{}));
 }
 
-TEST(StyledText, ALineMayBeLongerThanAChunkAndGrowInPieces) {
+TEST(StyledText, ALineGrowsInPiecesUpToALimit) {
   StyledText text;
   std::string expected = "first\r\n";
   text.insert(expected);
+  const std::size_t limit = StyledText::kSplitLine;
   const std::string piece(70'001, 'a');
-  for (int i = 0; i < 60; ++i) {  // 4 MB in one line
-    text.insert(piece);
-    expected += piece;
-  }
-  text.insert("\r\nlast");
-  expected += "\r\nlast";
-  const std::string whole(5'000'000, 'w');
-  text.insert("\r\n" + whole);
-  expected += "\r\n" + whole;
+  for (int i = 0; i < 60; ++i) text.insert(piece);  // 4 MB without a line end
+  std::string long1(60 * piece.size(), 'a');
+  const std::string long2(5'000'000, 'w');
+  text.insert("\r\nlast\r\n" + long2);
+  const auto split = [&](std::string_view line) {
+    for (; line.size() > limit; line.remove_prefix(limit)) {
+      expected.append(line.substr(0, limit)).append("\r\n");
+    }
+    expected += line;
+  };
+  split(long1);
+  expected += "\r\nlast\r\n";
+  split(long2);
   EXPECT_TRUE(text.text() == expected);
   EXPECT_EQ(text.runCount(1), 1U);
   EXPECT_LT(text.memoryUsed(), expected.size() * 7 / 4) << "outgrown chunks are given back";

@@ -9,7 +9,8 @@ namespace kelvaron::testing {
 
 class NoProcesses : public ProcessPort {
  public:
-  void run(const std::string& command, WindowStyle /*style*/) override {
+  void run(const std::string& command, WindowStyle /*style*/,
+           std::function<void()> /*failed*/) override {
     ADD_FAILURE() << "started: " << command;
   }
 };

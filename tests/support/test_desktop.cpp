@@ -75,24 +75,20 @@ bool TestDesktop::until(const std::function<bool()>& condition) {
   return loop.runUntil(condition, kPatience);
 }
 
-void TestDesktop::MsgBox(const std::string& text, int style, const std::string& title) {
-  boxes.push_back({text, style, title});
+BoxAnswer TestDesktop::show(const BoxRequest& box) {
+  boxes.push_back(box);
   if (whileBoxIsOpen) whileBoxIsOpen(boxes.back());
   edge.throwIfEnded();
+  if (box.offersDisconnect && leavesBoxes) return BoxAnswer::disconnect;
+  if (!box.question) return BoxAnswer::ok;
+  return next(answers).value_or(false) ? BoxAnswer::yes : BoxAnswer::no;
 }
 
 std::string TestDesktop::InputBox(const std::string& prompt, const std::string& title,
                                   const std::string& initial) {
   initialInputs.push_back(initial);
-  boxes.push_back({prompt, box_style::kPlain, title});
+  boxes.push_back({.text = prompt, .title = title});
   return next(inputs).value_or("");
-}
-
-bool TestDesktop::confirm(const std::string& text, const std::string& title) {
-  boxes.push_back({text, box_style::kPlain, title});
-  if (whileBoxIsOpen) whileBoxIsOpen(boxes.back());
-  edge.throwIfEnded();
-  return next(answers).value_or(false);
 }
 
 std::optional<std::string> TestDesktop::openFile(const FileDialog& dialog) {

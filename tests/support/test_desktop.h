@@ -24,11 +24,13 @@
 
 namespace kelvaron::testing {
 
-struct Box {
-  std::string text;
-  int style = 0;
-  std::string title;
-};
+using Box = BoxRequest;
+
+/// Has the list's entry at `index`, or none (-1), selected and current, as a click does.
+inline void selectOnly(ListBox& list, int index) {
+  for (int i = 0; i < list.ListCount(); ++i) list.setSelected(i, i == index);
+  list.setListIndex(index);
+}
 
 /// Sockets whose connections to the port of chat servers go to a port of the test's own.
 class RoutedSocketPort : public SocketPort {
@@ -105,6 +107,8 @@ class TestDesktop : private Dialogs,
   std::vector<std::string> initialInputs;
   /// Answers to questions; No when there are none left.
   std::deque<bool> answers;
+  /// Presses "Disconnect" where a box has it.
+  bool leavesBoxes = false;
   /// What the user chooses in file dialogs; a dialog is dismissed when there is nothing left.
   std::deque<std::string> chosenFiles;
   std::vector<FileDialog> fileDialogs;
@@ -114,6 +118,8 @@ class TestDesktop : private Dialogs,
     bool operator==(const Started&) const = default;
   };
   std::vector<Started> started;
+  /// What the start of the last one would call if it failed; empty where it is told as any other.
+  std::function<void()> lastStartFailed;
   /// The program's folder, removed at the end, and what works in it.
   TemporaryFolder folder;
   ProgramFiles files{folder.path()};
@@ -126,18 +132,20 @@ class TestDesktop : private Dialogs,
   std::vector<std::string> sounds;
   std::vector<std::string> pages;
   bool anotherInstance = false;
+  std::string instanceProblem;
 
  private:
-  void MsgBox(const std::string& text, int style, const std::string& title) override;
-  bool confirm(const std::string& text, const std::string& title) override;
+  BoxAnswer show(const BoxRequest& box) override;
   std::string InputBox(const std::string& prompt, const std::string& title,
                        const std::string& initial) override;
   std::optional<std::string> openFile(const FileDialog& dialog) override;
   void play(std::string_view name) override { sounds.emplace_back(name); }
   void playBeside(std::string_view name) override { sounds.push_back("/" + std::string(name)); }
-  void run(const std::string& command, WindowStyle style) override {
+  void run(const std::string& command, WindowStyle style, std::function<void()> failed) override {
     started.push_back({command, style});
+    lastStartFailed = std::move(failed);
   }
+  std::string InstanceProblem() const override { return instanceProblem; }
   bool PrevInstance() const override { return anotherInstance; }
   [[noreturn]] void End() override { throw ProgramEnd{}; }
   void DoEvents() override;
