@@ -87,16 +87,18 @@ void Profile::Command2_Click() {
   // The file has no way to hold such a field; it is written as it stands all the same.
   const std::vector<std::string> kept = readFields(content, UserProfile::kRecords);
   const auto shown = boxes();
-  const bool whole =
-      std::ranges::equal(shown, kept, {}, [](const TextBox* box) { return box->Text.get(); });
+  const bool whole = std::ranges::equal(shown, kept, {}, [](const TextBox* box) {
+    // Reading skips blanks in front.
+    const std::string& text = box->Text;
+    return text.substr(std::min(text.find_first_not_of(' '), text.size()));
+  });
   // The client outlives the form.
   Client& client = client_;
   client.slots.unload(*this);
   if (whole) return;
   client.MsgBox(
-      "One of your fields holds a comma, or begins with a blank or a quotation mark. The profile "
-      "cannot "
-      "hold that: others would see the fields behind it in the wrong places. Please change it.",
+      "One of your fields holds a comma, or begins with a quotation mark. The profile cannot hold "
+      "that: others would see the fields behind it in the wrong places. Please change it.",
       box_style::kExclamation);
 }
 

@@ -13,6 +13,7 @@ namespace {
 
 // Pixels between a box's border and its text.
 constexpr int kTextMargin = 4;
+constexpr int kEndlessWord = 4096;
 
 void setColors(QWidget& widget, const TextBox& box, const std::optional<Color>& text) {
   QPalette palette;
@@ -141,6 +142,16 @@ QString TextAreaView::text() const {
   QString text = edit_.document()->toRawText();
   text.replace(QChar::ParagraphSeparator, '\n').replace(QChar::LineSeparator, '\n');
   return text;
+}
+
+void TextAreaView::setText(const QString& text) {
+  // Looking for a place to break in a very long word takes the toolkit long.
+  qsizetype word = 0;
+  const bool endless = std::ranges::any_of(
+      text, [&](QChar each) { return (word = each.isSpace() ? 0 : word + 1) > kEndlessWord; });
+  edit_.setWordWrapMode(endless ? QTextOption::WrapAnywhere
+                                : QTextOption::WrapAtWordBoundaryOrAnywhere);
+  edit_.setPlainText(text);
 }
 
 void TextAreaView::setCaret(int caret) {

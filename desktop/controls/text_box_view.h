@@ -80,7 +80,7 @@ class TextAreaView : public TextBoxView {
  protected:
   QString text() const override;
   int caret() const override { return edit_.textCursor().position(); }
-  void setText(const QString& text) override { edit_.setPlainText(text); }
+  void setText(const QString& text) override;
   void setCaret(int caret) override;
   std::string toControl(const QString& text) const override;
   QString toWidget(const std::string& text) const override;

@@ -10,11 +10,12 @@ import traceback
 import desk
 import driver
 import pictures
-from scenarios import (chat_view, connection, csdoom, exchange, file_transfer, games, login,
+from scenarios import (chat_view, connection, csdoom, exchange, file_transfer, games,
+                       hostile, login,
                        menus, moderation, offers, real_engines, talk, walk, window)
 
 SCENARIOS = [scenario for module in (login, talk, menus, chat_view, connection, games, offers,
-                                     csdoom, moderation, window, walk, exchange, file_transfer)
+                                     csdoom, moderation, hostile, window, walk, exchange, file_transfer)
              for scenario in module.SCENARIOS]
 # Only when named: they need packages that not every machine has.
 NAMED = real_engines.SCENARIOS

@@ -1,0 +1,130 @@
+"""A server that does what it likes: boxes without end, windows over what is typed, very long fields."""
+
+import socket
+import threading
+import time
+
+from desk import extents, key, text_of, until, write
+from driver import LOGIN, MOTD, ROOM, Client, Program
+
+
+class HostileServer:
+    """Lets anybody in and sends what a scenario says."""
+
+    def __init__(self):
+        self.listener = socket.create_server(("127.0.0.1", 3069))
+        self.connections = []
+        threading.Thread(target=self.accept, daemon=True).start()
+        Program.running.append(self)
+
+    def accept(self):
+        while True:
+            try:
+                self.connections.append(self.listener.accept()[0])
+            except OSError:
+                return
+
+    def send(self, *lines):
+        self.connections[-1].sendall("".join(line + "\r\n" for line in lines).encode("cp1252"))
+
+    def hung_up(self):
+        """Whether the client has closed its connection; passes over what it said before."""
+        self.connections[-1].settimeout(0.05)
+        try:
+            while self.connections[-1].recv(65536):
+                pass
+            return True
+        except TimeoutError:
+            return False
+        finally:
+            self.connections[-1].settimeout(None)
+
+    def stop(self, _how=None):
+        self.listener.shutdown(socket.SHUT_RDWR)  # wakes the thread
+        self.listener.close()
+        for connection in self.connections:
+            connection.close()
+
+
+def in_the_room():
+    server = HostileServer()
+    ann = Client("ann")
+    ann.try_name("ann")
+    ann.window(ROOM)
+    server.send("Userscl", "Users\tann", "Users\tR&D", "Users\tzoe")
+    ann.lists("ann", "R&D", "zoe")
+    ann.activate(ROOM)
+    return server, ann
+
+
+def boxes_can_be_left():
+    """Ten thousand boxes in a row: the fourth has a way out, which ends the connection."""
+    server, ann = in_the_room()
+    server.send(*[f"MSGBOX\tbox {i}" for i in range(10_000)])
+    for i in range(3):
+        ann.answer("Kelvaron", f"box {i}")
+    ann.press("Kelvaron", "Disconnect")
+    ann.no_window("Kelvaron")
+    until(server.hung_up, "the client to hang up")
+    time.sleep(0.3)
+    assert not ann.has_window("Kelvaron")
+
+
+def keys_stay_in_the_line():
+    """What comes by itself takes nothing of what is being typed."""
+    server, ann = in_the_room()
+    line = ann.find(ROOM, "Message", "text")
+    ann.click(line)
+    server.send("MOTD\tfirst")
+    ann.window(MOTD)
+    ann.activate(ROOM)
+    write("half a ")
+    server.send("MOTD\tsecond", "PROFILE\tbob" + "\t" * 13, "Kicker")
+    ann.window("KV User Profiles")
+    write("word")
+    until(lambda: ann.message() == "half a word", lambda: f"the line, not {ann.message()!r}")
+    server.send("MSGBOX\tlook")
+    ann.window("Kelvaron")
+    key("space", "Return", "Escape")
+    assert ann.has_window("Kelvaron"), "a box that came by itself took a key at once"
+    ann.answer("Kelvaron", "look")
+    write(" more")
+    until(lambda: ann.message() == "half a word more", lambda: f"the line, not {ann.message()!r}")
+
+
+def names_stand_as_they_are():
+    """An "&" is no mnemonic, and the File Server comes under the file form, frame and all."""
+    server, ann = in_the_room()
+    ann.select("R&D")
+    ann.click(ann.user("R&D"), button=3)
+    ann.click(ann.menu_entry("Private Message"))
+    until(lambda: ann.look_for_window("Private Message to : R&D"), "the window for R&D")
+    shown = ann.find("Private Message to : R&D", "R&D", "label")
+    assert shown is not None
+    key("Escape")
+    server.send("RETURNFT\t127.0.0.1")
+    sender = ann.window("Kelvaron File Send")
+    ann.activate("Kelvaron File Send")
+    time.sleep(0.3)
+    ann.open_menu("Tools", "File Server")
+    receiver = ann.window("Kelvaron File Server")
+    time.sleep(0.5)
+    above, below = extents(sender), extents(receiver)
+    assert below.y + below.height <= 1024, below
+    assert below.y > above.y + above.height or below.y + below.height >= 990, (above, below)
+
+
+def muted_stay_muted():
+    """Closing the list of the muted by its frame only hides it."""
+    server, ann = in_the_room()
+    ann.enter("/MUTE zoe")
+    ann.answer("Kelvaron", "ZOE has been muted")
+    ann.activate("People you have Muted")
+    key("alt+F4")
+    ann.no_window("People you have Muted")
+    server.send("Message\tzoe: \tnot heard", "Message\tR&D: \theard")
+    ann.reads("heard")
+    assert "not heard" not in ann.chat()
+
+
+SCENARIOS = [boxes_can_be_left, keys_stay_in_the_line, names_stand_as_they_are, muted_stay_muted]
