@@ -137,6 +137,8 @@ class KeyGuard : public QObject {
 
  protected:
   bool eventFilter(QObject* watched, QEvent* event) override {
+    // It may have waited for its turn.
+    if (watched == &box_ && event->type() == QEvent::Show) since_.start();
     const bool key = event->type() == QEvent::KeyPress || event->type() == QEvent::KeyRelease ||
                      event->type() == QEvent::ShortcutOverride ||
                      event->type() == QEvent::InputMethod;
