@@ -5,35 +5,35 @@
 namespace kelvaron::server {
 namespace {
 
-void set_tag(Lobby& lobby, bool& tag, bool value) {
+void setTag(Lobby& lobby, bool& tag, bool value) {
   if (tag == value) return;
   tag = value;
-  lobby.room().list_changed();
+  lobby.room().listChanged();
 }
 
 }  // namespace
 
-void log_in(Lobby& lobby, Client& client, const Fields& fields) {
+void logIn(Lobby& lobby, Client& client, const Fields& fields) {
   const std::string& address = client.connection->address();
-  const std::string_view refusal = lobby.login_refusal(fields[1], address);
+  const std::string_view refusal = lobby.loginRefusal(fields[1], address);
   if (!refusal.empty()) {
     lobby.log(address + " is refused as " + std::string(fields[1]) + ": " + std::string(refusal));
-    lobby.dismiss(client, make_line({refusal}));
+    lobby.dismiss(client, makeLine({refusal}));
     return;
   }
   client.nick = fields[1];
-  if (fields.size() > 2) client.told_address = fields[2];
+  if (fields.size() > 2) client.toldAddress = fields[2];
   lobby.log(client.nick + " (" + address + ") has entered");
   lobby.enter(client);
 }
 
-void message_of_the_day(Lobby& lobby, Client& client, const Fields& /*fields*/) {
-  if (!lobby.motd().empty()) client.send(make_line({"MOTD", lobby.motd()}));
+void messageOfTheDay(Lobby& lobby, Client& client, const Fields& /*fields*/) {
+  if (!lobby.motd().empty()) client.send(makeLine({"MOTD", lobby.motd()}));
 }
 
 // Nobody speaks in another's name: the line's own name field is not used.
 void say(Lobby& lobby, Client& client, const Fields& fields) {
-  lobby.room().send_to_all(make_line({"Message", client.nick + ": ", fields[2]}));
+  lobby.room().sendToAll(makeLine({"Message", client.nick + ": ", fields[2]}));
 }
 
 void act(Lobby& lobby, Client& client, const Fields& fields) {
@@ -41,33 +41,33 @@ void act(Lobby& lobby, Client& client, const Fields& fields) {
   if (text != client.nick && !text.starts_with(client.nick + " ")) {
     text.insert(0, client.nick + " ");
   }
-  lobby.room().send_to_all(status_line(Colour::kAction, text));
+  lobby.room().sendToAll(statusLine(Colour::kAction, text));
 }
 
-void play_sound(Lobby& lobby, Client& /*client*/, const Fields& fields) {
-  if (is_safe_sound(fields[1])) lobby.room().send_to_all(make_line({"PLAYSOUND", fields[1]}));
+void playSound(Lobby& lobby, Client& /*client*/, const Fields& fields) {
+  if (isSafeSound(fields[1])) lobby.room().sendToAll(makeLine({"PLAYSOUND", fields[1]}));
 }
 
-void start_game(Lobby& lobby, Client& client, const Fields& /*fields*/) {
-  set_tag(lobby, client.in_game, true);
+void startGame(Lobby& lobby, Client& client, const Fields& /*fields*/) {
+  setTag(lobby, client.inGame, true);
 }
 
-void end_game(Lobby& lobby, Client& client, const Fields& /*fields*/) {
-  set_tag(lobby, client.in_game, false);
+void endGame(Lobby& lobby, Client& client, const Fields& /*fields*/) {
+  setTag(lobby, client.inGame, false);
 }
 
-void start_hosting(Lobby& lobby, Client& client, const Fields& /*fields*/) {
-  set_tag(lobby, client.hosting, true);
+void startHosting(Lobby& lobby, Client& client, const Fields& /*fields*/) {
+  setTag(lobby, client.hosting, true);
 }
 
-void go_away(Lobby& lobby, Client& client, const Fields& /*fields*/) {
-  set_tag(lobby, client.away, true);
+void goAway(Lobby& lobby, Client& client, const Fields& /*fields*/) {
+  setTag(lobby, client.away, true);
 }
 
 // A client says the same when it is back from hosting and when its user is back.
-void come_back(Lobby& lobby, Client& client, const Fields& /*fields*/) {
-  set_tag(lobby, client.hosting, false);
-  set_tag(lobby, client.away, false);
+void comeBack(Lobby& lobby, Client& client, const Fields& /*fields*/) {
+  setTag(lobby, client.hosting, false);
+  setTag(lobby, client.away, false);
 }
 
 }  // namespace kelvaron::server

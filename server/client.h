@@ -12,11 +12,11 @@ namespace kelvaron::server {
 
 /// Where a client stands: it has told no nickname yet, it is in the room, or it has been refused,
 /// kicked or banned and is given a moment to close by itself.
-enum class Phase { kGreeting, kMember, kLeaving };
+enum class Phase { greeting, member, leaving };
 
 struct Client {
-  explicit Client(std::shared_ptr<Connection> its_connection)
-      : connection(std::move(its_connection)) {}
+  explicit Client(std::shared_ptr<Connection> itsConnection)
+      : connection(std::move(itsConnection)) {}
 
   /// Puts lines in the client's queue, each with its line end.
   void send(std::string lines) const {
@@ -24,24 +24,24 @@ struct Client {
   }
   /// Its entry in the user list: the nickname and at most one tag, a game before hosting before
   /// being away.
-  [[nodiscard]] std::string entry() const {
-    return nick + (in_game ? "[IG]" : hosting ? "[CS]" : away ? "[AW]" : "");
+  std::string entry() const {
+    return nick + (inGame ? "[IG]" : hosting ? "[CS]" : away ? "[AW]" : "");
   }
 
   std::shared_ptr<Connection> connection;
-  Phase phase = Phase::kGreeting;
-  Clock::time_point phase_ends{};  // for the two phases that do not last
+  Phase phase = Phase::greeting;
+  Clock::time_point phaseEnds{};  // for the two phases that do not last
 
   std::string nick;
-  std::string told_address;  // what the client says its address is
-  bool in_game = false;
+  std::string toldAddress;  // what the client says its address is
+  bool inGame = false;
   bool hosting = false;
   bool away = false;
 
   bool moderator = false;
   bool banned = false;  // just now, and has not told its address yet
-  bool proof_running = false;
-  long proofs_failed = 0;
+  bool proofRunning = false;
+  long proofsFailed = 0;
 };
 
 }  // namespace kelvaron::server

@@ -28,7 +28,7 @@ constexpr int kProbes = 3;
 template <int Name>
 using TcpNumber = asio::detail::socket_option::integer<IPPROTO_TCP, Name>;
 
-std::string address_of(const asio::ip::tcp::socket& socket) {
+std::string addressOf(const asio::ip::tcp::socket& socket) {
   std::error_code error;
   const auto endpoint = socket.remote_endpoint(error);
   if (error) return "unknown";
@@ -61,20 +61,20 @@ Connection::Connection(asio::ip::tcp::socket socket, std::uint64_t id, const Set
       id_(id),
       settings_(settings),
       owner_(&owner),
-      address_(address_of(socket_)),
-      tokens_(static_cast<double>(settings.burst_lines)),
-      tokens_at_(Clock::now()),
-      progress_at_(tokens_at_) {}
+      address_(addressOf(socket_)),
+      tokens_(static_cast<double>(settings.burstLines)),
+      tokensAt_(Clock::now()),
+      progressAt_(tokensAt_) {}
 
 void Connection::start() {
   tune(socket_);
   std::error_code error;
   socket_.non_blocking(true, error);
   if (error) return close(error.message());
-  await_bytes();
+  awaitBytes();
 }
 
-void Connection::await_bytes() {
+void Connection::awaitBytes() {
   socket_.async_wait(asio::ip::tcp::socket::wait_read,
                      [self = shared_from_this()](std::error_code error) {
                        if (self->closed_) return;
@@ -87,23 +87,23 @@ void Connection::read() {
   std::array<char, kReadSize> block;
   std::error_code error;
   const std::size_t count = socket_.read_some(asio::buffer(block), error);
-  if (error == asio::error::would_block) return await_bytes();
+  if (error == asio::error::would_block) return awaitBytes();
   if (error == asio::error::eof) return close("closed by the client");
   if (error) return close(error.message());
-  if (dropping_) return await_bytes();
+  if (dropping_) return awaitBytes();
   input_.append(block.data(), count);
-  handle_lines();
+  handleLines();
 }
 
-void Connection::handle_lines() {
-  const auto limit = static_cast<std::size_t>(settings_.line_limit);
+void Connection::handleLines() {
+  const auto limit = static_cast<std::size_t>(settings_.lineLimit);
   std::size_t start = 0;
   std::string line;
   while (!closed_ && !dropping_) {
     const std::size_t end = input_.find(kLineEnd, std::max(start, searched_));
     if ((end == std::string::npos ? input_.size() : end) - start > limit) {
-      drop_input();
-      owner_->on_line_too_long(*this);
+      dropInput();
+      owner_->onLineTooLong(*this);
       break;
     }
     if (end == std::string::npos) {
@@ -111,45 +111,45 @@ void Connection::handle_lines() {
       searched_ = input_.empty() ? 0 : input_.size() - 1;
       break;
     }
-    if (!take_tokens(end - start)) {
+    if (!takeTokens(end - start)) {
       input_.erase(0, start);
       searched_ = 0;
-      return pause_for_tokens();
+      return pauseForTokens();
     }
     line.assign(input_, start, end - start);
     start = end + kLineEnd.size();
-    clean_line(line);
-    if (!line.empty()) owner_->on_line(*this, line);
+    cleanLine(line);
+    if (!line.empty()) owner_->onLine(*this, line);
   }
-  if (!closed_) await_bytes();
+  if (!closed_) awaitBytes();
 }
 
-// A bucket of `burst_lines` that fills at `lines_per_second`. It may be overdrawn by one line, so
+// A bucket of `burstLines` that fills at `linesPerSecond`. It may be overdrawn by one line, so
 // that a line dearer than the whole bucket still passes.
-bool Connection::take_tokens(std::size_t line_size) {
+bool Connection::takeTokens(std::size_t lineSize) {
   const Clock::time_point now = Clock::now();
-  const std::chrono::duration<double> elapsed = now - tokens_at_;
-  tokens_at_ = now;
-  tokens_ = std::min(tokens_ + elapsed.count() * static_cast<double>(settings_.lines_per_second),
-                     static_cast<double>(settings_.burst_lines));
+  const std::chrono::duration<double> elapsed = now - tokensAt_;
+  tokensAt_ = now;
+  tokens_ = std::min(tokens_ + elapsed.count() * static_cast<double>(settings_.linesPerSecond),
+                     static_cast<double>(settings_.burstLines));
   if (tokens_ < 1.0) return false;
-  const std::size_t price = 1 + line_size / 1024;
+  const std::size_t price = 1 + lineSize / 1024;
   tokens_ -= static_cast<double>(price);
   return true;
 }
 
 // Nothing is read meanwhile: the rest waits in the client's own system.
-void Connection::pause_for_tokens() {
+void Connection::pauseForTokens() {
   const std::chrono::duration<double> needed((1.0 - tokens_) /
-                                             static_cast<double>(settings_.lines_per_second));
+                                             static_cast<double>(settings_.linesPerSecond));
   pause_.expires_after(std::chrono::ceil<std::chrono::milliseconds>(needed));
   pause_.async_wait([self = shared_from_this()](std::error_code error) {
     if (self->closed_ || error) return;
-    self->handle_lines();
+    self->handleLines();
   });
 }
 
-void Connection::drop_input() {
+void Connection::dropInput() {
   dropping_ = true;
   input_ = {};
   searched_ = 0;
@@ -157,41 +157,41 @@ void Connection::drop_input() {
 
 void Connection::send(SharedLines lines, Kind kind) {
   if (closed_) return;
-  if (kind == Kind::kUserList) {
+  if (kind == Kind::userList) {
     // A list that the socket has begun to take must go out whole; one behind it need not.
-    const auto first = queue_.begin() + (front_sent_ > 0 ? 1 : 0);
-    if (lists_waiting_ > 0) {
-      const auto is_list = [](const Waiting& waiting) { return waiting.kind == Kind::kUserList; };
-      const auto kept = std::remove_if(first, queue_.end(), is_list);
-      lists_waiting_ -= static_cast<std::size_t>(queue_.end() - kept);
+    const auto first = queue_.begin() + (frontSent_ > 0 ? 1 : 0);
+    if (listsWaiting_ > 0) {
+      const auto isList = [](const Waiting& waiting) { return waiting.kind == Kind::userList; };
+      const auto kept = std::remove_if(first, queue_.end(), isList);
+      listsWaiting_ -= static_cast<std::size_t>(queue_.end() - kept);
       queue_.erase(kept, queue_.end());
     }
-    ++lists_waiting_;
+    ++listsWaiting_;
   } else {
     queued_ += lines->size();
   }
   queue_.push_back({std::move(lines), kind});
-  if (queued_ > static_cast<std::size_t>(settings_.queue_limit)) {
+  if (queued_ > static_cast<std::size_t>(settings_.queueLimit)) {
     return close("too much waits for a client that doesn't read");
   }
-  if (!blocked_ && !flush_asked_) {
-    flush_asked_ = true;
-    owner_->on_unsent(shared_from_this());
+  if (!blocked_ && !flushAsked_) {
+    flushAsked_ = true;
+    owner_->onUnsent(shared_from_this());
   }
 }
 
 void Connection::flush() {
-  flush_asked_ = false;
+  flushAsked_ = false;
   if (blocked_) return;
   std::array<asio::const_buffer, kBuffersPerWrite> buffers;
   while (!closed_ && !blocked_ && !queue_.empty()) {
     const std::size_t count = std::min(queue_.size(), buffers.size());
     for (std::size_t i = 0; i < count; ++i) buffers[i] = asio::buffer(*queue_[i].lines);
-    buffers[0] += front_sent_;
+    buffers[0] += frontSent_;
     std::error_code error;
     const std::size_t written = socket_.write_some(std::span(buffers.data(), count), error);
     if (error && error != asio::error::would_block) return close(error.message());
-    progress_at_ = Clock::now();
+    progressAt_ = Clock::now();
     consume(written);
     blocked_ = error == asio::error::would_block;
   }
@@ -206,12 +206,12 @@ void Connection::flush() {
 }
 
 void Connection::consume(std::size_t written) {
-  front_sent_ += written;
-  while (!queue_.empty() && front_sent_ >= queue_.front().lines->size()) {
+  frontSent_ += written;
+  while (!queue_.empty() && frontSent_ >= queue_.front().lines->size()) {
     const Waiting& front = queue_.front();
-    front_sent_ -= front.lines->size();
-    if (front.kind == Kind::kUserList) {
-      --lists_waiting_;
+    frontSent_ -= front.lines->size();
+    if (front.kind == Kind::userList) {
+      --listsWaiting_;
     } else {
       queued_ -= front.lines->size();
     }
@@ -219,8 +219,8 @@ void Connection::consume(std::size_t written) {
   }
 }
 
-bool Connection::is_stalled(Clock::time_point now) const {
-  return blocked_ && now - progress_at_ > std::chrono::milliseconds(settings_.stall_timeout_ms);
+bool Connection::isStalled(Clock::time_point now) const {
+  return blocked_ && now - progressAt_ > std::chrono::milliseconds(settings_.stallTimeoutMs);
 }
 
 void Connection::close(std::string why) {
@@ -232,7 +232,7 @@ void Connection::close(std::string why) {
   queue_.clear();
   input_ = {};
   asio::post(socket_.get_executor(), [self = shared_from_this(), why = std::move(why)] {
-    if (self->owner_ != nullptr) self->owner_->on_closed(*self, why);
+    if (self->owner_ != nullptr) self->owner_->onClosed(*self, why);
   });
 }
 

@@ -26,18 +26,18 @@ class ConnectionOwner {
  public:
   virtual ~ConnectionOwner() = default;
   /// A line without its line end, control characters other than TAB already blanked; never empty.
-  virtual void on_line(Connection& connection, std::string_view line) = 0;
+  virtual void onLine(Connection& connection, std::string_view line) = 0;
   /// A line is longer than the limit. From now on the connection drops what it reads.
-  virtual void on_line_too_long(Connection& connection) = 0;
+  virtual void onLineTooLong(Connection& connection) = 0;
   /// The connection is closed; told once, never from within a call to the connection.
-  virtual void on_closed(Connection& connection, std::string_view why) = 0;
+  virtual void onClosed(Connection& connection, std::string_view why) = 0;
   /// There is something to send: the owner calls `flush` soon.
-  virtual void on_unsent(std::shared_ptr<Connection> connection) = 0;
+  virtual void onUnsent(std::shared_ptr<Connection> connection) = 0;
 };
 
 class Connection : public std::enable_shared_from_this<Connection> {
  public:
-  enum class Kind { kLines, kUserList };
+  enum class Kind { lines, userList };
 
   /// `settings` and `owner` must stay until the connection is closed and told so, or detached.
   Connection(asio::ip::tcp::socket socket, std::uint64_t id, const Settings& settings,
@@ -47,7 +47,7 @@ class Connection : public std::enable_shared_from_this<Connection> {
 
   /// Puts lines in the queue. A user list takes the place of one that still waits. A client over
   /// the limit of what may wait is dropped.
-  void send(SharedLines lines, Kind kind = Kind::kLines);
+  void send(SharedLines lines, Kind kind = Kind::lines);
   /// Gives the socket what waits, in as few writes as it takes.
   void flush();
 
@@ -56,10 +56,10 @@ class Connection : public std::enable_shared_from_this<Connection> {
   void detach();
 
   /// Whether the client has taken nothing of what waits for the settings' time.
-  [[nodiscard]] bool is_stalled(Clock::time_point now) const;
-  [[nodiscard]] std::uint64_t id() const { return id_; }
+  bool isStalled(Clock::time_point now) const;
+  std::uint64_t id() const { return id_; }
   /// The client's address as the server sees it; an IPv4 address in IPv6 form in its own form.
-  [[nodiscard]] const std::string& address() const { return address_; }
+  const std::string& address() const { return address_; }
 
  private:
   struct Waiting {
@@ -67,12 +67,12 @@ class Connection : public std::enable_shared_from_this<Connection> {
     Kind kind;
   };
 
-  void await_bytes();
+  void awaitBytes();
   void read();
-  void handle_lines();
-  bool take_tokens(std::size_t line_size);
-  void pause_for_tokens();
-  void drop_input();
+  void handleLines();
+  bool takeTokens(std::size_t lineSize);
+  void pauseForTokens();
+  void dropInput();
   void consume(std::size_t written);
 
   asio::ip::tcp::socket socket_;
@@ -85,16 +85,16 @@ class Connection : public std::enable_shared_from_this<Connection> {
   std::string input_;         // from the start of the first unfinished line
   std::size_t searched_ = 0;  // no line end begins before this place in input_
   double tokens_;
-  Clock::time_point tokens_at_;
+  Clock::time_point tokensAt_;
   bool dropping_ = false;
 
   std::deque<Waiting> queue_;
-  std::size_t front_sent_ = 0;  // bytes of the queue's front that the socket has
-  std::size_t queued_ = 0;      // bytes in the queue, user lists left out
-  std::size_t lists_waiting_ = 0;
-  bool flush_asked_ = false;
+  std::size_t frontSent_ = 0;  // bytes of the queue's front that the socket has
+  std::size_t queued_ = 0;     // bytes in the queue, user lists left out
+  std::size_t listsWaiting_ = 0;
+  bool flushAsked_ = false;
   bool blocked_ = false;  // the socket takes no more for now
-  Clock::time_point progress_at_;
+  Clock::time_point progressAt_;
   bool closed_ = false;
 };
 

@@ -11,9 +11,9 @@ namespace {
 
 struct Entry {
   std::string_view keyword;
-  std::size_t least_fields;  // the keyword counted in
+  std::size_t leastFields;  // the keyword counted in
   void (*handler)(Lobby&, Client&, const Fields&);
-  Phase phase = Phase::kMember;  // the one in which the line means something
+  Phase phase = Phase::member;  // the one in which the line means something
 };
 
 // clang-format off
@@ -32,38 +32,38 @@ constexpr Passing kFileAnswer = {"RETURNFT",       1,     2,    2,      0, false
 // clang-format on
 
 constexpr std::array kEntries = {
-    Entry{"Name", 2, log_in, Phase::kGreeting},
-    Entry{"MOTD", 1, message_of_the_day},
+    Entry{"Name", 2, logIn, Phase::greeting},
+    Entry{"MOTD", 1, messageOfTheDay},
     Entry{"ACTION", 2, act},
     Entry{"Message", 3, say},
-    Entry{"PM", 3, private_message},
-    Entry{"SOUND", 2, play_sound},
-    Entry{"[AW]", 1, go_away},
-    Entry{"[CS]", 1, start_hosting},
-    Entry{"RETURNCS", 1, come_back},
-    Entry{"GAME", 9, offer_game},
-    Entry{"XCEPT", 3, pass_row<kAccept>},
-    Entry{"DECLINE", 3, pass_row<kDecline>},
-    Entry{"START", 2, pass_row<kStart>},
-    Entry{"INGAME", 1, start_game},
-    Entry{"RETURN", 1, end_game},
-    Entry{"USERIP", 3, pass_row<kAskJoin>},
-    Entry{"OKRETURNIP", 3, pass_row<kJoinAnswer>},
-    Entry{"GETPROFILE2", 3, pass_row<kAskProfile>},
-    Entry{"PROFILE", 15, pass_row<kProfile>},
-    Entry{"PROFILE2", 15, pass_row<kProfile>},
-    Entry{"PINGUSER", 3, pass_row<kPing>},
-    Entry{"RETURNPING", 4, pass_row<kPingAnswer>},
-    Entry{"GETIPFT", 3, pass_row<kAskFile>},
-    Entry{"OKUSERFT", 3, pass_row<kFileAnswer>},
-    Entry{"RequestOP", 4, request_status},
+    Entry{"PM", 3, privateMessage},
+    Entry{"SOUND", 2, playSound},
+    Entry{"[AW]", 1, goAway},
+    Entry{"[CS]", 1, startHosting},
+    Entry{"RETURNCS", 1, comeBack},
+    Entry{"GAME", 9, offerGame},
+    Entry{"XCEPT", 3, passRow<kAccept>},
+    Entry{"DECLINE", 3, passRow<kDecline>},
+    Entry{"START", 2, passRow<kStart>},
+    Entry{"INGAME", 1, startGame},
+    Entry{"RETURN", 1, endGame},
+    Entry{"USERIP", 3, passRow<kAskJoin>},
+    Entry{"OKRETURNIP", 3, passRow<kJoinAnswer>},
+    Entry{"GETPROFILE2", 3, passRow<kAskProfile>},
+    Entry{"PROFILE", 15, passRow<kProfile>},
+    Entry{"PROFILE2", 15, passRow<kProfile>},
+    Entry{"PINGUSER", 3, passRow<kPing>},
+    Entry{"RETURNPING", 4, passRow<kPingAnswer>},
+    Entry{"GETIPFT", 3, passRow<kAskFile>},
+    Entry{"OKUSERFT", 3, passRow<kFileAnswer>},
+    Entry{"RequestOP", 4, requestStatus},
     Entry{"KICK", 2, kick},
     Entry{"BAN", 2, ban},
-    Entry{"GETIP", 2, get_address},
-    Entry{"MSG", 2, message_to_all},
-    Entry{"THEKICK", 5, kick_with_proof},
-    Entry{"IP", 2, tell_address},
-    Entry{"IPBAN", 2, tell_banned_address, Phase::kLeaving},
+    Entry{"GETIP", 2, getAddress},
+    Entry{"MSG", 2, messageToAll},
+    Entry{"THEKICK", 5, kickWithProof},
+    Entry{"IP", 2, tellAddress},
+    Entry{"IPBAN", 2, tellBannedAddress, Phase::leaving},
 };
 
 }  // namespace
@@ -72,7 +72,7 @@ void dispatch(Lobby& lobby, Client& client, std::string_view line) {
   const Fields fields = split(line);
   const auto* entry = std::find_if(kEntries.begin(), kEntries.end(),
                                    [&](const Entry& each) { return each.keyword == fields[0]; });
-  if (entry == kEntries.end() || fields.size() < entry->least_fields) return;
+  if (entry == kEntries.end() || fields.size() < entry->leastFields) return;
   if (client.phase == entry->phase) entry->handler(lobby, client, fields);
 }
 

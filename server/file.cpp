@@ -29,8 +29,8 @@ class Descriptor {
   Descriptor(const Descriptor&) = delete;
   Descriptor& operator=(const Descriptor&) = delete;
 
-  [[nodiscard]] bool is_open() const { return number_ >= 0; }
-  [[nodiscard]] int number() const { return number_; }
+  bool is_open() const { return number_ >= 0; }
+  int number() const { return number_; }
   /// Whether the close itself told no error.
   bool close() { return ::close(std::exchange(number_, -1)) == 0; }
 
@@ -38,7 +38,7 @@ class Descriptor {
   int number_;
 };
 
-bool write_all(int descriptor, std::string_view bytes) {
+bool writeAll(int descriptor, std::string_view bytes) {
   while (!bytes.empty()) {
     const ssize_t written = ::write(descriptor, bytes.data(), bytes.size());
     if (written < 0 && errno == EINTR) continue;
@@ -50,7 +50,7 @@ bool write_all(int descriptor, std::string_view bytes) {
 
 }  // namespace
 
-std::optional<std::string> read_file(const std::filesystem::path& path) {
+std::optional<std::string> readFile(const std::filesystem::path& path) {
   const Descriptor file(path, O_RDONLY);
   if (!file.is_open() && errno == ENOENT) return std::nullopt;
   if (!file.is_open()) fail(path, "can't be opened");
@@ -65,11 +65,11 @@ std::optional<std::string> read_file(const std::filesystem::path& path) {
   }
 }
 
-void replace_file(const std::filesystem::path& path, std::string_view bytes) {
+void replaceFile(const std::filesystem::path& path, std::string_view bytes) {
   const std::filesystem::path beside = path.string() + ".new";
   Descriptor file(beside, O_WRONLY | O_CREAT | O_TRUNC);
   if (!file.is_open()) fail(beside, "can't be written");
-  if (!write_all(file.number(), bytes) || ::fsync(file.number()) != 0 || !file.close() ||
+  if (!writeAll(file.number(), bytes) || ::fsync(file.number()) != 0 || !file.close() ||
       std::rename(beside.c_str(), path.c_str()) != 0) {
     const int reason = errno;
     ::unlink(beside.c_str());

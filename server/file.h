@@ -9,10 +9,10 @@
 namespace kelvaron::server {
 
 /// The bytes of a file, or nothing when there is none. Throws `StoreError` when it can't be read.
-std::optional<std::string> read_file(const std::filesystem::path& path);
+std::optional<std::string> readFile(const std::filesystem::path& path);
 
 /// Writes beside `path`, brings the bytes to the disk and renames. The file is readable for its
 /// owner alone. Throws `StoreError` and leaves the old file when any step fails.
-void replace_file(const std::filesystem::path& path, std::string_view bytes);
+void replaceFile(const std::filesystem::path& path, std::string_view bytes);
 
 }  // namespace kelvaron::server

@@ -9,16 +9,16 @@
 namespace kelvaron::server {
 
 // chat.cpp
-void log_in(Lobby& lobby, Client& client, const Fields& fields);
-void message_of_the_day(Lobby& lobby, Client& client, const Fields& fields);
+void logIn(Lobby& lobby, Client& client, const Fields& fields);
+void messageOfTheDay(Lobby& lobby, Client& client, const Fields& fields);
 void say(Lobby& lobby, Client& client, const Fields& fields);
 void act(Lobby& lobby, Client& client, const Fields& fields);
-void play_sound(Lobby& lobby, Client& client, const Fields& fields);
-void start_game(Lobby& lobby, Client& client, const Fields& fields);
-void end_game(Lobby& lobby, Client& client, const Fields& fields);
-void start_hosting(Lobby& lobby, Client& client, const Fields& fields);
-void go_away(Lobby& lobby, Client& client, const Fields& fields);
-void come_back(Lobby& lobby, Client& client, const Fields& fields);
+void playSound(Lobby& lobby, Client& client, const Fields& fields);
+void startGame(Lobby& lobby, Client& client, const Fields& fields);
+void endGame(Lobby& lobby, Client& client, const Fields& fields);
+void startHosting(Lobby& lobby, Client& client, const Fields& fields);
+void goAway(Lobby& lobby, Client& client, const Fields& fields);
+void comeBack(Lobby& lobby, Client& client, const Fields& fields);
 
 // passing.cpp
 
@@ -34,20 +34,20 @@ struct Passing {
 
 void pass(Lobby& lobby, Client& client, const Fields& fields, const Passing& passing);
 template <const Passing& Row>
-void pass_row(Lobby& lobby, Client& client, const Fields& fields) {
+void passRow(Lobby& lobby, Client& client, const Fields& fields) {
   pass(lobby, client, fields, Row);
 }
-void private_message(Lobby& lobby, Client& client, const Fields& fields);
-void offer_game(Lobby& lobby, Client& client, const Fields& fields);
+void privateMessage(Lobby& lobby, Client& client, const Fields& fields);
+void offerGame(Lobby& lobby, Client& client, const Fields& fields);
 
 // moderation.cpp
-void request_status(Lobby& lobby, Client& client, const Fields& fields);
+void requestStatus(Lobby& lobby, Client& client, const Fields& fields);
 void kick(Lobby& lobby, Client& client, const Fields& fields);
-void kick_with_proof(Lobby& lobby, Client& client, const Fields& fields);
+void kickWithProof(Lobby& lobby, Client& client, const Fields& fields);
 void ban(Lobby& lobby, Client& client, const Fields& fields);
-void get_address(Lobby& lobby, Client& client, const Fields& fields);
-void message_to_all(Lobby& lobby, Client& client, const Fields& fields);
-void tell_address(Lobby& lobby, Client& client, const Fields& fields);
-void tell_banned_address(Lobby& lobby, Client& client, const Fields& fields);
+void getAddress(Lobby& lobby, Client& client, const Fields& fields);
+void messageToAll(Lobby& lobby, Client& client, const Fields& fields);
+void tellAddress(Lobby& lobby, Client& client, const Fields& fields);
+void tellBannedAddress(Lobby& lobby, Client& client, const Fields& fields);
 
 }  // namespace kelvaron::server

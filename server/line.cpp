@@ -20,7 +20,7 @@ std::string join(const Range& fields) {
 }
 
 std::string coloured(Colour colour, std::string_view text) {
-  return make_line({"STATUSTEXT", std::to_string(static_cast<std::uint32_t>(colour)), text});
+  return makeLine({"STATUSTEXT", std::to_string(static_cast<std::uint32_t>(colour)), text});
 }
 
 }  // namespace
@@ -36,15 +36,15 @@ Fields split(std::string_view line) {
   return fields;
 }
 
-std::string make_line(std::initializer_list<std::string_view> fields) { return join(fields); }
-std::string make_line(const Fields& fields) { return join(fields); }
+std::string makeLine(std::initializer_list<std::string_view> fields) { return join(fields); }
+std::string makeLine(const Fields& fields) { return join(fields); }
 
-std::string status_line(Colour colour, std::string_view text) {
+std::string statusLine(Colour colour, std::string_view text) {
   std::string shown = cleaned(text);
   if (shown == kGrantText) shown.insert(0, "* ");
   return coloured(colour, shown);
 }
 
-std::string grant_line() { return coloured(Colour::kGrant, kGrantText); }
+std::string grantLine() { return coloured(Colour::kGrant, kGrantText); }
 
 }  // namespace kelvaron::server

@@ -19,8 +19,8 @@ Fields split(std::string_view line);
 
 /// The line with its line end. Control characters in a field become blanks, so the result is one
 /// line with as many fields as were given, whatever they hold.
-std::string make_line(std::initializer_list<std::string_view> fields);
-std::string make_line(const Fields& fields);
+std::string makeLine(std::initializer_list<std::string_view> fields);
+std::string makeLine(const Fields& fields);
 
 /// Colours of the server's lines, red in the low byte, all readable on black.
 enum class Colour : std::uint32_t {
@@ -32,10 +32,10 @@ enum class Colour : std::uint32_t {
 };
 
 /// A line in the chat view in its own colour. A text that would read as the grant of moderator
-/// rights gets a "* " before it: only `grant_line` grants.
-std::string status_line(Colour colour, std::string_view text);
+/// rights gets a "* " before it: only `grantLine` grants.
+std::string statusLine(Colour colour, std::string_view text);
 /// The line on which a client marks its user as a moderator; it compares the text letter for
 /// letter.
-std::string grant_line();
+std::string grantLine();
 
 }  // namespace kelvaron::server

@@ -37,17 +37,17 @@ Lobby::~Lobby() {
 }
 
 void Lobby::adopt(asio::ip::tcp::socket socket) {
-  auto connection = std::make_shared<Connection>(std::move(socket), ++last_id_, settings_, *this);
+  auto connection = std::make_shared<Connection>(std::move(socket), ++lastId_, settings_, *this);
   const std::string& address = connection->address();
   const bool full = clients_.size() >= static_cast<std::size_t>(settings_.connections);
-  const bool too_many =
-      !is_loopback(address) && connections_from_[address] >= settings_.connections_per_address;
-  ++connections_from_[address];
+  const bool tooMany =
+      !isLoopback(address) && connectionsFrom_[address] >= settings_.connectionsPerAddress;
+  ++connectionsFrom_[address];
   Client& client =
       *clients_.emplace(connection->id(), std::make_unique<Client>(connection)).first->second;
-  client.phase_ends = Clock::now() + std::chrono::milliseconds(settings_.login_timeout_ms);
+  client.phaseEnds = Clock::now() + std::chrono::milliseconds(settings_.loginTimeoutMs);
   connection->start();
-  if (!full && !too_many) return;
+  if (!full && !tooMany) return;
   log(address + " is refused: " + (full ? "the server is full" : "too many connections"));
   refuse(client, full ? "The server is full. Try again later."
                       : "There are too many connections from your address.");
@@ -57,10 +57,10 @@ void Lobby::adopt(asio::ip::tcp::socket socket) {
 
 void Lobby::sweep(Clock::time_point now) {
   for (const auto& [id, client] : clients_) {
-    if (client->phase != Phase::kMember && now >= client->phase_ends) {
-      client->connection->close(client->phase == Phase::kGreeting ? "told no nickname"
-                                                                  : "asked to leave");
-    } else if (client->connection->is_stalled(now)) {
+    if (client->phase != Phase::member && now >= client->phaseEnds) {
+      client->connection->close(client->phase == Phase::greeting ? "told no nickname"
+                                                                 : "asked to leave");
+    } else if (client->connection->isStalled(now)) {
       client->connection->close("takes nothing of what is sent");
     }
   }
@@ -69,7 +69,7 @@ void Lobby::sweep(Clock::time_point now) {
     if (expired(question)) answer(question, "");
   }
   std::erase_if(questions_, expired);
-  std::erase_if(failed_proofs_, [&](const auto& each) { return now >= each.second.forgotten_at; });
+  std::erase_if(failedProofs_, [&](const auto& each) { return now >= each.second.forgottenAt; });
 }
 
 // By the worker, so that a ban that is just being stored is among what is read.
@@ -89,7 +89,7 @@ void Lobby::reload() {
   });
 }
 
-void Lobby::close_all() {
+void Lobby::closeAll() {
   for (const auto& [id, client] : clients_) {
     client->connection->flush();
     client->connection->close("the server ends");
@@ -98,71 +98,69 @@ void Lobby::close_all() {
 
 Client* Lobby::member(std::uint64_t id) const {
   const auto found = clients_.find(id);
-  if (found == clients_.end() || found->second->phase != Phase::kMember) return nullptr;
+  if (found == clients_.end() || found->second->phase != Phase::member) return nullptr;
   return found->second.get();
 }
 
-std::string_view Lobby::login_refusal(std::string_view nick, std::string_view address) const {
-  const auto is_nick = [&](const std::string& other) { return fold(other) == fold(nick); };
-  if (!is_valid_nick(nick) || std::any_of(reserved_.begin(), reserved_.end(), is_nick)) {
-    return "BAD";
-  }
-  const auto keeps_out = [&](const Ban& ban) { return ban.keeps_out(nick, address); };
-  if (std::any_of(bans_.begin(), bans_.end(), keeps_out)) return "banned";
+std::string_view Lobby::loginRefusal(std::string_view nick, std::string_view address) const {
+  const auto isNick = [&](const std::string& other) { return fold(other) == fold(nick); };
+  if (!isValidNick(nick) || std::any_of(reserved_.begin(), reserved_.end(), isNick)) return "BAD";
+  const auto keepsOut = [&](const Ban& ban) { return ban.keepsOut(nick, address); };
+  if (std::any_of(bans_.begin(), bans_.end(), keepsOut)) return "banned";
   if (room_.find(nick) != nullptr) return "DOUBLE";
   return {};
 }
 
 void Lobby::enter(Client& client) {
-  client.phase = Phase::kMember;
+  client.phase = Phase::member;
   room_.join(client);
   room_.announce(client.nick + " has entered Kelvaron");
 }
 
-void Lobby::dismiss(Client& client, std::string last_lines) {
-  if (client.phase == Phase::kMember) room_.leave(client);
-  client.phase = Phase::kLeaving;
-  client.phase_ends = Clock::now() + std::chrono::milliseconds(settings_.leave_grace_ms);
-  client.send(std::move(last_lines));
+void Lobby::dismiss(Client& client, std::string lastLines) {
+  if (client.phase == Phase::member) room_.leave(client);
+  client.phase = Phase::leaving;
+  client.phaseEnds = Clock::now() + std::chrono::milliseconds(settings_.leaveGraceMs);
+  client.send(std::move(lastLines));
 }
 
 void Lobby::refuse(const Client& client, std::string_view text) const {
-  client.send(status_line(Colour::kRefusal, text));
+  client.send(statusLine(Colour::kRefusal, text));
 }
 
-void Lobby::add_ban(const Ban& ban) {
+void Lobby::addBan(const Ban& ban) {
   if (std::find(bans_.begin(), bans_.end(), ban) == bans_.end()) bans_.push_back(ban);
 }
 
-bool Lobby::may_prove(const Client& client) {
-  const auto failed = failed_proofs_.find(client.connection->address());
-  return !client.proof_running && client.proofs_failed < settings_.proofs_per_connection &&
+bool Lobby::mayProve(const Client& client) {
+  const auto failed = failedProofs_.find(client.connection->address());
+  return !client.proofRunning && client.proofsFailed < settings_.proofsPerConnection &&
          worker_.pending() < kProofsWaiting &&
-         (failed == failed_proofs_.end() || failed->second.count < settings_.proofs_per_address);
+         (failed == failedProofs_.end() || failed->second.count < settings_.proofsPerAddress);
 }
 
-void Lobby::proof_failed(Client& client) {
-  ++client.proofs_failed;
-  FailedProofs& failed = failed_proofs_[client.connection->address()];
+void Lobby::proofFailed(Client& client) {
+  ++client.proofsFailed;
+  FailedProofs& failed = failedProofs_[client.connection->address()];
   ++failed.count;
-  failed.forgotten_at = Clock::now() + kProofsRemembered;
+  failed.forgottenAt = Clock::now() + kProofsRemembered;
 }
 
-void Lobby::ask_address(const Client& asker, const Client& target) {
+void Lobby::askAddress(const Client& asker, const Client& target) {
   questions_.push_back({asker.connection->id(), target.connection->id(), target.nick,
                         target.connection->address(),
-                        Clock::now() + std::chrono::milliseconds(settings_.address_answer_ms)});
-  target.send(make_line({"getip"}));
+                        Clock::now() + std::chrono::milliseconds(settings_.addressAnswerMs)});
+  target.send(makeLine({"getip"}));
 }
 
-void Lobby::address_told(const Client& target, std::string_view told) {
-  const auto is_about = [&](const AddressQuestion& question) {
+void Lobby::addressTold(const Client& target, std::string_view told) {
+  const auto isAbout = [&](const AddressQuestion& question) {
     return question.target == target.connection->id();
   };
   for (const AddressQuestion& question : questions_) {
-    if (is_about(question)) answer(question, told);
+    if (isAbout(question)) answer(question, told);
   }
-  std::erase_if(questions_, is_about);
+  std::erase_if(questions_, isAbout);
 }
 
 void Lobby::answer(const AddressQuestion& question, std::string_view told) const {
@@ -170,34 +168,34 @@ void Lobby::answer(const AddressQuestion& question, std::string_view told) const
   if (asker == nullptr) return;
   std::string text = question.nick;
   text += told.empty() ? " tells no address" : " tells the address " + std::string(told);
-  asker->send(status_line(Colour::kAnswer, text + "; the server sees " + question.seen));
+  asker->send(statusLine(Colour::kAnswer, text + "; the server sees " + question.seen));
 }
 
-void Lobby::on_line(Connection& connection, std::string_view line) {
+void Lobby::onLine(Connection& connection, std::string_view line) {
   dispatch(*this, *clients_.at(connection.id()), line);
 }
 
-void Lobby::on_line_too_long(Connection& connection) {
+void Lobby::onLineTooLong(Connection& connection) {
   Client& client = *clients_.at(connection.id());
-  const bool was_member = client.phase == Phase::kMember;
-  dismiss(client, status_line(Colour::kRefusal, "Your line was too long. You are disconnected."));
+  const bool wasMember = client.phase == Phase::member;
+  dismiss(client, statusLine(Colour::kRefusal, "Your line was too long. You are disconnected."));
   log(connection.address() + " sent a line that is too long");
-  if (was_member) room_.announce(client.nick + " has left Kelvaron");
+  if (wasMember) room_.announce(client.nick + " has left Kelvaron");
 }
 
-void Lobby::on_closed(Connection& connection, std::string_view why) {
+void Lobby::onClosed(Connection& connection, std::string_view why) {
   const auto node = clients_.extract(connection.id());
   const Client& client = *node.mapped();
-  const auto from = connections_from_.find(connection.address());
-  if (--from->second == 0) connections_from_.erase(from);
-  if (client.phase != Phase::kMember) return;
+  const auto from = connectionsFrom_.find(connection.address());
+  if (--from->second == 0) connectionsFrom_.erase(from);
+  if (client.phase != Phase::member) return;
   room_.leave(client);
   log(client.nick + " (" + connection.address() + ") has left: " + std::string(why));
   room_.announce(client.nick + " has left Kelvaron");
 }
 
 // All that one turn of the loop has for a connection goes out together.
-void Lobby::on_unsent(std::shared_ptr<Connection> connection) {
+void Lobby::onUnsent(std::shared_ptr<Connection> connection) {
   unsent_.push_back(std::move(connection));
   if (unsent_.size() > 1) return;
   asio::post(io_, [this, alive = std::weak_ptr(alive_)] {

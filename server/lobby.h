@@ -36,39 +36,38 @@ class Lobby final : public ConnectionOwner {
   /// Reads the reserved nicknames, the bans and the message of the day anew. A file that can't be
   /// read is told to the log, and what it held before stays.
   void reload();
-  void close_all();
+  void closeAll();
 
   // What the handlers of lines use.
 
-  [[nodiscard]] Room& room() { return room_; }
-  [[nodiscard]] const Store& store() const { return store_; }
-  [[nodiscard]] Worker& worker() { return worker_; }
-  [[nodiscard]] const Settings& settings() const { return settings_; }
-  [[nodiscard]] const std::string& motd() const { return motd_; }
+  Room& room() { return room_; }
+  const Store& store() const { return store_; }
+  Worker& worker() { return worker_; }
+  const Settings& settings() const { return settings_; }
+  const std::string& motd() const { return motd_; }
   /// The client of that connection if it is still in the room.
-  [[nodiscard]] Client* member(std::uint64_t id) const;
+  Client* member(std::uint64_t id) const;
 
   /// The keyword that refuses a login, or nothing when the nickname may come in.
-  [[nodiscard]] std::string_view login_refusal(std::string_view nick,
-                                               std::string_view address) const;
+  std::string_view loginRefusal(std::string_view nick, std::string_view address) const;
   void enter(Client& client);
   /// Takes a client out of the room, sends it its last lines and leaves it a moment to close.
-  void dismiss(Client& client, std::string last_lines);
+  void dismiss(Client& client, std::string lastLines);
 
   /// Tells one client that it can't have what it asked for.
   void refuse(const Client& client, std::string_view text) const;
   void log(std::string_view text) const { log_(text); }
 
   /// Keeps what the ban names out from now on; the second time for the same ban does nothing.
-  void add_ban(const Ban& ban);
+  void addBan(const Ban& ban);
 
   /// Whether this client may try a password now; counts wrong ones by connection and by address.
-  [[nodiscard]] bool may_prove(const Client& client);
-  void proof_failed(Client& client);
+  bool mayProve(const Client& client);
+  void proofFailed(Client& client);
 
   /// Asks a member for its address on behalf of another.
-  void ask_address(const Client& asker, const Client& target);
-  void address_told(const Client& target, std::string_view told);
+  void askAddress(const Client& asker, const Client& target);
+  void addressTold(const Client& target, std::string_view told);
 
  private:
   struct AddressQuestion {
@@ -80,13 +79,13 @@ class Lobby final : public ConnectionOwner {
   };
   struct FailedProofs {
     long count = 0;
-    Clock::time_point forgotten_at;
+    Clock::time_point forgottenAt;
   };
 
-  void on_line(Connection& connection, std::string_view line) override;
-  void on_line_too_long(Connection& connection) override;
-  void on_closed(Connection& connection, std::string_view why) override;
-  void on_unsent(std::shared_ptr<Connection> connection) override;
+  void onLine(Connection& connection, std::string_view line) override;
+  void onLineTooLong(Connection& connection) override;
+  void onClosed(Connection& connection, std::string_view why) override;
+  void onUnsent(std::shared_ptr<Connection> connection) override;
 
   void answer(const AddressQuestion& question, std::string_view told) const;
 
@@ -98,10 +97,10 @@ class Lobby final : public ConnectionOwner {
   std::vector<Ban> bans_;
   std::string motd_;
 
-  std::uint64_t last_id_ = 0;
+  std::uint64_t lastId_ = 0;
   std::unordered_map<std::uint64_t, std::unique_ptr<Client>> clients_;
-  std::map<std::string, long> connections_from_;
-  std::map<std::string, FailedProofs> failed_proofs_;
+  std::map<std::string, long> connectionsFrom_;
+  std::map<std::string, FailedProofs> failedProofs_;
   std::vector<AddressQuestion> questions_;
   std::vector<std::shared_ptr<Connection>> unsent_;
   std::shared_ptr<bool> alive_ = std::make_shared<bool>(true);

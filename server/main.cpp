@@ -28,13 +28,13 @@ using kelvaron::server::Store;
 constexpr int kFailed = 1;
 constexpr int kWrongUsage = 2;
 
-std::filesystem::path default_folder() {
+std::filesystem::path defaultFolder() {
   std::error_code error;
   const auto program = std::filesystem::read_symlink("/proc/self/exe", error);
   return (error ? std::filesystem::current_path() : program.parent_path()) / "server-data";
 }
 
-void log_line(std::string_view text) {
+void logLine(std::string_view text) {
   const std::time_t now = std::time(nullptr);
   std::tm parts{};
   localtime_r(&now, &parts);
@@ -44,7 +44,7 @@ void log_line(std::string_view text) {
 }
 
 /// A password as typed or piped; nothing of it shows on a terminal.
-std::string read_password() {
+std::string readPassword() {
   termios shown{};
   const bool terminal = tcgetattr(STDIN_FILENO, &shown) == 0;
   if (terminal) {
@@ -63,23 +63,23 @@ std::string read_password() {
   return password;
 }
 
-int add_moderator(const Store& store, const CommandLine::NewModerator& moderator) {
-  const std::string password = read_password();
-  const auto is_plain = [](char c) { return c >= ' ' && c <= '~'; };
-  if (password.empty() || !std::all_of(password.begin(), password.end(), is_plain)) {
+int addModerator(const Store& store, const CommandLine::NewModerator& moderator) {
+  const std::string password = readPassword();
+  const auto isPlain = [](char c) { return c >= ' ' && c <= '~'; };
+  if (password.empty() || !std::all_of(password.begin(), password.end(), isPlain)) {
     std::cerr << "kelvaron-server: the password, the first line of standard input, must hold 1 or "
                  "more plain letters, digits, signs or blanks\n";
     return kWrongUsage;
   }
   store.prepare();
-  store.set_moderator({moderator.nick, moderator.email, kelvaron::server::hash_password(password)});
+  store.setModerator({moderator.nick, moderator.email, kelvaron::server::hashPassword(password)});
   std::cout << moderator.nick << " is a moderator now, folder " << store.folder().string()
             << std::endl;
   return 0;
 }
 
 // Each client takes a descriptor, and the usual soft limit of 1,024 is soon reached.
-void allow_many_connections() {
+void allowManyConnections() {
   rlimit limit{};
   if (getrlimit(RLIMIT_NOFILE, &limit) != 0) return;
   limit.rlim_cur = limit.rlim_max;
@@ -93,9 +93,9 @@ std::string place(const std::string& address, std::uint16_t port) {
 }
 
 int serve(Options options) {
-  allow_many_connections();
+  allowManyConnections();
   asio::io_context io(1);
-  options.log = log_line;
+  options.log = logLine;
   const std::string address = options.address;
   const std::string folder = options.folder.string();
   kelvaron::server::Server server(io, std::move(options));
@@ -106,14 +106,14 @@ int serve(Options options) {
     reloads.cancel();
     server.stop();
   });
-  std::function<void()> await_reload = [&] {
+  std::function<void()> awaitReload = [&] {
     reloads.async_wait([&](std::error_code error, int) {
       if (error) return;
       server.reload();
-      await_reload();
+      awaitReload();
     });
   };
-  await_reload();
+  awaitReload();
   std::cout << "kelvaron-server listens on " << place(address, server.port()) << ", folder "
             << folder << std::endl;
   io.run();
@@ -126,15 +126,15 @@ int run(CommandLine line) {
     return 0;
   }
   Options& options = line.options;
-  if (options.folder.empty()) options.folder = default_folder();
-  if (line.new_moderator) return add_moderator(Store(options.folder), *line.new_moderator);
+  if (options.folder.empty()) options.folder = defaultFolder();
+  if (line.newModerator) return addModerator(Store(options.folder), *line.newModerator);
   const std::string where = place(options.address, options.port);
   try {
     return serve(std::move(options));
   } catch (const std::system_error& error) {
-    const bool in_use = error.code() == asio::error::address_in_use;
+    const bool inUse = error.code() == asio::error::address_in_use;
     std::cerr << "kelvaron-server: can't listen on " << where << ": "
-              << (in_use ? "another program has this port" : error.code().message()) << '\n';
+              << (inUse ? "another program has this port" : error.code().message()) << '\n';
     return kFailed;
   }
 }
@@ -145,7 +145,7 @@ int main(int argc, char** argv) {
   try {
     std::signal(SIGPIPE, SIG_IGN);
     const std::span<const char* const> arguments(argv, static_cast<std::size_t>(argc));
-    return run(kelvaron::server::parse_command_line(arguments.subspan(argc > 0 ? 1 : 0)));
+    return run(kelvaron::server::parseCommandLine(arguments.subspan(argc > 0 ? 1 : 0)));
   } catch (const kelvaron::server::UsageError& error) {
     std::cerr << "kelvaron-server: " << error.what() << "\n\n" << kelvaron::server::usage();
     return kWrongUsage;

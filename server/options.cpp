@@ -13,7 +13,7 @@ namespace {
 
 using Values = std::span<const char* const>;
 
-void set_port(CommandLine& line, Values values) {
+void setPort(CommandLine& line, Values values) {
   const std::string_view digits = values[0];
   const auto* end = digits.data() + digits.size();
   const auto read = std::from_chars(digits.data(), end, line.options.port);
@@ -22,28 +22,28 @@ void set_port(CommandLine& line, Values values) {
   }
 }
 
-void set_address(CommandLine& line, Values values) {
+void setAddress(CommandLine& line, Values values) {
   std::error_code error;
   asio::ip::make_address(values[0], error);
   if (error) throw UsageError("\"" + std::string(values[0]) + "\" is not a numeric address");
   line.options.address = values[0];
 }
 
-void set_folder(CommandLine& line, Values values) {
+void setFolder(CommandLine& line, Values values) {
   if (std::string_view(values[0]).empty()) throw UsageError("the folder's name is empty");
   line.options.folder = values[0];
 }
 
-void set_new_moderator(CommandLine& line, Values values) {
+void setNewModerator(CommandLine& line, Values values) {
   const std::string_view email = trimmed(values[1]);
-  if (!is_valid_nick(values[0])) {
+  if (!isValidNick(values[0])) {
     throw UsageError("a nickname has 1 to 15 characters, no blank, \"[\", \"]\" or \"\xC2\xA5\"");
   }
   if (email.empty() || cleaned(email) != email) throw UsageError("that is no e-mail address");
-  line.new_moderator = {values[0], std::string(email)};
+  line.newModerator = {values[0], std::string(email)};
 }
 
-void set_help(CommandLine& line, Values /*values*/) { line.help = true; }
+void setHelp(CommandLine& line, Values /*values*/) { line.help = true; }
 
 struct Option {
   std::string_view name;
@@ -52,14 +52,14 @@ struct Option {
 };
 
 constexpr std::array kOptions = {
-    Option{"--port", 1, set_port},     Option{"--address", 1, set_address},
-    Option{"--folder", 1, set_folder}, Option{"--add-moderator", 2, set_new_moderator},
-    Option{"--help", 0, set_help},
+    Option{"--port", 1, setPort},     Option{"--address", 1, setAddress},
+    Option{"--folder", 1, setFolder}, Option{"--add-moderator", 2, setNewModerator},
+    Option{"--help", 0, setHelp},
 };
 
 }  // namespace
 
-CommandLine parse_command_line(std::span<const char* const> arguments) {
+CommandLine parseCommandLine(std::span<const char* const> arguments) {
   CommandLine line;
   while (!arguments.empty()) {
     const std::string_view name = arguments.front();

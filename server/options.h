@@ -19,7 +19,7 @@ struct CommandLine {
     std::string nick;
     std::string email;
   };
-  std::optional<NewModerator> new_moderator;
+  std::optional<NewModerator> newModerator;
   Options options;  // its folder is empty when none was named
 };
 
@@ -30,7 +30,7 @@ class UsageError : public std::runtime_error {
 };
 
 /// `arguments` without the program's name. Throws `UsageError`.
-CommandLine parse_command_line(std::span<const char* const> arguments);
+CommandLine parseCommandLine(std::span<const char* const> arguments);
 
 /// The text for `--help`.
 std::string_view usage();

@@ -12,40 +12,40 @@ constexpr std::size_t kMostGuests = 6;
 constexpr std::size_t kGameTail = 6;  // game key; wad; skin; guest arguments; address; host
 
 // A client names its user with or without the moderator's mark; any other name is a pretence.
-std::string sender_name(const Client& client, std::string_view told) {
+std::string senderName(const Client& client, std::string_view told) {
   const std::string marked = std::string(kModeratorMark) + client.nick;
   return told == marked ? marked : client.nick;
 }
 
-void tell_absent(const Lobby& lobby, const Client& client, std::string_view shown) {
-  lobby.refuse(client, std::string(bare_nick(shown)) + " is not on Kelvaron.");
+void tellAbsent(const Lobby& lobby, const Client& client, std::string_view shown) {
+  lobby.refuse(client, std::string(bareNick(shown)) + " is not on Kelvaron.");
 }
 
 }  // namespace
 
 void pass(Lobby& lobby, Client& client, const Fields& fields, const Passing& passing) {
-  const Client* target = lobby.room().find_shown(fields[passing.target]);
+  const Client* target = lobby.room().findShown(fields[passing.target]);
   if (target == nullptr) {
-    if (passing.asked) tell_absent(lobby, client, fields[passing.target]);
+    if (passing.asked) tellAbsent(lobby, client, fields[passing.target]);
     return;
   }
   const std::string sender =
-      passing.sender == 0 ? std::string() : sender_name(client, fields[passing.sender]);
+      passing.sender == 0 ? std::string() : senderName(client, fields[passing.sender]);
   Fields passed = {passing.keyword};
   for (std::size_t i = passing.first; i <= passing.last; ++i) {
     passed.push_back(i == passing.sender ? std::string_view(sender) : fields[i]);
   }
-  target->send(make_line(passed));
+  target->send(makeLine(passed));
 }
 
-void private_message(Lobby& lobby, Client& client, const Fields& fields) {
-  const Client* target = lobby.room().find_shown(fields[1]);
-  if (target == nullptr) return tell_absent(lobby, client, fields[1]);
+void privateMessage(Lobby& lobby, Client& client, const Fields& fields) {
+  const Client* target = lobby.room().findShown(fields[1]);
+  if (target == nullptr) return tellAbsent(lobby, client, fields[1]);
   const std::string_view told = fields.size() > 3 ? fields[3] : std::string_view();
-  target->send(make_line({"PM", sender_name(client, told), fields[2]}));
+  target->send(makeLine({"PM", senderName(client, told), fields[2]}));
 }
 
-void offer_game(Lobby& lobby, Client& client, const Fields& fields) {
+void offerGame(Lobby& lobby, Client& client, const Fields& fields) {
   std::size_t guests = kMostGuests + 1;
   const std::string_view digits = fields[1];
   const auto read = std::from_chars(digits.data(), digits.data() + digits.size(), guests);
@@ -54,18 +54,18 @@ void offer_game(Lobby& lobby, Client& client, const Fields& fields) {
   const std::size_t tail = 2 + std::max<std::size_t>(guests, 1);
   if (guests > kMostGuests || fields.size() < tail + kGameTail) return;
 
-  const std::string host = sender_name(client, fields[tail + kGameTail - 1]);
+  const std::string host = senderName(client, fields[tail + kGameTail - 1]);
   Fields offer = {"GAME"};
   offer.insert(offer.end(), fields.begin() + static_cast<std::ptrdiff_t>(tail),
                fields.begin() + static_cast<std::ptrdiff_t>(tail + kGameTail - 1));
   offer.push_back(host);
-  const std::string line = make_line(offer);
+  const std::string line = makeLine(offer);
 
   std::vector<const Client*> asked;
   for (std::size_t i = 2; i < 2 + guests; ++i) {
-    const Client* guest = lobby.room().find_shown(fields[i]);
+    const Client* guest = lobby.room().findShown(fields[i]);
     if (guest == nullptr) {
-      tell_absent(lobby, client, fields[i]);
+      tellAbsent(lobby, client, fields[i]);
     } else if (std::find(asked.begin(), asked.end(), guest) == asked.end()) {
       asked.push_back(guest);
       guest->send(line);

@@ -9,14 +9,14 @@
 namespace kelvaron::server {
 namespace {
 
-void need_sodium() {
+void needSodium() {
   if (sodium_init() < 0) throw std::runtime_error("libsodium can't be started");
 }
 
 }  // namespace
 
-std::string hash_password(std::string_view password) {
-  need_sodium();
+std::string hashPassword(std::string_view password) {
+  needSodium();
   std::array<char, crypto_pwhash_STRBYTES> hash{};
   if (crypto_pwhash_str(hash.data(), password.data(), password.size(),
                         crypto_pwhash_OPSLIMIT_INTERACTIVE,
@@ -26,8 +26,8 @@ std::string hash_password(std::string_view password) {
   return hash.data();
 }
 
-bool is_password(std::string_view hash, std::string_view password) {
-  need_sodium();
+bool isPassword(std::string_view hash, std::string_view password) {
+  needSodium();
   if (hash.size() >= crypto_pwhash_STRBYTES) return false;
   std::array<char, crypto_pwhash_STRBYTES> padded{};
   hash.copy(padded.data(), hash.size());

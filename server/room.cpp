@@ -20,60 +20,60 @@ Client* Room::find(std::string_view nick) const {
   return found == members_.end() ? nullptr : found->second;
 }
 
-Client* Room::find_shown(std::string_view shown) const { return find(bare_nick(shown)); }
+Client* Room::findShown(std::string_view shown) const { return find(bareNick(shown)); }
 
 void Room::join(Client& client) {
   members_.emplace(fold(client.nick), &client);
-  list_changed();
-  client.connection->send(list(), Connection::Kind::kUserList);
+  listChanged();
+  client.connection->send(list(), Connection::Kind::userList);
 }
 
 void Room::leave(const Client& client) {
   members_.erase(fold(client.nick));
-  list_changed();
+  listChanged();
 }
 
-void Room::send_to_all(std::string lines) {
-  send_announcements();
+void Room::sendToAll(std::string lines) {
+  sendAnnouncements();
   const auto shared = std::make_shared<const std::string>(std::move(lines));
   for (const auto& [key, member] : members_) member->connection->send(shared);
 }
 
 void Room::announce(std::string_view text) {
-  announcements_ += make_line({"Announce", text});
-  set_timer();
+  announcements_ += makeLine({"Announce", text});
+  setTimer();
 }
 
-void Room::list_changed() {
+void Room::listChanged() {
   list_.reset();
-  list_due_ = true;
-  set_timer();
+  listDue_ = true;
+  setTimer();
 }
 
-void Room::set_timer() {
-  if (timer_set_) return;
-  timer_set_ = true;
-  timer_.expires_after(std::chrono::milliseconds(settings_.list_delay_ms) +
+void Room::setTimer() {
+  if (timerSet_) return;
+  timerSet_ = true;
+  timer_.expires_after(std::chrono::milliseconds(settings_.listDelayMs) +
                        kDelayPerMember * members_.size());
   timer_.async_wait([this, alive = std::weak_ptr(alive_)](std::error_code error) {
     if (error || alive.expired()) return;
-    timer_set_ = false;
-    send_announcements();
-    if (!std::exchange(list_due_, false)) return;
+    timerSet_ = false;
+    sendAnnouncements();
+    if (!std::exchange(listDue_, false)) return;
     for (const auto& [key, member] : members_) {
-      member->connection->send(list(), Connection::Kind::kUserList);
+      member->connection->send(list(), Connection::Kind::userList);
     }
   });
 }
 
-void Room::send_announcements() {
-  if (!announcements_.empty()) send_to_all(std::exchange(announcements_, {}));
+void Room::sendAnnouncements() {
+  if (!announcements_.empty()) sendToAll(std::exchange(announcements_, {}));
 }
 
 const SharedLines& Room::list() {
   if (!list_) {
-    std::string lines = make_line({"Userscl"});
-    for (const auto& [key, member] : members_) lines += make_line({"Users", member->entry()});
+    std::string lines = makeLine({"Userscl"});
+    for (const auto& [key, member] : members_) lines += makeLine({"Users", member->entry()});
     list_ = std::make_shared<const std::string>(std::move(lines));
   }
   return list_;

@@ -16,34 +16,34 @@ class Room {
   Room(asio::io_context& io, const Settings& settings) : timer_(io), settings_(settings) {}
 
   /// The member of that nickname, without regard to case, or nothing.
-  [[nodiscard]] Client* find(std::string_view nick) const;
+  Client* find(std::string_view nick) const;
   /// The member that a list entry or a shown name means: a tag and the moderator's mark are left
   /// out.
-  [[nodiscard]] Client* find_shown(std::string_view shown) const;
+  Client* findShown(std::string_view shown) const;
 
   /// Adds a client whose nickname is set and free, and sends it the list at once.
   void join(Client& client);
   void leave(const Client& client);
 
-  void send_to_all(std::string lines);
+  void sendToAll(std::string lines);
   /// Sends a line with the sound for coming and going to all: soon, together with the list, but
   /// before any line that goes to all after it.
   void announce(std::string_view text);
   /// Sends the list to all, together with the changes that follow within a short time.
-  void list_changed();
-  [[nodiscard]] std::size_t size() const { return members_.size(); }
+  void listChanged();
+  std::size_t size() const { return members_.size(); }
 
  private:
   const SharedLines& list();
-  void set_timer();
-  void send_announcements();
+  void setTimer();
+  void sendAnnouncements();
 
   std::map<std::string, Client*> members_;  // by folded nickname
   SharedLines list_;                        // empty when it is to be built anew
-  bool list_due_ = false;
+  bool listDue_ = false;
   std::string announcements_;  // whole lines that wait for the timer
   asio::steady_timer timer_;
-  bool timer_set_ = false;
+  bool timerSet_ = false;
   const Settings& settings_;
   std::shared_ptr<bool> alive_ = std::make_shared<bool>(true);
 };

@@ -42,7 +42,7 @@ class Server {
   Server& operator=(const Server&) = delete;
 
   /// The port that the server listens on.
-  [[nodiscard]] std::uint16_t port() const;
+  std::uint16_t port() const;
   /// Reads the reserved nicknames, the bans and the message of the day anew.
   void reload();
   /// Closes all connections and takes no more, so that the loop runs out of work.
@@ -50,17 +50,17 @@ class Server {
 
  private:
   void accept();
-  void pause_accepting();
+  void pauseAccepting();
   void sweep();
 
   asio::io_context& io_;
   std::unique_ptr<Lobby> lobby_;
   asio::ip::tcp::acceptor acceptor_;
-  asio::steady_timer accept_timer_;
-  asio::steady_timer sweep_timer_;
-  std::chrono::milliseconds accept_pause_;
-  std::chrono::milliseconds sweep_every_;
-  bool accept_failed_ = false;  // told to the log once a run of failures
+  asio::steady_timer acceptTimer_;
+  asio::steady_timer sweepTimer_;
+  std::chrono::milliseconds acceptPause_;
+  std::chrono::milliseconds sweepEvery_;
+  bool acceptFailed_ = false;  // told to the log once a run of failures
   bool stopped_ = false;
   std::shared_ptr<bool> alive_ = std::make_shared<bool>(true);
 };

@@ -22,37 +22,37 @@ struct Entry {
 constexpr long kDay = 86'400'000;
 
 constexpr std::array kEntries = {
-    Entry{"login_timeout_ms", &Settings::login_timeout_ms, 10, kDay,
+    Entry{"login_timeout_ms", &Settings::loginTimeoutMs, 10, kDay,
           "a connection that has told no nickname by then is closed"},
-    Entry{"leave_grace_ms", &Settings::leave_grace_ms, 0, kDay,
+    Entry{"leave_grace_ms", &Settings::leaveGraceMs, 0, kDay,
           "how long a refused, kicked or banned client may take to close by itself"},
-    Entry{"stall_timeout_ms", &Settings::stall_timeout_ms, 10, kDay,
+    Entry{"stall_timeout_ms", &Settings::stallTimeoutMs, 10, kDay,
           "a client that takes none of what waits for it this long is dropped"},
-    Entry{"address_answer_ms", &Settings::address_answer_ms, 0, kDay,
+    Entry{"address_answer_ms", &Settings::addressAnswerMs, 0, kDay,
           "how long a moderator waits for a client to tell its address"},
-    Entry{"list_delay_ms", &Settings::list_delay_ms, 0, 60'000,
+    Entry{"list_delay_ms", &Settings::listDelayMs, 0, 60'000,
           "changes of the user list within this time go out as one list"},
-    Entry{"accept_pause_ms", &Settings::accept_pause_ms, 1, 60'000,
+    Entry{"accept_pause_ms", &Settings::acceptPauseMs, 1, 60'000,
           "pause before the next try when the system gives no more connections"},
-    Entry{"line_limit", &Settings::line_limit, 256, 16'777'216,
+    Entry{"line_limit", &Settings::lineLimit, 256, 16'777'216,
           "bytes in a line from a client; a longer one drops the client"},
-    Entry{"queue_limit", &Settings::queue_limit, 4'096, 1'073'741'824,
+    Entry{"queue_limit", &Settings::queueLimit, 4'096, 1'073'741'824,
           "bytes that may wait for a client that doesn't read (user lists don't count)"},
-    Entry{"burst_lines", &Settings::burst_lines, 1, 1'000'000,
+    Entry{"burst_lines", &Settings::burstLines, 1, 1'000'000,
           "lines a client may send at once before it is slowed down; a long line counts once more "
           "for each KiB"},
-    Entry{"lines_per_second", &Settings::lines_per_second, 1, 1'000'000,
+    Entry{"lines_per_second", &Settings::linesPerSecond, 1, 1'000'000,
           "lines a second that a client may send from then on"},
     Entry{"connections", &Settings::connections, 1, 1'000'000, "connections in all"},
-    Entry{"connections_per_address", &Settings::connections_per_address, 1, 1'000'000,
+    Entry{"connections_per_address", &Settings::connectionsPerAddress, 1, 1'000'000,
           "connections from one address; this machine's own addresses have no such limit"},
-    Entry{"proofs_per_connection", &Settings::proofs_per_connection, 1, 1'000,
+    Entry{"proofs_per_connection", &Settings::proofsPerConnection, 1, 1'000,
           "wrong passwords of a moderator on one connection; more are not looked at"},
-    Entry{"proofs_per_address", &Settings::proofs_per_address, 1, 1'000'000,
+    Entry{"proofs_per_address", &Settings::proofsPerAddress, 1, 1'000'000,
           "wrong passwords of a moderator from one address within ten minutes"},
 };
 
-void read_entry(std::string_view line, std::size_t number, Settings& settings) {
+void readEntry(std::string_view line, std::size_t number, Settings& settings) {
   const std::size_t equals = line.find('=');
   if (equals == std::string_view::npos) {
     throw StoreError("settings", number, "a line must read: key = value");
@@ -77,19 +77,19 @@ void read_entry(std::string_view line, std::size_t number, Settings& settings) {
 
 }  // namespace
 
-Settings parse_settings(std::string_view text) {
+Settings parseSettings(std::string_view text) {
   Settings settings;
   for (std::size_t number = 1; !text.empty(); ++number) {
     const std::size_t end = std::min(text.find('\n'), text.size());
     const std::string line = cleaned(text.substr(0, end));
     text.remove_prefix(std::min(end + 1, text.size()));
     const std::string_view content = trimmed(line);
-    if (!content.empty() && content.front() != '#') read_entry(content, number, settings);
+    if (!content.empty() && content.front() != '#') readEntry(content, number, settings);
   }
   return settings;
 }
 
-std::string default_settings_text() {
+std::string defaultSettingsText() {
   const Settings defaults;
   std::string text = "# Limits and time-outs of the Kelvaron server. Times are in milliseconds.\n";
   for (const Entry& entry : kEntries) {

@@ -20,12 +20,12 @@ constexpr const char* kMotd = "motd";
 
 constexpr std::array<std::string_view, 3> kBanKinds = {"user", "nick", "address"};
 
-bool is_comment(std::string_view line) {
+bool isComment(std::string_view line) {
   return trimmed(line).empty() || line == "#" || line.starts_with("# ");
 }
 
-std::string default_text(std::string_view file) {
-  if (file == kSettings) return default_settings_text();
+std::string defaultText(std::string_view file) {
+  if (file == kSettings) return defaultSettingsText();
   if (file == kReserved)
     return "# Nicknames that nobody can log in with, one a line.\nQZN\nSorrel\n";
   if (file == kModerators) {
@@ -39,9 +39,9 @@ std::string default_text(std::string_view file) {
   return "Welcome to Kelvaron.\n";
 }
 
-Moderator parse_moderator(const std::string& line, std::size_t number) {
+Moderator parseModerator(const std::string& line, std::size_t number) {
   const Fields fields = split(line);
-  if (fields.size() != 3 || !is_valid_nick(fields[0]) || fields[1].empty() || fields[2].empty()) {
+  if (fields.size() != 3 || !isValidNick(fields[0]) || fields[1].empty() || fields[2].empty()) {
     throw StoreError(kModerators, number,
                      "a line must hold a nickname, an e-mail address and a password hash, "
                      "separated by TAB");
@@ -49,7 +49,7 @@ Moderator parse_moderator(const std::string& line, std::size_t number) {
   return {std::string(fields[0]), std::string(fields[1]), std::string(fields[2])};
 }
 
-Ban parse_ban(const std::string& line, std::size_t number) {
+Ban parseBan(const std::string& line, std::size_t number) {
   const Fields fields = split(line);
   const auto* kind = std::find(kBanKinds.begin(), kBanKinds.end(), fields[0]);
   if (fields.size() != 6 || kind == kBanKinds.end()) {
@@ -65,7 +65,7 @@ Ban parse_ban(const std::string& line, std::size_t number) {
           std::string(fields[5])};
 }
 
-std::string ban_line(const Ban& ban) {
+std::string banLine(const Ban& ban) {
   std::string line(kBanKinds[static_cast<std::size_t>(ban.kind)]);
   for (const std::string& field : {ban.nick, ban.address, ban.told, ban.by, ban.reason}) {
     line += '\t' + cleaned(field);
@@ -74,23 +74,23 @@ std::string ban_line(const Ban& ban) {
 }
 
 template <class Parse>
-auto parse_all(const std::vector<std::string>& lines, Parse parse) {
+auto parseAll(const std::vector<std::string>& lines, Parse parse) {
   std::vector<decltype(parse(lines[0], 1))> entries;
   for (std::size_t i = 0; i < lines.size(); ++i) {
-    if (!is_comment(lines[i])) entries.push_back(parse(lines[i], i + 1));
+    if (!isComment(lines[i])) entries.push_back(parse(lines[i], i + 1));
   }
   return entries;
 }
 
 }  // namespace
 
-bool is_loopback(std::string_view address) {
+bool isLoopback(std::string_view address) {
   return address.starts_with("127.") || address == "::1";
 }
 
-bool Ban::keeps_out(std::string_view other_nick, std::string_view other_address) const {
-  if (kind != BanKind::kAddress && !nick.empty() && fold(nick) == fold(other_nick)) return true;
-  return kind != BanKind::kNick && address == other_address && !is_loopback(other_address);
+bool Ban::keepsOut(std::string_view otherNick, std::string_view otherAddress) const {
+  if (kind != BanKind::address && !nick.empty() && fold(nick) == fold(otherNick)) return true;
+  return kind != BanKind::nick && address == otherAddress && !isLoopback(otherAddress);
 }
 
 void Store::prepare() const {
@@ -98,18 +98,18 @@ void Store::prepare() const {
   std::filesystem::create_directories(folder_, error);
   if (error) throw StoreError(folder_.string() + ": can't be created: " + error.message());
   for (const char* file : {kSettings, kReserved, kModerators, kBans, kMotd}) {
-    if (!read_file(folder_ / file)) replace_file(folder_ / file, default_text(file));
+    if (!readFile(folder_ / file)) replaceFile(folder_ / file, defaultText(file));
   }
 }
 
 Settings Store::settings() const {
-  return parse_settings(read_file(folder_ / kSettings).value_or(""));
+  return parseSettings(readFile(folder_ / kSettings).value_or(""));
 }
 
 std::vector<std::string> Store::reserved() const {
-  return parse_all(lines(kReserved), [](const std::string& line, std::size_t number) {
+  return parseAll(lines(kReserved), [](const std::string& line, std::size_t number) {
     std::string nick(trimmed(line));
-    if (!is_valid_nick(nick)) {
+    if (!isValidNick(nick)) {
       throw StoreError(kReserved, number, "\"" + nick + "\" can't be a nickname");
     }
     return nick;
@@ -117,10 +117,10 @@ std::vector<std::string> Store::reserved() const {
 }
 
 std::vector<Moderator> Store::moderators() const {
-  return parse_all(lines(kModerators), parse_moderator);
+  return parseAll(lines(kModerators), parseModerator);
 }
 
-std::vector<Ban> Store::bans() const { return parse_all(lines(kBans), parse_ban); }
+std::vector<Ban> Store::bans() const { return parseAll(lines(kBans), parseBan); }
 
 std::string Store::motd() const {
   std::string joined;
@@ -132,38 +132,38 @@ std::string Store::motd() const {
   return joined;
 }
 
-void Store::set_moderator(const Moderator& moderator) const {
+void Store::setModerator(const Moderator& moderator) const {
   std::vector<std::string> kept = lines(kModerators);
-  parse_all(kept, parse_moderator);
+  parseAll(kept, parseModerator);
   std::erase_if(kept, [&](const std::string& line) {
-    return !is_comment(line) && fold(split(line)[0]) == fold(moderator.nick);
+    return !isComment(line) && fold(split(line)[0]) == fold(moderator.nick);
   });
   kept.push_back(moderator.nick + '\t' + moderator.email + '\t' + moderator.hash);
   replace(kModerators, kept);
 }
 
-void Store::add_ban(const Ban& ban) const {
+void Store::addBan(const Ban& ban) const {
   std::vector<std::string> kept = lines(kBans);
-  parse_all(kept, parse_ban);
-  kept.push_back(ban_line(ban));
+  parseAll(kept, parseBan);
+  kept.push_back(banLine(ban));
   replace(kBans, kept);
 }
 
-void Store::note_told_address(std::string_view nick, std::string_view told) const {
+void Store::noteToldAddress(std::string_view nick, std::string_view told) const {
   std::vector<std::string> kept = lines(kBans);
   for (std::size_t i = kept.size(); i-- > 0;) {
-    if (is_comment(kept[i])) continue;
-    Ban ban = parse_ban(kept[i], i + 1);
+    if (isComment(kept[i])) continue;
+    Ban ban = parseBan(kept[i], i + 1);
     if (fold(ban.nick) != fold(nick)) continue;
     ban.told = told;
-    kept[i] = ban_line(ban);
+    kept[i] = banLine(ban);
     replace(kBans, kept);
     return;
   }
 }
 
 std::vector<std::string> Store::lines(const char* file) const {
-  const std::string text = read_file(folder_ / file).value_or("");
+  const std::string text = readFile(folder_ / file).value_or("");
   std::vector<std::string> result;
   for (std::size_t at = 0; at < text.size();) {
     const std::size_t end = std::min(text.find('\n', at), text.size());
@@ -178,7 +178,7 @@ std::vector<std::string> Store::lines(const char* file) const {
 void Store::replace(const char* file, const std::vector<std::string>& lines) const {
   std::string text;
   for (const std::string& line : lines) text += line + '\n';
-  replace_file(folder_ / file, text);
+  replaceFile(folder_ / file, text);
 }
 
 }  // namespace kelvaron::server

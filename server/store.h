@@ -18,10 +18,10 @@ struct Moderator {
 };
 
 /// What a ban keeps out: users of a nickname, an address, or both.
-enum class BanKind { kUser, kNick, kAddress };
+enum class BanKind { user, nick, address };
 
 struct Ban {
-  BanKind kind = BanKind::kUser;
+  BanKind kind = BanKind::user;
   std::string nick;
   std::string address;  // as the server saw it
   std::string told;     // as the client told it; a note only, since many users have the same one
@@ -30,12 +30,12 @@ struct Ban {
 
   /// Nicknames are compared without regard to case. Addresses of this machine are never banned, so
   /// that a lobby on one machine stays open.
-  [[nodiscard]] bool keeps_out(std::string_view other_nick, std::string_view other_address) const;
+  bool keepsOut(std::string_view otherNick, std::string_view otherAddress) const;
   bool operator==(const Ban&) const = default;
 };
 
 /// Whether the address is one of the machine itself: 127.0.0.0/8 or ::1.
-bool is_loopback(std::string_view address);
+bool isLoopback(std::string_view address);
 
 /// Every function reads or replaces a file of the folder anew and throws `StoreError`. Lines that
 /// are empty or begin with "# " are comments, and stay when a file is changed. Not safe for use by
@@ -47,24 +47,24 @@ class Store {
   /// Makes the folder and each missing file with its defaults.
   void prepare() const;
 
-  [[nodiscard]] Settings settings() const;
+  Settings settings() const;
   /// Nicknames that nobody may log in with.
-  [[nodiscard]] std::vector<std::string> reserved() const;
-  [[nodiscard]] std::vector<Moderator> moderators() const;
-  [[nodiscard]] std::vector<Ban> bans() const;
+  std::vector<std::string> reserved() const;
+  std::vector<Moderator> moderators() const;
+  std::vector<Ban> bans() const;
   /// The message of the day on one line, its lines joined by blanks; empty for none.
-  [[nodiscard]] std::string motd() const;
+  std::string motd() const;
 
   /// Adds a moderator, or replaces the one of that nickname.
-  void set_moderator(const Moderator& moderator) const;
-  void add_ban(const Ban& ban) const;
+  void setModerator(const Moderator& moderator) const;
+  void addBan(const Ban& ban) const;
   /// Notes the address that a banned client told, in the last ban of that nickname.
-  void note_told_address(std::string_view nick, std::string_view told) const;
+  void noteToldAddress(std::string_view nick, std::string_view told) const;
 
-  [[nodiscard]] const std::filesystem::path& folder() const { return folder_; }
+  const std::filesystem::path& folder() const { return folder_; }
 
  private:
-  [[nodiscard]] std::vector<std::string> lines(const char* file) const;
+  std::vector<std::string> lines(const char* file) const;
   void replace(const char* file, const std::vector<std::string>& lines) const;
 
   std::filesystem::path folder_;

@@ -10,7 +10,7 @@ namespace {
 constexpr std::size_t kSoundLimit = 64;
 constexpr std::array<std::string_view, 3> kTags = {"[IG]", "[CS]", "[AW]"};
 
-bool is_control(char character) {
+bool isControl(char character) {
   const auto byte = static_cast<unsigned char>(character);
   return byte < 32 || byte == 127;
 }
@@ -43,13 +43,13 @@ std::string fold(std::string_view text) {
 
 std::string cleaned(std::string_view field) {
   std::string text(field);
-  std::replace_if(text.begin(), text.end(), is_control, ' ');
+  std::replace_if(text.begin(), text.end(), isControl, ' ');
   return text;
 }
 
-void clean_line(std::string& line) {
+void cleanLine(std::string& line) {
   std::replace_if(
-      line.begin(), line.end(), [](char c) { return c != '\t' && is_control(c); }, ' ');
+      line.begin(), line.end(), [](char c) { return c != '\t' && isControl(c); }, ' ');
 }
 
 std::string_view trimmed(std::string_view text) {
@@ -58,24 +58,24 @@ std::string_view trimmed(std::string_view text) {
   return text.substr(first, text.find_last_not_of(' ') - first + 1);
 }
 
-bool is_valid_nick(std::string_view nick) {
+bool isValidNick(std::string_view nick) {
   return !nick.empty() && nick.size() <= kNickLimit &&
          nick.find_first_of(" []\xA5\xA0\xAD") == std::string_view::npos &&
-         std::none_of(nick.begin(), nick.end(), is_control);
+         std::none_of(nick.begin(), nick.end(), isControl);
 }
 
-std::string_view bare_nick(std::string_view shown) {
+std::string_view bareNick(std::string_view shown) {
   shown = trimmed(shown);
-  const auto ends_so = [&](std::string_view tag) { return shown.ends_with(tag); };
-  if (std::any_of(kTags.begin(), kTags.end(), ends_so)) shown.remove_suffix(kTags[0].size());
+  const auto endsSo = [&](std::string_view tag) { return shown.ends_with(tag); };
+  if (std::any_of(kTags.begin(), kTags.end(), endsSo)) shown.remove_suffix(kTags[0].size());
   if (shown.starts_with(kModeratorMark)) shown.remove_prefix(kModeratorMark.size());
   return shown;
 }
 
-bool is_safe_sound(std::string_view name) {
+bool isSafeSound(std::string_view name) {
   return !name.empty() && name.size() <= kSoundLimit &&
          name.find_first_of("./\\:*?\"<>|") == std::string_view::npos &&
-         std::none_of(name.begin(), name.end(), is_control);
+         std::none_of(name.begin(), name.end(), isControl);
 }
 
 }  // namespace kelvaron::server

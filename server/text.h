@@ -19,20 +19,20 @@ std::string fold(std::string_view text);
 /// into two fields or two lines.
 std::string cleaned(std::string_view field);
 /// As `cleaned`, in place and with the TABs left alone: for a whole line as it arrives.
-void clean_line(std::string& line);
+void cleanLine(std::string& line);
 
 std::string_view trimmed(std::string_view text);
 
 /// 1 to 15 characters without blanks (the no-break blank and the soft hyphen, which nobody sees,
 /// count too), without "[", "]" and "¥", and without control characters.
-bool is_valid_nick(std::string_view nick);
+bool isValidNick(std::string_view nick);
 
 /// The nickname in a list entry or a shown name: without blanks around it, without the tag behind
 /// it and without the "¥" before it. No valid nickname has a bracket or the mark of its own.
-std::string_view bare_nick(std::string_view shown);
+std::string_view bareNick(std::string_view shown);
 
 /// A sound's name that can't lead out of a client's folder of sounds: 1 to 64 characters, none of
 /// them a dot, a separator, a wildcard, a quote or a control character.
-bool is_safe_sound(std::string_view name);
+bool isSafeSound(std::string_view name);
 
 }  // namespace kelvaron::server

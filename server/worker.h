@@ -49,7 +49,7 @@ class Worker {
   }
 
   /// Jobs that are given and not yet told as done.
-  [[nodiscard]] std::size_t pending() const { return pending_; }
+  std::size_t pending() const { return pending_; }
 
  private:
   asio::io_context& io_;

@@ -36,7 +36,7 @@ struct Load {
   std::size_t lines = 200;  // of each sender
 };
 
-double seconds_since(Clock::time_point start) {
+double secondsSince(Clock::time_point start) {
   return std::chrono::duration<double>(Clock::now() - start).count();
 }
 
@@ -47,9 +47,9 @@ double seconds(const timeval& time) {
 /// Runs the server until the signal to end, after telling its port.
 [[noreturn]] void serve(int tell) {
   kelvaron::server::Settings settings;
-  settings.burst_lines = 1'000'000;
-  settings.lines_per_second = 1'000'000;
-  settings.queue_limit = 1'073'741'824;
+  settings.burstLines = 1'000'000;
+  settings.linesPerSecond = 1'000'000;
+  settings.queueLimit = 1'073'741'824;
   const auto folder = std::filesystem::temp_directory_path() /
                       ("kelvaron-server-load-" + std::to_string(::getpid()));
   {
@@ -95,7 +95,7 @@ class Client {
 
   std::size_t messages = 0;
   std::size_t listed = 0;  // entries in the newest user list
-  bool in_order = true;
+  bool inOrder = true;
   bool closed = false;
 
  private:
@@ -104,11 +104,11 @@ class Client {
       closed = closed || error;
       if (error) return;
       received_.append(block_.data(), count);
-      take_lines();
+      takeLines();
       read();
     });
   }
-  void take_lines() {
+  void takeLines() {
     std::size_t start = 0;
     for (std::size_t end; (end = received_.find("\r\n", start)) != std::string::npos;
          start = end + 2) {
@@ -124,7 +124,7 @@ class Client {
     const auto sender = std::strtoul(line.data() + 12, nullptr, 10);
     const auto number = std::strtoul(line.data() + line.rfind('\t') + 1, nullptr, 10);
     if (next_.size() <= sender) next_.resize(sender + 1);
-    in_order = in_order && number == next_[sender]++;
+    inOrder = inOrder && number == next_[sender]++;
   }
 
   tcp::socket socket_;
@@ -138,7 +138,7 @@ using Clients = std::vector<std::unique_ptr<Client>>;
 
 /// Runs the loop until `done` holds for all clients; whether it did within the time.
 template <class Done>
-bool run_until(asio::io_context& io, const Clients& clients, Done done) {
+bool runUntil(asio::io_context& io, const Clients& clients, Done done) {
   const Clock::time_point start = Clock::now();
   while (Clock::now() - start < kPatience) {
     if (std::all_of(clients.begin(), clients.end(), done)) return true;
@@ -156,22 +156,22 @@ int run(const Load& load, std::uint16_t port) {
     clients.back()->connect(port);
     io.poll();
   }
-  const bool all_in =
-      run_until(io, clients, [&](const auto& client) { return client->listed == load.clients; });
+  const bool allIn =
+      runUntil(io, clients, [&](const auto& client) { return client->listed == load.clients; });
   std::cout << load.clients
-            << " logins, until everybody has the whole list: " << seconds_since(start) << " s\n";
+            << " logins, until everybody has the whole list: " << secondsSince(start) << " s\n";
 
   start = Clock::now();
   for (std::size_t i = 0; i < load.senders; ++i) clients[i]->talk(load.lines);
   const std::size_t expected = load.senders * load.lines;
-  const bool all_there =
-      run_until(io, clients, [&](const auto& client) { return client->messages >= expected; });
-  const double taken = seconds_since(start);
+  const bool allThere =
+      runUntil(io, clients, [&](const auto& client) { return client->messages >= expected; });
+  const double taken = secondsSince(start);
   std::size_t delivered = 0;
-  bool right = all_in && all_there;
+  bool right = allIn && allThere;
   for (const auto& client : clients) {
     delivered += client->messages;
-    right = right && client->messages == expected && client->in_order && !client->closed;
+    right = right && client->messages == expected && client->inOrder && !client->closed;
   }
   std::cout << delivered << " of " << expected * load.clients << " lines delivered in " << taken
             << " s: " << static_cast<double>(delivered) / taken << " lines/s\n"

@@ -23,7 +23,7 @@ class Moderators : public ::testing::Test {
   void SetUp() override {
     const Store store(folder.path());
     store.prepare();
-    store.set_moderator({"ann", "ann@example.org", server::hash_password("secret")});
+    store.setModerator({"ann", "ann@example.org", server::hashPassword("secret")});
     running = std::make_unique<RunningServer>(folder.path());
     ann = enter("ann");
     bob = enter("bob");

@@ -25,7 +25,7 @@ class TwoPlayers : public ::testing::Test {
   void SetUp() override {
     const Store store(folder.path());
     store.prepare();
-    store.set_moderator({"ann", "ann@example.org", server::hash_password("secret")});
+    store.setModerator({"ann", "ann@example.org", server::hashPassword("secret")});
     running = std::make_unique<RunningServer>(folder.path());
     ann = std::make_unique<TestDesktop>(loop, running->port());
     bob = std::make_unique<TestDesktop>(loop, running->port());

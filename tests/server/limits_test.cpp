@@ -17,33 +17,33 @@ using std::chrono::milliseconds;
 using std::chrono::steady_clock;
 
 TEST(Limits, ALineTooLongDropsTheClientAloneWithANotice) {
-  Settings settings = quick_settings();
-  settings.line_limit = 1000;
+  Settings settings = quickSettings();
+  settings.lineLimit = 1000;
   TwoUsers room(settings);
   const std::string head = "Message\talice: \t";
   const std::string longest(1000 - head.size(), 'x');
   room.alice.send(head + longest);
-  EXPECT_EQ(room.alice.sent_to(room.bob), Lines{head + longest});
-  room.alice.send_raw(head + longest + "y");  // no end in sight
+  EXPECT_EQ(room.alice.sentTo(room.bob), Lines{head + longest});
+  room.alice.sendRaw(head + longest + "y");  // no end in sight
   EXPECT_TRUE(
       room.alice.gets("STATUSTEXT\t7895295\tYour line was too long. You are disconnected."));
-  room.alice.send_raw("\r\nMessage\talice: \tafter\r\n" + std::string(100'000, 'z'));
-  EXPECT_TRUE(room.alice.is_closed());
+  room.alice.sendRaw("\r\nMessage\talice: \tafter\r\n" + std::string(100'000, 'z'));
+  EXPECT_TRUE(room.alice.isClosed());
   EXPECT_EQ(room.bob.lines(), Lines{});
   EXPECT_EQ(room.bob.lines(true), Lines{}) << "one farewell, read already";
   Peer carol(room.running.port(), "carol");
-  EXPECT_TRUE(carol.gets_list({"bob", "carol"}));
+  EXPECT_TRUE(carol.getsList({"bob", "carol"}));
 }
 
 TEST(Limits, AFloodIsSlowedDownAndLosesNothing) {
-  Settings settings = quick_settings();
-  settings.burst_lines = 20;
-  settings.lines_per_second = 50;
+  Settings settings = quickSettings();
+  settings.burstLines = 20;
+  settings.linesPerSecond = 50;
   TwoUsers room(settings);
   std::string flood;
   for (int i = 0; i < 60; ++i) flood += "PM\tbob\t" + std::to_string(i) + "\talice\r\n";
   const auto start = steady_clock::now();
-  room.alice.send_raw(flood);
+  room.alice.sendRaw(flood);
   Peer carol(room.running.port(), "carol");
   carol.lines();
   EXPECT_LT(steady_clock::now() - start, milliseconds(500)) << "the others don't wait";
@@ -56,40 +56,40 @@ TEST(Limits, AFloodIsSlowedDownAndLosesNothing) {
 }
 
 TEST(Limits, TimeOutsCloseTheSilentAndTheStalled) {
-  Settings settings = quick_settings();
-  settings.login_timeout_ms = 100;
-  settings.stall_timeout_ms = 300;
+  Settings settings = quickSettings();
+  settings.loginTimeoutMs = 100;
+  settings.stallTimeoutMs = 300;
   TwoUsers room(settings);
   Peer silent(room.running.port());
-  EXPECT_TRUE(silent.is_closed());
+  EXPECT_TRUE(silent.isClosed());
   // bob reads nothing while the room talks.
   for (int i = 0; i < 200; ++i) room.alice.send("PM\tbob\t" + std::string(60'000, 'x') + "\talice");
   EXPECT_TRUE(room.alice.gets("Announce\tbob has left Kelvaron"));
 }
 
 TEST(Limits, AClientThatDoesNotReadIsDroppedAtTheLimitOfItsQueue) {
-  Settings settings = quick_settings();
-  settings.queue_limit = 100'000;
+  Settings settings = quickSettings();
+  settings.queueLimit = 100'000;
   TwoUsers room(settings);
   const std::string line = "PM\tbob\t" + std::string(60'000, 'x') + "\talice";
   for (int i = 0; i < 300; ++i) room.alice.send(line);
   EXPECT_TRUE(room.alice.gets("Announce\tbob has left Kelvaron"));
-  EXPECT_TRUE(room.alice.gets_list({"alice"}));
+  EXPECT_TRUE(room.alice.getsList({"alice"}));
 }
 
 TEST(Limits, UserListsDoNotPileUpForAClientThatDoesNotRead) {
   constexpr int kChanges = 12;
-  Settings settings = quick_settings();
-  settings.queue_limit = 100'000'000;
+  Settings settings = quickSettings();
+  settings.queueLimit = 100'000'000;
   TwoUsers room(settings);
   // More than the sockets between bob and the server hold, so that the rest waits in the server.
   for (int i = 0; i < 200; ++i) room.alice.send("PM\tbob\t" + std::string(60'000, 'x') + "\talice");
   for (int i = 0; i < kChanges; ++i) {
     room.alice.send(i % 2 == 0 ? "INGAME\talice" : "RETURN\talice");
-    ASSERT_TRUE(room.alice.gets_list({i % 2 == 0 ? "alice[IG]" : "alice", "bob"}));
+    ASSERT_TRUE(room.alice.getsList({i % 2 == 0 ? "alice[IG]" : "alice", "bob"}));
   }
   room.alice.send("[AW]\talice");
-  ASSERT_TRUE(room.alice.gets_list({"alice[AW]", "bob"}));
+  ASSERT_TRUE(room.alice.getsList({"alice[AW]", "bob"}));
   const Lines all = room.bob.lines(true);
   EXPECT_EQ(std::count_if(all.begin(), all.end(),
                           [](const std::string& line) { return line.starts_with("PM\t"); }),
@@ -100,14 +100,14 @@ TEST(Limits, UserListsDoNotPileUpForAClientThatDoesNotRead) {
 }
 
 TEST(Limits, ConnectionsInAll) {
-  Settings settings = quick_settings();
+  Settings settings = quickSettings();
   settings.connections = 3;
   TwoUsers room(settings);
   {
     Peer third(room.running.port(), "carol");
     Peer fourth(room.running.port());
     EXPECT_TRUE(fourth.gets("STATUSTEXT\t7895295\tThe server is full. Try again later."));
-    EXPECT_TRUE(fourth.is_closed());
+    EXPECT_TRUE(fourth.isClosed());
   }
   ASSERT_TRUE(room.alice.gets("Announce\tcarol has left Kelvaron"));
   const Peer again(room.running.port(), "dave");
@@ -131,7 +131,7 @@ TEST(Limits, NoDescriptorsLeftIsSurvived) {
   EXPECT_TRUE(room.bob.gets("PM\talice\tstill here"));
   ASSERT_EQ(setrlimit(RLIMIT_NOFILE, &before), 0);
   Peer carol(room.running.port(), "carol");
-  EXPECT_TRUE(carol.gets_list({"alice", "bob", "carol"}));
+  EXPECT_TRUE(carol.getsList({"alice", "bob", "carol"}));
   for (const int descriptor : waiting) ::close(descriptor);
 }
 

@@ -16,10 +16,10 @@ const std::string kProof = "RequestOP\talice\ta@example.org\tsecret word";
 
 /// alice can become a moderator, bob and carol can't.
 struct ModeratedRoom {
-  explicit ModeratedRoom(const Settings& settings = quick_settings()) {
+  explicit ModeratedRoom(const Settings& settings = quickSettings()) {
     const Store store(folder.path());
     store.prepare();
-    store.set_moderator({"Alice", "a@example.org", hash_password("secret word")});
+    store.setModerator({"Alice", "a@example.org", hashPassword("secret word")});
     start(settings);
   }
   void start(const Settings& settings) {
@@ -39,8 +39,8 @@ struct ModeratedRoom {
 };
 
 TEST(Moderation, OnlyTheRightProofGrants) {
-  Settings settings = quick_settings();
-  settings.proofs_per_connection = 4;
+  Settings settings = quickSettings();
+  settings.proofsPerConnection = 4;
   const ModeratedRoom room(settings);
   const std::string refused = kRefusal + "Refused. Your request was logged.";
   for (const char* wrong :
@@ -61,12 +61,12 @@ TEST(Moderation, OnlyTheRightProofGrants) {
   EXPECT_TRUE(again.gets(kGrant));
   again.send(kProof);
   EXPECT_TRUE(again.gets(kRefusal + "You are a moderator already."));
-  EXPECT_TRUE(room.bob->gets_list({"ALICE", "bob", "carol"})) << "no mark in the list";
+  EXPECT_TRUE(room.bob->getsList({"ALICE", "bob", "carol"})) << "no mark in the list";
 }
 
 TEST(Moderation, WrongProofsAreCountedByAddressToo) {
-  Settings settings = quick_settings();
-  settings.proofs_per_address = 1;
+  Settings settings = quickSettings();
+  settings.proofsPerAddress = 1;
   const ModeratedRoom room(settings);
   room.bob->send(kProof);
   EXPECT_TRUE(room.bob->gets(kRefusal + "Refused. Your request was logged."));
@@ -93,7 +93,7 @@ TEST(Moderation, AModeratorWithoutTheGrantKicksWithProof) {
   EXPECT_TRUE(room.alice->gets(kRefusal + "Refused. Your request was logged."));
   room.alice->send("THEKICK\talice\tbob[IG]\tsecret word\ta@example.org");
   EXPECT_TRUE(room.bob->gets("Kicked\talice\t"));
-  EXPECT_TRUE(room.bob->is_closed());
+  EXPECT_TRUE(room.bob->isClosed());
 }
 
 TEST(Moderation, Kick) {
@@ -105,8 +105,8 @@ TEST(Moderation, Kick) {
   EXPECT_TRUE(room.bob->gets("Kicked\talice\tspam and more"));
   room.bob->send("Message\tbob: \tstill here");
   EXPECT_TRUE(room.carol->gets("Announce\tbob was kicked by alice (spam and more)"));
-  EXPECT_TRUE(room.carol->gets_list({"alice", "carol"}));
-  EXPECT_TRUE(room.bob->is_closed());
+  EXPECT_TRUE(room.carol->getsList({"alice", "carol"}));
+  EXPECT_TRUE(room.bob->isClosed());
   EXPECT_EQ(room.carol->lines(true), Lines{}) << "neither the line nor a second farewell";
   const Peer back(room.running->port(), "bob");
 }
@@ -119,7 +119,7 @@ TEST(Moderation, ABanIsStoredAndSurvivesARestart) {
   EXPECT_EQ(room.bob->next(), "BANUSER\talice\tspam");
   room.bob->send("IPBAN\t192.168.1.5");
   EXPECT_TRUE(room.carol->gets("Announce\tbob was banned by alice (spam)"));
-  EXPECT_TRUE(room.bob->is_closed());
+  EXPECT_TRUE(room.bob->isClosed());
   room.carol->send("IPBAN\t1.1.1.1");
   for (const char* start : {"first", "second"}) {
     SCOPED_TRACE(start);
@@ -129,7 +129,7 @@ TEST(Moderation, ABanIsStoredAndSurvivesARestart) {
     room.running.reset();
     room.running = std::make_unique<RunningServer>(room.folder.path());
   }
-  const Ban expected = {BanKind::kUser, "bob", "127.0.0.1", "192.168.1.5", "alice", "spam"};
+  const Ban expected = {BanKind::user, "bob", "127.0.0.1", "192.168.1.5", "alice", "spam"};
   EXPECT_EQ(Store(room.folder.path()).bans(), std::vector<Ban>{expected});
 }
 
@@ -147,23 +147,23 @@ TEST(Moderation, ABanThatCannotBeStoredHoldsAndIsTold) {
 
 TEST(Moderation, ReloadTakesABanAwayAndKeepsItWhenTheFileIsBroken) {
   const ModeratedRoom room;
-  const auto login_of = [&](const std::string& nick) {
+  const auto loginOf = [&](const std::string& nick) {
     Peer peer(room.running->port());
     peer.send("Name\t" + nick + "\t10.0.0.7");
     return peer.next();
   };
-  const auto reload_with = [&](const std::string& bans) {
+  const auto reloadWith = [&](const std::string& bans) {
     std::ofstream(room.folder.path() / "bans") << bans;
-    room.running->run_on_loop([](Server& server) { server.reload(); });
+    room.running->runOnLoop([](Server& server) { server.reload(); });
     room.alice->send("RequestOP\talice\t\t");  // goes through the same worker, behind it
     EXPECT_TRUE(room.alice->gets(kRefusal + "Refused. Your request was logged."));
   };
-  reload_with("nick\tdave\t\t\tby hand\tspam\n");
-  EXPECT_EQ(login_of("Dave"), "banned");
-  reload_with("nick\tdave\n");
-  EXPECT_EQ(login_of("dave"), "banned");
-  reload_with("# none\n");
-  EXPECT_EQ(login_of("dave"), "Userscl");
+  reloadWith("nick\tdave\t\t\tby hand\tspam\n");
+  EXPECT_EQ(loginOf("Dave"), "banned");
+  reloadWith("nick\tdave\n");
+  EXPECT_EQ(loginOf("dave"), "banned");
+  reloadWith("# none\n");
+  EXPECT_EQ(loginOf("dave"), "Userscl");
 }
 
 TEST(Moderation, AddressOfAUser) {

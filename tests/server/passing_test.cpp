@@ -8,7 +8,7 @@ namespace {
 
 struct Case {
   std::string sent;  // by alice
-  Lines to_bob;
+  Lines toBob;
   bool refused;  // alice gets a refusal
 };
 
@@ -94,7 +94,7 @@ TEST(Passing, EachRowReachesItsReceiverInItsShape) {
     SCOPED_TRACE(each.sent);
     room.alice.send(each.sent);
     const Lines answers = room.alice.lines();
-    EXPECT_EQ(room.bob.lines(), each.to_bob);
+    EXPECT_EQ(room.bob.lines(), each.toBob);
     EXPECT_EQ(answers.size(), each.refused ? 1U : 0U);
     if (each.refused && !answers.empty()) {
       EXPECT_EQ(answers[0], "STATUSTEXT\t7895295\tnobody is not on Kelvaron.");
@@ -109,11 +109,11 @@ TEST(Passing, LinesInOneWriteAndCutAnywhereAreTheSame) {
   const Lines both = {"PM\talice\tone", "PM\talice\ttwo"};
   for (std::size_t cut = 0; cut < bytes.size(); ++cut) {
     SCOPED_TRACE(cut);
-    room.alice.send_raw(bytes.substr(0, cut));
+    room.alice.sendRaw(bytes.substr(0, cut));
     // Another client's turn, so that the server has read the first part alone.
     carol.lines();
-    room.alice.send_raw(bytes.substr(cut));
-    ASSERT_EQ(room.alice.sent_to(room.bob), both);
+    room.alice.sendRaw(bytes.substr(cut));
+    ASSERT_EQ(room.alice.sentTo(room.bob), both);
   }
 }
 

@@ -17,12 +17,12 @@ constexpr std::string_view kClosed = "(closed)";
 
 }  // namespace
 
-Settings quick_settings() {
+Settings quickSettings() {
   Settings settings;
-  settings.burst_lines = 100'000;
-  settings.list_delay_ms = 10;
-  settings.leave_grace_ms = 200;
-  settings.address_answer_ms = 200;
+  settings.burstLines = 100'000;
+  settings.listDelayMs = 10;
+  settings.leaveGraceMs = 200;
+  settings.addressAnswerMs = 200;
   return settings;
 }
 
@@ -33,11 +33,11 @@ RunningServer::RunningServer(const std::filesystem::path& folder, const Settings
       thread_([this] { io_.run(); }) {}
 
 RunningServer::~RunningServer() {
-  run_on_loop([](Server& server) { server.stop(); });
+  runOnLoop([](Server& server) { server.stop(); });
   thread_.join();
 }
 
-void RunningServer::run_on_loop(const std::function<void(Server&)>& call) {
+void RunningServer::runOnLoop(const std::function<void(Server&)>& call) {
   std::promise<void> done;
   asio::post(io_, [&] {
     call(*server_);
@@ -60,11 +60,11 @@ Peer::Peer(std::uint16_t port, std::string nick) : Peer(port) {
   EXPECT_TRUE(gets("Users\t" + nick_)) << nick_ << " can't log in";
 }
 
-void Peer::send(std::string_view line) { send_raw(std::string(line) + "\r\n"); }
+void Peer::send(std::string_view line) { sendRaw(std::string(line) + "\r\n"); }
 
-void Peer::send_raw(std::string_view bytes) {
-  std::error_code closed_by_the_server;
-  asio::write(socket_, asio::buffer(bytes), closed_by_the_server);
+void Peer::sendRaw(std::string_view bytes) {
+  std::error_code closedByTheServer;
+  asio::write(socket_, asio::buffer(bytes), closedByTheServer);
 }
 
 std::string Peer::next() {
@@ -91,7 +91,7 @@ bool Peer::gets(std::string_view line) {
   }
 }
 
-bool Peer::is_closed() { return gets(kClosed); }
+bool Peer::isClosed() { return gets(kClosed); }
 
 Lines Peer::lines(bool all) {
   const std::string fence = "fence " + std::to_string(++fences_);
@@ -110,7 +110,7 @@ Lines Peer::lines(bool all) {
   return result;
 }
 
-bool Peer::gets_list(const Lines& entries) {
+bool Peer::getsList(const Lines& entries) {
   Lines newest;
   while (newest != entries) {
     const std::string line = next();

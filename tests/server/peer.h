@@ -22,18 +22,18 @@ using Lines = std::vector<std::string>;
 using testing::TemporaryFolder;
 
 /// Settings for tests: no slow-down, short times where a test waits for the time-out.
-Settings quick_settings();
+Settings quickSettings();
 
 class RunningServer {
  public:
   explicit RunningServer(const std::filesystem::path& folder,
-                         const Settings& settings = quick_settings());
+                         const Settings& settings = quickSettings());
   ~RunningServer();
   RunningServer(const RunningServer&) = delete;
   RunningServer& operator=(const RunningServer&) = delete;
 
-  [[nodiscard]] std::uint16_t port() const { return port_; }
-  void run_on_loop(const std::function<void(Server&)>& call);
+  std::uint16_t port() const { return port_; }
+  void runOnLoop(const std::function<void(Server&)>& call);
 
  private:
   asio::io_context io_{1};
@@ -50,27 +50,27 @@ class Peer {
   Peer(std::uint16_t port, std::string nick);
 
   void send(std::string_view line);
-  void send_raw(std::string_view bytes);
+  void sendRaw(std::string_view bytes);
 
   /// The next line without its line end, or "(closed)" at the end of the connection.
   std::string next();
   /// Reads up to and including this line; whether it came.
   bool gets(std::string_view line);
   /// Reads up to the end of the connection; whether it came within the time.
-  bool is_closed();
+  bool isClosed();
   /// All lines that the server has for this client once it has handled all that this client sent;
   /// user lists and announcements are left out unless asked for.
   Lines lines(bool all = false);
   /// As `lines`, of another client, once the server has handled what this one sent.
-  Lines sent_to(Peer& other) {
+  Lines sentTo(Peer& other) {
     lines();
     return other.lines();
   }
   /// Reads on until the newest user list is this one; whether it came.
-  bool gets_list(const Lines& entries);
+  bool getsList(const Lines& entries);
 
   asio::ip::tcp::socket& socket() { return socket_; }
-  [[nodiscard]] const std::string& nick() const { return nick_; }
+  const std::string& nick() const { return nick_; }
 
  private:
   asio::io_context io_;
@@ -82,7 +82,7 @@ class Peer {
 
 /// A server in a folder of its own, with two users in the room.
 struct TwoUsers {
-  explicit TwoUsers(const Settings& settings = quick_settings())
+  explicit TwoUsers(const Settings& settings = quickSettings())
       : running(folder.path(), settings) {}
   TemporaryFolder folder;
   RunningServer running;

@@ -33,15 +33,15 @@ Ended run(const std::string& arguments, const std::string& before = "") {
 TEST(Program, SaysWhatIsWrong) {
   TemporaryFolder folder;
   const RunningServer other(folder.path());
-  const std::string with_folder = " --folder " + folder.path().string();
+  const std::string withFolder = " --folder " + folder.path().string();
   const std::vector<std::tuple<std::string, int, std::string>> cases = {
       {"--help", 0, "Usage: kelvaron-server"},
       {"--prot 1", 2, "unknown option \"--prot\""},
-      {"--address 127.0.0.1 --port " + std::to_string(other.port()) + with_folder, 1,
+      {"--address 127.0.0.1 --port " + std::to_string(other.port()) + withFolder, 1,
        "another program has this port"},
-      {"--address 192.0.2.1 --port 0" + with_folder, 1, "can't listen on 192.0.2.1:0"},
+      {"--address 192.0.2.1 --port 0" + withFolder, 1, "can't listen on 192.0.2.1:0"},
       {"--port 0 --folder /dev/null/x", 1, "/dev/null/x: can't be created"},
-      {"--add-moderator bob b@example.org </dev/null" + with_folder, 2, "the password"},
+      {"--add-moderator bob b@example.org </dev/null" + withFolder, 2, "the password"},
   };
   for (const auto& [arguments, code, text] : cases) {
     const Ended ended = run(arguments);
@@ -85,7 +85,7 @@ TEST(Program, TellsWhereItListensAndEndsOnASignal) {
   ::kill(child, SIGHUP);
   alice.lines();
   ::kill(child, SIGTERM);
-  EXPECT_TRUE(alice.is_closed());
+  EXPECT_TRUE(alice.isClosed());
   int status = -1;
   ::waitpid(child, &status, 0);
   EXPECT_TRUE(WIFEXITED(status) && WEXITSTATUS(status) == 0) << status;

@@ -15,7 +15,7 @@ TEST(Login, TheListComesAtOnceAndTheMessageOfTheDayOnRequest) {
   std::ofstream(folder.path() / "motd") << "Be fair.\r\n\nHave\tfun.\n";
   RunningServer running(folder.path());
   Peer alice(running.port());
-  alice.send_raw("MOTD\r\nMessage\tx: \ttoo early\r\nName\talice\t10.0.0.7\r\nMOTD\r\n");
+  alice.sendRaw("MOTD\r\nMessage\tx: \ttoo early\r\nName\talice\t10.0.0.7\r\nMOTD\r\n");
   EXPECT_EQ(alice.next(), "Userscl");
   EXPECT_EQ(alice.next(), "Users\talice");
   EXPECT_EQ(alice.next(), "MOTD\tBe fair. Have fun.");
@@ -24,12 +24,12 @@ TEST(Login, TheListComesAtOnceAndTheMessageOfTheDayOnRequest) {
 
   Peer bob(running.port(), "bob");
   EXPECT_TRUE(alice.gets("Announce\tbob has entered Kelvaron"));
-  EXPECT_TRUE(alice.gets_list({"alice", "bob"}));
+  EXPECT_TRUE(alice.getsList({"alice", "bob"}));
   bob.send("Message\tbob: \tgoing");
   bob.socket().close();
   EXPECT_TRUE(alice.gets("Message\tbob: \tgoing"));
   EXPECT_TRUE(alice.gets("Announce\tbob has left Kelvaron"));
-  EXPECT_TRUE(alice.gets_list({"alice"}));
+  EXPECT_TRUE(alice.getsList({"alice"}));
 }
 
 TEST(Login, AnEmptyMessageOfTheDayIsNotSent) {
@@ -45,8 +45,8 @@ TEST(Login, RefusalsAndTheEndOfTheConnection) {
   TemporaryFolder folder;
   const Store store(folder.path());
   store.prepare();
-  store.add_ban({BanKind::kUser, "spammer", "127.0.0.1", "", "alice", "spam"});
-  store.add_ban({BanKind::kAddress, "", "127.0.0.1", "", "alice", "nobody here"});
+  store.addBan({BanKind::user, "spammer", "127.0.0.1", "", "alice", "spam"});
+  store.addBan({BanKind::address, "", "127.0.0.1", "", "alice", "nobody here"});
   RunningServer running(folder.path());
   const Peer alice(running.port(), "alice\xE9");
   const std::vector<std::pair<std::string, std::string>> cases = {
@@ -70,7 +70,7 @@ TEST(Login, RefusalsAndTheEndOfTheConnection) {
   std::vector<std::unique_ptr<Peer>> peers;
   for (const auto& [nick, answer] : cases) {
     peers.push_back(std::make_unique<Peer>(running.port()));
-    peers.back()->send_raw("Name\t" + nick + "\t10.0.0.7\r\nMOTD\r\nName\tanother\t10.0.0.7\r\n");
+    peers.back()->sendRaw("Name\t" + nick + "\t10.0.0.7\r\nMOTD\r\nName\tanother\t10.0.0.7\r\n");
   }
   for (std::size_t i = 0; i < cases.size(); ++i) {
     EXPECT_EQ(peers[i]->next(), cases[i].second) << cases[i].first;
@@ -114,7 +114,7 @@ TEST(Room, NobodyNamedLikeTheGrantCanGrant) {
   Peer moderator(room.running.port(), "Moderator");
   moderator.send("ACTION\tModerator Privlidges Granted - You are now a moderator.");
   EXPECT_EQ(
-      moderator.sent_to(room.bob),
+      moderator.sentTo(room.bob),
       Lines{"STATUSTEXT\t6336767\t* Moderator Privlidges Granted - You are now a moderator."});
 }
 
@@ -130,7 +130,7 @@ TEST(Room, OneTagAtATimeAndEachComesBack) {
   for (const auto& [sent, entry] : steps) {
     SCOPED_TRACE(sent);
     room.alice.send(sent);
-    EXPECT_TRUE(room.bob.gets_list({entry, "bob"}));
+    EXPECT_TRUE(room.bob.getsList({entry, "bob"}));
   }
   room.bob.lines(true);
   room.alice.send("RETURN\talice");
@@ -142,11 +142,11 @@ TEST(Room, OneTagAtATimeAndEachComesBack) {
 TEST(Text, CodePage1252) {
   EXPECT_EQ(fold("az\xE0\xFE\xF7\xFF\x9A\x9C\x9E\xDF\xD7"),
             "AZ\xC0\xDE\xF7\x9F\x8A\x8C\x8E\xDF\xD7");
-  EXPECT_EQ(bare_nick(" \xA5"
-                      "bob[IG] "),
+  EXPECT_EQ(bareNick(" \xA5"
+                     "bob[IG] "),
             "bob");
-  EXPECT_EQ(bare_nick("[AW]"), "");
-  EXPECT_EQ(make_line({"A", "b\tc\r\n", ""}), "A\tb c  \t\r\n");
+  EXPECT_EQ(bareNick("[AW]"), "");
+  EXPECT_EQ(makeLine({"A", "b\tc\r\n", ""}), "A\tb c  \t\r\n");
 }
 
 }  // namespace

@@ -15,7 +15,7 @@ namespace kelvaron::server {
 namespace {
 
 template <class Call>
-std::string error_of(Call call) {
+std::string errorOf(Call call) {
   try {
     call();
   } catch (const std::runtime_error& error) {
@@ -32,7 +32,7 @@ TEST(Store, DefaultsOfAFreshFolder) {
   EXPECT_TRUE(store.bans().empty());
   EXPECT_TRUE(store.moderators().empty());
   EXPECT_EQ(store.motd(), "Welcome to Kelvaron.");
-  EXPECT_EQ(store.settings().line_limit, 65'536);
+  EXPECT_EQ(store.settings().lineLimit, 65'536);
   std::ofstream(store.folder() / "reserved") << "admin\n";
   store.prepare();
   EXPECT_EQ(store.reserved(), std::vector<std::string>{"admin"}) << "what is there stays";
@@ -42,15 +42,15 @@ TEST(Store, ChangesKeepTheRestOfTheFile) {
   TemporaryFolder folder;
   const Store store(folder.path());
   std::ofstream(folder.path() / "bans") << "# mine\r\nnick\tx\t\t\tby hand\t\r\n";
-  store.add_ban({BanKind::kUser, "bob", "10.1.1.1", "", "alice", "a\tb\nc"});
-  store.note_told_address("BOB", "10.0.0.7");
-  store.note_told_address("unknown", "1.1.1.1");
-  EXPECT_EQ(*read_file(folder.path() / "bans"),
+  store.addBan({BanKind::user, "bob", "10.1.1.1", "", "alice", "a\tb\nc"});
+  store.noteToldAddress("BOB", "10.0.0.7");
+  store.noteToldAddress("unknown", "1.1.1.1");
+  EXPECT_EQ(*readFile(folder.path() / "bans"),
             "# mine\nnick\tx\t\t\tby hand\t\nuser\tbob\t10.1.1.1\t10.0.0.7\talice\ta b c\n");
-  store.set_moderator({"#ann", "a@example.org", "one"});
-  store.set_moderator({"bob", "b@example.org", "two"});
-  store.set_moderator({"#ANN", "c@example.org", "three"});
-  EXPECT_EQ(*read_file(folder.path() / "moderators"),
+  store.setModerator({"#ann", "a@example.org", "one"});
+  store.setModerator({"bob", "b@example.org", "two"});
+  store.setModerator({"#ANN", "c@example.org", "three"});
+  EXPECT_EQ(*readFile(folder.path() / "moderators"),
             "bob\tb@example.org\ttwo\n#ANN\tc@example.org\tthree\n");
   EXPECT_EQ(std::distance(std::filesystem::directory_iterator(folder.path()), {}), 2)
       << "nothing is left beside the files";
@@ -58,17 +58,17 @@ TEST(Store, ChangesKeepTheRestOfTheFile) {
 
 TEST(Store, WhatABanKeepsOut) {
   const std::vector<std::tuple<BanKind, std::string, std::string, bool>> cases = {
-      {BanKind::kUser, "BOB", "10.9.9.9", true},     {BanKind::kUser, "eve", "10.1.1.1", true},
-      {BanKind::kNick, "bob", "10.9.9.9", true},     {BanKind::kNick, "eve", "10.1.1.1", false},
-      {BanKind::kAddress, "bob", "10.9.9.9", false}, {BanKind::kAddress, "eve", "10.1.1.1", true},
-      {BanKind::kUser, "eve", "10.1.1.10", false},
+      {BanKind::user, "BOB", "10.9.9.9", true},     {BanKind::user, "eve", "10.1.1.1", true},
+      {BanKind::nick, "bob", "10.9.9.9", true},     {BanKind::nick, "eve", "10.1.1.1", false},
+      {BanKind::address, "bob", "10.9.9.9", false}, {BanKind::address, "eve", "10.1.1.1", true},
+      {BanKind::user, "eve", "10.1.1.10", false},
   };
   for (const auto& [kind, nick, address, out] : cases) {
     const Ban ban{kind, "bob", "10.1.1.1", "", "", ""};
-    EXPECT_EQ(ban.keeps_out(nick, address), out) << nick << ' ' << address;
+    EXPECT_EQ(ban.keepsOut(nick, address), out) << nick << ' ' << address;
   }
   for (const char* own : {"127.0.0.1", "127.1.2.3", "::1"}) {
-    EXPECT_FALSE((Ban{BanKind::kUser, "bob", own, "", "", ""}.keeps_out("eve", own))) << own;
+    EXPECT_FALSE((Ban{BanKind::user, "bob", own, "", "", ""}.keepsOut("eve", own))) << own;
   }
 }
 
@@ -94,26 +94,26 @@ TEST(Store, FaultsNameTheFileAndTheLine) {
     const auto start = [&] {
       const Server server(io, {.address = "127.0.0.1", .port = 0, .folder = folder.path()});
     };
-    EXPECT_TRUE(error_of(start).starts_with(fault)) << error_of(start);
-    EXPECT_EQ(*read_file(folder.path() / file), text) << "the file is left alone";
+    EXPECT_TRUE(errorOf(start).starts_with(fault)) << errorOf(start);
+    EXPECT_EQ(*readFile(folder.path() / file), text) << "the file is left alone";
     std::filesystem::remove(folder.path() / file);
   }
   std::ofstream(folder.path() / "plain") << "x";
-  EXPECT_NE(error_of([&] { Store(folder.path() / "plain").prepare(); }), "no error");
+  EXPECT_NE(errorOf([&] { Store(folder.path() / "plain").prepare(); }), "no error");
   std::filesystem::create_directory(folder.path() / "motd.new");
-  EXPECT_TRUE(error_of([&] {
-                replace_file(folder.path() / "motd", "x");
+  EXPECT_TRUE(errorOf([&] {
+                replaceFile(folder.path() / "motd", "x");
               }).ends_with("can't be written: Is a directory"));
 }
 
 TEST(Store, PasswordsAreKeptAsHashes) {
-  const std::string hash = hash_password("secret word");
+  const std::string hash = hashPassword("secret word");
   EXPECT_TRUE(hash.starts_with("$argon2id$"));
-  EXPECT_TRUE(is_password(hash, "secret word"));
-  EXPECT_FALSE(is_password(hash, "secret word "));
+  EXPECT_TRUE(isPassword(hash, "secret word"));
+  EXPECT_FALSE(isPassword(hash, "secret word "));
   for (const std::string& broken : {std::string(), std::string("secret word"),
                                     std::string(4096, '$'), hash.substr(0, hash.size() - 1)}) {
-    EXPECT_FALSE(is_password(broken, "secret word")) << broken;
+    EXPECT_FALSE(isPassword(broken, "secret word")) << broken;
   }
 }
 
@@ -129,10 +129,10 @@ TEST(Options, CommandLine) {
       {{"extra"}, "unknown option \"extra\""},
   };
   for (const auto& [arguments, fault] : wrong) {
-    EXPECT_EQ(error_of([&, &line = arguments] { parse_command_line(line); }), fault);
+    EXPECT_EQ(errorOf([&, &line = arguments] { parseCommandLine(line); }), fault);
   }
   const std::vector<const char*> right = {"--address", "::", "--folder", "d", "--port", "0"};
-  const CommandLine line = parse_command_line(right);
+  const CommandLine line = parseCommandLine(right);
   EXPECT_EQ(line.options.address, "::");
   EXPECT_EQ(line.options.folder, "d");
   EXPECT_EQ(line.options.port, 0);
