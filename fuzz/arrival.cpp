@@ -12,7 +12,7 @@
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
   static std::unique_ptr<kelvaron::FuzzDesktop> desktop;
   constexpr std::size_t kFullView = 1'000'000;
-  std::string_view input(reinterpret_cast<const char*>(data), size);
+  std::string_view input = kelvaron::asText(data, size);
   while (true) {
     const bool usable =
         desktop && !desktop->edge.ended() &&

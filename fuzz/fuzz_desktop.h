@@ -4,7 +4,6 @@
 #include <algorithm>
 #include <chrono>
 #include <cstddef>
-#include <cstdlib>
 #include <memory>
 #include <optional>
 #include <string>
@@ -14,14 +13,10 @@
 
 #include "chat/main_window.h"
 #include "client/kelvaron_client.h"
+#include "fuzz/require.h"
 #include "tests/support/quiet_ports.h"
 
 namespace kelvaron {
-
-/// Ends the fuzzer with a find.
-inline void require(bool holds) {
-  if (!holds) std::abort();
-}
 
 /// A connection whose other end is the fuzzer.
 class FuzzSocket : public Socket {

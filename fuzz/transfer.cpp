@@ -61,7 +61,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   static FuzzDesktop desktop;
   static auto& form = desktop.client->form<Frm_Client>();
   static FuzzSocket& socket = *desktop.newest;
-  std::string_view input(reinterpret_cast<const char*>(data), size);
+  std::string_view input = asText(data, size);
   while (true) {
     const std::size_t cut = input.find('\xFE');
     connect(desktop, form, socket, input.substr(0, cut));

@@ -6,7 +6,6 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
-#include <algorithm>
 #include <array>
 #include <cerrno>
 #include <system_error>
@@ -21,18 +20,6 @@ namespace {
 
 using std::chrono::milliseconds;
 using std::chrono::steady_clock;
-
-// What the program prints right before its echo goes out.
-constexpr std::string_view kHeading = "PING ";
-constexpr std::size_t kMostPrinted = 4096;
-
-// The reply is there: as most programs say it, and as small systems' ones do.
-bool repliedIn(std::string_view printed) {
-  constexpr std::array<std::string_view, 3> kWays = {" 1 received", " 1 packets received",
-                                                     " 1 packet received"};
-  return std::ranges::any_of(
-      kWays, [&](std::string_view way) { return printed.find(way) != std::string_view::npos; });
-}
 
 std::string hexadecimal(std::string_view data) {
   constexpr std::string_view kDigits = "0123456789abcdef";
@@ -62,13 +49,6 @@ std::optional<Terminal> openTerminal() {
     return std::nullopt;
   }
   return terminal;
-}
-
-std::string lastLine(std::string_view printed) {
-  const std::size_t end = printed.find_last_not_of("\r\n");
-  if (end == std::string_view::npos) return {};
-  const std::string_view text = printed.substr(0, end + 1);
-  return fromUtf8(text.substr(text.find_last_of("\r\n") + 1));
 }
 
 }  // namespace
@@ -117,15 +97,15 @@ void ProgramEcho::read() {
   std::array<char, 512> bytes{};
   const ssize_t count = ::read(output_.get(), bytes.data(), bytes.size());
   if (count < 0 && (errno == EAGAIN || errno == EINTR)) return;
-  if (count <= 0 || printed_.size() > kMostPrinted) {
+  if (count <= 0 || printed_.tooLong()) {
     // The program has ended: without a heading it could not even begin.
     if (sent_) return finish({});
-    return finish({EchoOutcome::Kind::refused, 0, lastLine(printed_)});
+    return finish({EchoOutcome::Kind::refused, 0, printed_.lastLine()});
   }
-  printed_.append(bytes.data(), static_cast<std::size_t>(count));
+  printed_.append({bytes.data(), static_cast<std::size_t>(count)});
   const auto now = steady_clock::now();
-  if (!sent_ && printed_.find(kHeading) != std::string::npos) sent_ = now;
-  if (!sent_ || !repliedIn(printed_)) return;
+  if (!sent_ && printed_.sent()) sent_ = now;
+  if (!sent_ || !printed_.replied()) return;
   const auto time = std::chrono::duration_cast<milliseconds>(now - *sent_);
   finish({EchoOutcome::Kind::replied, static_cast<std::uint32_t>(time.count()), {}});
 }

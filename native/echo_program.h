@@ -10,6 +10,7 @@
 #include <string_view>
 
 #include "native/file_descriptor.h"
+#include "native/ping_output.h"
 #include "platform/echo.h"
 #include "platform/event_loop.h"
 
@@ -35,7 +36,7 @@ class ProgramEcho final : public Echo {
   EchoPort::Done done_;
   pid_t process_ = 0;
   FileDescriptor output_;
-  std::string printed_;
+  PingOutput printed_;
   std::optional<std::chrono::steady_clock::time_point> sent_;
   std::unique_ptr<LoopWatch> watch_;
   std::unique_ptr<LoopWatch> timer_;

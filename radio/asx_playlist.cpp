@@ -84,7 +84,8 @@ std::optional<WebAddress> parseWebAddress(std::string_view address) {
   WebAddress parsed;
   parsed.target = address.substr(end);
   if (!parsed.target.starts_with('/')) parsed.target.insert(0, 1, '/');
-  host.remove_prefix(host.find('@') == std::string_view::npos ? 0 : host.find('@') + 1);
+  // A name and a password in front, which may hold the sign too.
+  host.remove_prefix(host.rfind('@') + 1);
   // A numeric address of six groups has colons of its own, in brackets.
   const std::size_t bracket = host.find(']');
   const std::size_t colon = host.find(':', bracket == std::string_view::npos ? 0 : bracket);

@@ -106,6 +106,25 @@ void Client::tellTrouble(const std::string& text) {
   }
 }
 
+/// Handles what was read, and puts back what takes too long. Whether all was handled.
+bool Client::handled(const std::string& received) {
+  // What was put back stands in front of what has come since, and is a read of its own still.
+  const Left before = std::exchange(left_, {});
+  const std::size_t old = before.connection == connectionsMade ? before.bytes : 0;
+  const std::string_view all = received;
+  std::size_t done = 0;
+  const auto handle = [&](std::size_t end, const FaultRule& rule) {
+    const ArrivalRest rest = handleArrival(*this, all.substr(done, end - done), inbound_, rule);
+    done = end - rest.lines.size();
+    if (rest.lines.empty()) return true;
+    left_ = {rest.lines.size(), connectionsMade, rest.rule};
+    sckClient_->PutBack(all.substr(done));
+    return false;
+  };
+  if (old > 0 && !handle(old, before.rule)) return false;
+  return arrivalDropped_ || handle(all.size(), FaultRule::stop());
+}
+
 void Client::arrival() {
   if (std::exchange(handlingArrival_, true)) {
     arrivalWaits_ = true;
@@ -119,12 +138,7 @@ void Client::arrival() {
 
   do {
     arrivalWaits_ = false;
-    const std::string received = sckClient_->GetData();
-    const std::string_view left = handleArrival(*this, received, inbound_);
-    if (!left.empty()) {
-      sckClient_->PutBack(left);
-      return;
-    }
+    if (!handled(sckClient_->GetData())) return;
   } while (arrivalWaits_ && !arrivalDropped_);
   ++arrivalsHandled_;
   // A handler may have closed the connection from this side, which makes the other side's close

@@ -98,6 +98,7 @@ class Client {
  private:
   BoxAnswer show(BoxRequest box);
   void arrival();
+  bool handled(const std::string& received);
   void tellTrouble(const std::string& text);
 
   std::span<const InboundRow> inbound_;
@@ -110,6 +111,13 @@ class Client {
   bool arrivalWaits_ = false;
   bool closeWaits_ = false;
   bool arrivalDropped_ = false;
+  // What the last turn put back: the first bytes of the next read of the same connection.
+  struct Left {
+    std::size_t bytes = 0;
+    std::uint64_t connection = 0;
+    FaultRule rule = FaultRule::stop();
+  };
+  Left left_;
   std::uint64_t arrivalsHandled_ = 0;
   // Boxes in a row that lines caused, and when the last of them was closed.
   int boxesInARow_ = 0;

@@ -35,11 +35,10 @@ bool mayTellMissingProfile(Client& client) {
 
 }  // namespace
 
-std::string_view handleArrival(Client& client, std::string_view received,
-                               std::span<const InboundRow> table) {
+ArrivalRest handleArrival(Client& client, std::string_view received,
+                          std::span<const InboundRow> table, FaultRule rule) {
   const auto until = client.now() + kLongestTurn;
   bool late = false;
-  FaultRule rule = FaultRule::stop();
   const std::optional<Fault> fault = FaultRule::stop().handle([&] {
     for (std::size_t end = 0; (end = received.find(kLineEnd)) != std::string_view::npos;) {
       const std::string_view line = received.substr(0, end);
@@ -54,7 +53,7 @@ std::string_view handleArrival(Client& client, std::string_view received,
         "Someone is trying to view your profile But you havent made one. Please create it to avoid "
         "seeing this message");
   }
-  return late ? received : std::string_view();
+  return {late ? received : std::string_view(), rule};
 }
 
 }  // namespace kelvaron

@@ -33,11 +33,19 @@ struct InboundRow {
   InboundHandler handler;
 };
 
+/// What a turn leaves of an arrival when its lines have taken so long that the user would notice.
+struct ArrivalRest {
+  /// A part of what arrived, from the beginning of a line on; empty when all was handled.
+  std::string_view lines;
+  /// The fault rule that these lines are under.
+  FaultRule rule;
+};
+
 /// Handles all that arrived in one read: cuts it at every CR LF, drops what stands behind the last
 /// one, and runs each line's handler. A fault ends the rest of the read, quietly but for a missing
-/// file, unless a handler has set the rule that goes on. Returns what is left when it has taken so
-/// long that the user would notice: whole lines, to be handled in a later turn.
-std::string_view handleArrival(Client& client, std::string_view received,
-                               std::span<const InboundRow> table);
+/// file, unless a handler has set the rule that goes on. `rule` is the one to begin with: of a new
+/// read `stop`, of a rest what came with it.
+ArrivalRest handleArrival(Client& client, std::string_view received,
+                          std::span<const InboundRow> table, FaultRule rule = FaultRule::stop());
 
 }  // namespace kelvaron

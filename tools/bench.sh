@@ -3,17 +3,18 @@
 set -u
 cd "$(dirname "$0")/.." || exit 1
 bin=build/release/bin
+bench=build/release/bench
 session=$(mktemp -d)
 trap 'rm -rf "$session"' EXIT
 export XDG_RUNTIME_DIR="$session" QT_QPA_PLATFORM=xcb
 echo "== the room, from the socket to the screen"
-"$bin/room_bench" || exit 1
+"$bench/room_bench" || exit 1
 echo "== the chat view alone"
-"$bin/chat_view_bench" || exit 1
+"$bench/chat_view_bench" || exit 1
 echo "== start"
-/usr/bin/python3 bench/start_bench.py "$bin/bare_window" || exit 1
+/usr/bin/python3 bench/start_bench.py "$bench/bare_window" || exit 1
 /usr/bin/python3 bench/start_bench.py "$bin/kelvaron" || exit 1
 echo "== sending and receiving files"
-"$bin/transfer_bench" || exit 1
+"$bench/transfer_bench" || exit 1
 echo "== the server"
-"$bin/kelvaron_server_load"
+"$bench/kelvaron_server_load"

@@ -16,6 +16,6 @@ start_display 2400x1600 || exit 1
 folder=${1:-build/shots}
 for percent in 100 150 200; do
   QT_QPA_PLATFORM=xcb QT_SCALE_FACTOR=$(printf '%d.%02d' $((percent / 100)) $((percent % 100))) \
-    build/release/bin/kelvaron_shots "$folder/$percent" || exit 1
+    build/release/tests/kelvaron_shots "$folder/$percent" || exit 1
 done
 echo "The pictures are in $folder."

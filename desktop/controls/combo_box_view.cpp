@@ -60,7 +60,7 @@ void ComboBoxView::refresh() {
 }
 
 void ComboBoxView::showText() {
-  const QString shown = shownText(withoutLineEnds(beginningOf(box().Text.get(), kMostShown)));
+  const QString shown = shownText(withoutLineEnds(box().Text.get()));
   QLineEdit& edit = *combo_.lineEdit();
   if (edit.text() == shown) return;
   const bool sameLength = edit.text().size() == shown.size();

@@ -172,6 +172,23 @@ TEST_F(Dispatch, SlowLinesAreHandledInSeveralTurns) {
   EXPECT_THAT(order, ElementsAre("1", "2", "key", "3"));
 }
 
+// What came in the same read is under the same rule, in whichever turn it is handled; what has come
+// since begins with its own.
+TEST_F(Dispatch, RuleInForceOutlastsASlowTurn) {
+  std::chrono::milliseconds passed{0};
+  desktop.client->now = [&] { return std::chrono::steady_clock::time_point(passed); };
+  desktop.whileBoxIsOpen = [&](const Box& box) {
+    passed += std::chrono::milliseconds(30);
+    if (box.text == "slow") server.say("Users\r\nUsers\tcy\r\nMSGBOX\tunreached\r\n");
+  };
+  server.say("Userscl\r\nMessage\tann: \thi\r\nMSGBOX\tslow\r\nUsers\r\nUsers\tann\r\n");
+  ASSERT_TRUE(desktop.until([&] { return users().size() == 1; }));
+  server.say("Users\tdan\r\n");
+  ASSERT_TRUE(desktop.until([&] { return users().size() == 2; }));
+  EXPECT_THAT(users(), ElementsAre("ann", "dan"));
+  EXPECT_EQ(desktop.boxes.size(), 1U);
+}
+
 TEST_F(Dispatch, TenThousandUsersInOneBurstLoseNone) {
   std::string burst = "Userscl\r\n";
   for (int i = 0; i < 10'000; ++i) burst += "Users\tuser" + std::to_string(i) + "\r\n";
