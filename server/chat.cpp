@@ -17,18 +17,20 @@ void logIn(Lobby& lobby, Client& client, const Fields& fields) {
   const std::string& address = client.connection->address();
   const std::string_view refusal = lobby.loginRefusal(fields[1], address);
   if (!refusal.empty()) {
-    lobby.log(address + " is refused as " + std::string(fields[1]) + ": " + std::string(refusal));
+    lobby.logRefusal(client,
+                     address + " is refused as " + forLog(fields[1]) + ": " + std::string(refusal));
     lobby.dismiss(client, makeLine({refusal}));
     return;
   }
   client.nick = fields[1];
   if (fields.size() > 2) client.toldAddress = fields[2];
-  lobby.log(client.nick + " (" + address + ") has entered");
+  lobby.log(forLog(client.nick) + " (" + address + ") has entered");
   lobby.enter(client);
 }
 
 void messageOfTheDay(Lobby& lobby, Client& client, const Fields& /*fields*/) {
-  if (!lobby.motd().empty()) client.send(makeLine({"MOTD", lobby.motd()}));
+  const std::string& text = lobby.records().motd();
+  if (!text.empty()) client.send(makeLine({"MOTD", text}));
 }
 
 // Nobody speaks in another's name: the line's own name field is not used.
@@ -41,7 +43,7 @@ void act(Lobby& lobby, Client& client, const Fields& fields) {
   if (text != client.nick && !text.starts_with(client.nick + " ")) {
     text.insert(0, client.nick + " ");
   }
-  lobby.room().sendToAll(statusLine(Colour::kAction, text));
+  lobby.room().sendToAll(actionLine(text));
 }
 
 void playSound(Lobby& lobby, Client& /*client*/, const Fields& fields) {

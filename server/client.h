@@ -3,10 +3,12 @@
 
 #include <cstdint>
 #include <memory>
+#include <optional>
 #include <string>
 #include <string_view>
 
 #include "server/connection.h"
+#include "server/source.h"
 
 namespace kelvaron::server {
 
@@ -15,8 +17,8 @@ namespace kelvaron::server {
 enum class Phase { greeting, member, leaving };
 
 struct Client {
-  explicit Client(std::shared_ptr<Connection> itsConnection)
-      : connection(std::move(itsConnection)) {}
+  Client(std::shared_ptr<Connection> itsConnection, std::shared_ptr<Source> itsSource)
+      : connection(std::move(itsConnection)), source(std::move(itsSource)) {}
 
   /// Puts lines in the client's queue, each with its line end.
   void send(std::string lines) const {
@@ -29,8 +31,12 @@ struct Client {
   }
 
   std::shared_ptr<Connection> connection;
+  std::shared_ptr<Source> source;
+  Allowance allowance;
   Phase phase = Phase::greeting;
   Clock::time_point phaseEnds{};  // for the two phases that do not last
+  bool loginWaits = false;        // a nickname is told, and its turn hasn't come
+  std::optional<Clock::time_point> waitsForOldUntil;
 
   std::string nick;
   std::string toldAddress;  // what the client says its address is
@@ -39,7 +45,8 @@ struct Client {
   bool away = false;
 
   bool moderator = false;
-  bool banned = false;  // just now, and has not told its address yet
+  std::optional<Clock::time_point> proofEnds;  // by then a moderator's nickname needs its proof
+  bool banned = false;                         // just now, and has not told its address yet
   bool proofRunning = false;
   long proofsFailed = 0;
 };

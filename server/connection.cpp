@@ -2,7 +2,10 @@
 // is ready, so a connection that is idle costs no buffer.
 #include "server/connection.h"
 
+#include <linux/sockios.h>
 #include <netinet/tcp.h>
+#include <poll.h>
+#include <sys/ioctl.h>
 
 #include <algorithm>
 #include <array>
@@ -17,6 +20,8 @@ namespace {
 
 constexpr std::string_view kLineEnd = "\r\n";
 constexpr std::size_t kReadSize = 16'384;
+// What an entry of the queue takes besides its bytes: a place in the queue, and the counted text.
+constexpr std::size_t kEntryCost = 96;
 constexpr std::size_t kBuffersPerWrite = 64;  // what the system takes in one call of Asio's
 // Room for the list of some thousand users, so that a list goes to the socket in one piece.
 constexpr int kSendBuffer = 262'144;
@@ -62,9 +67,7 @@ Connection::Connection(asio::ip::tcp::socket socket, std::uint64_t id, const Set
       settings_(settings),
       owner_(&owner),
       address_(addressOf(socket_)),
-      tokens_(static_cast<double>(settings.burstLines)),
-      tokensAt_(Clock::now()),
-      progressAt_(tokensAt_) {}
+      progressAt_(Clock::now()) {}
 
 void Connection::start() {
   tune(socket_);
@@ -111,40 +114,26 @@ void Connection::handleLines() {
       searched_ = input_.empty() ? 0 : input_.size() - 1;
       break;
     }
-    if (!takeTokens(end - start)) {
+    line.assign(input_, start, end - start);
+    cleanLine(line);
+    if (const Clock::duration wait = owner_->waitFor(*this, line); wait > Clock::duration::zero()) {
       input_.erase(0, start);
       searched_ = 0;
-      return pauseForTokens();
+      return pause(wait);
     }
-    line.assign(input_, start, end - start);
     start = end + kLineEnd.size();
-    cleanLine(line);
     if (!line.empty()) owner_->onLine(*this, line);
   }
   if (!closed_) awaitBytes();
 }
 
-// A bucket of `burstLines` that fills at `linesPerSecond`. It may be overdrawn by one line, so
-// that a line dearer than the whole bucket still passes.
-bool Connection::takeTokens(std::size_t lineSize) {
-  const Clock::time_point now = Clock::now();
-  const std::chrono::duration<double> elapsed = now - tokensAt_;
-  tokensAt_ = now;
-  tokens_ = std::min(tokens_ + elapsed.count() * static_cast<double>(settings_.linesPerSecond),
-                     static_cast<double>(settings_.burstLines));
-  if (tokens_ < 1.0) return false;
-  const std::size_t price = 1 + lineSize / 1024;
-  tokens_ -= static_cast<double>(price);
-  return true;
-}
-
 // Nothing is read meanwhile: the rest waits in the client's own system.
-void Connection::pauseForTokens() {
-  const std::chrono::duration<double> needed((1.0 - tokens_) /
-                                             static_cast<double>(settings_.linesPerSecond));
-  pause_.expires_after(std::chrono::ceil<std::chrono::milliseconds>(needed));
+void Connection::pause(Clock::duration time) {
+  pausing_ = true;
+  pause_.expires_after(time);
   pause_.async_wait([self = shared_from_this()](std::error_code error) {
     if (self->closed_ || error) return;
+    self->pausing_ = false;
     self->handleLines();
   });
 }
@@ -168,7 +157,7 @@ void Connection::send(SharedLines lines, Kind kind) {
     }
     ++listsWaiting_;
   } else {
-    queued_ += lines->size();
+    queued_ += lines->size() + kEntryCost;
   }
   queue_.push_back({std::move(lines), kind});
   if (queued_ > static_cast<std::size_t>(settings_.queueLimit)) {
@@ -192,10 +181,16 @@ void Connection::flush() {
     const std::size_t written = socket_.write_some(std::span(buffers.data(), count), error);
     if (error && error != asio::error::would_block) return close(error.message());
     progressAt_ = Clock::now();
+    owner_->onWritten(written);
     consume(written);
     blocked_ = error == asio::error::would_block;
   }
-  if (closed_ || !blocked_) return;
+  if (closed_) return;
+  if (finishing_ && queue_.empty()) {
+    std::error_code ignored;
+    socket_.shutdown(asio::ip::tcp::socket::shutdown_send, ignored);
+  }
+  if (!blocked_) return;
   socket_.async_wait(asio::ip::tcp::socket::wait_write,
                      [self = shared_from_this()](std::error_code error) {
                        if (self->closed_) return;
@@ -213,7 +208,7 @@ void Connection::consume(std::size_t written) {
     if (front.kind == Kind::userList) {
       --listsWaiting_;
     } else {
-      queued_ -= front.lines->size();
+      queued_ -= front.lines->size() + kEntryCost;
     }
     queue_.pop_front();
   }
@@ -234,6 +229,25 @@ void Connection::close(std::string why) {
   asio::post(socket_.get_executor(), [self = shared_from_this(), why = std::move(why)] {
     if (self->owner_ != nullptr) self->owner_->onClosed(*self, why);
   });
+}
+
+void Connection::finish() {
+  if (closed_) return;
+  finishing_ = true;
+  if (!dropping_) dropInput();
+  flush();
+}
+
+bool Connection::isAllTaken() {
+  int unsent = 0;
+  return closed_ || (queue_.empty() && ::ioctl(socket_.native_handle(), SIOCOUTQ, &unsent) == 0 &&
+                     unsent == 0);
+}
+
+bool Connection::peerHasClosed() {
+  if (closed_) return true;
+  pollfd look{socket_.native_handle(), POLLRDHUP, 0};
+  return ::poll(&look, 1, 0) == 1 && (look.revents & (POLLRDHUP | POLLHUP | POLLERR)) != 0;
 }
 
 void Connection::detach() {

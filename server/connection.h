@@ -12,10 +12,10 @@
 #include <string_view>
 
 #include "server/settings.h"
+#include "server/source.h"
 
 namespace kelvaron::server {
 
-using Clock = std::chrono::steady_clock;
 /// Whole lines with their line ends, shared by the queues of all connections that get them.
 using SharedLines = std::shared_ptr<const std::string>;
 
@@ -25,6 +25,8 @@ class Connection;
 class ConnectionOwner {
  public:
   virtual ~ConnectionOwner() = default;
+  /// How long a line has to wait before it may be handled; zero when it is now, and is paid for.
+  virtual Clock::duration waitFor(Connection& connection, std::string_view line) = 0;
   /// A line without its line end, control characters other than TAB already blanked; never empty.
   virtual void onLine(Connection& connection, std::string_view line) = 0;
   /// A line is longer than the limit. From now on the connection drops what it reads.
@@ -33,6 +35,8 @@ class ConnectionOwner {
   virtual void onClosed(Connection& connection, std::string_view why) = 0;
   /// There is something to send: the owner calls `flush` soon.
   virtual void onUnsent(std::shared_ptr<Connection> connection) = 0;
+  /// The system has taken so many bytes for the client.
+  virtual void onWritten(std::size_t bytes) = 0;
 };
 
 class Connection : public std::enable_shared_from_this<Connection> {
@@ -52,11 +56,21 @@ class Connection : public std::enable_shared_from_this<Connection> {
   void flush();
 
   void close(std::string why);
+  /// Closes once the client has taken all that waits for it; nothing of what it sends counts any
+  /// more. Who takes nothing stays for the owner to close.
+  void finish();
   /// Closes without telling the owner.
   void detach();
 
   /// Whether the client has taken nothing of what waits for the settings' time.
   bool isStalled(Clock::time_point now) const;
+  /// Whether nothing waits here, and the client's machine has all that was sent.
+  bool isAllTaken();
+  bool isClosed() const { return closed_; }
+  /// Whether the client has ended its side, perhaps behind lines that are still unread here.
+  bool peerHasClosed();
+  /// Whether lines wait here for their turn.
+  bool isBehind() const { return pausing_; }
   std::uint64_t id() const { return id_; }
   /// The client's address as the server sees it; an IPv4 address in IPv6 form in its own form.
   const std::string& address() const { return address_; }
@@ -70,8 +84,7 @@ class Connection : public std::enable_shared_from_this<Connection> {
   void awaitBytes();
   void read();
   void handleLines();
-  bool takeTokens(std::size_t lineSize);
-  void pauseForTokens();
+  void pause(Clock::duration time);
   void dropInput();
   void consume(std::size_t written);
 
@@ -84,18 +97,18 @@ class Connection : public std::enable_shared_from_this<Connection> {
 
   std::string input_;         // from the start of the first unfinished line
   std::size_t searched_ = 0;  // no line end begins before this place in input_
-  double tokens_;
-  Clock::time_point tokensAt_;
+  bool pausing_ = false;      // the first line in input_ waits for its turn
   bool dropping_ = false;
 
   std::deque<Waiting> queue_;
   std::size_t frontSent_ = 0;  // bytes of the queue's front that the socket has
-  std::size_t queued_ = 0;     // bytes in the queue, user lists left out
+  std::size_t queued_ = 0;     // what the queue costs in bytes, user lists left out
   std::size_t listsWaiting_ = 0;
   bool flushAsked_ = false;
   bool blocked_ = false;  // the socket takes no more for now
   Clock::time_point progressAt_;
   bool closed_ = false;
+  bool finishing_ = false;
 };
 
 }  // namespace kelvaron::server

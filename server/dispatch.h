@@ -13,4 +13,10 @@ class Lobby;
 /// few fields and a line at the wrong time are passed over.
 void dispatch(Lobby& lobby, Client& client, std::string_view line);
 
+/// Whether the line is the one that tells a nickname.
+bool isLogin(std::string_view line);
+/// What a line costs of its sender's allowance: more for a long one, and for one that changes the
+/// list that everybody gets.
+double priceOf(std::string_view line);
+
 }  // namespace kelvaron::server

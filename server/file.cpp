@@ -2,6 +2,8 @@
 #include "server/file.h"
 
 #include <fcntl.h>
+#include <sys/file.h>
+#include <sys/stat.h>
 #include <unistd.h>
 
 #include <array>
@@ -78,6 +80,26 @@ void replaceFile(const std::filesystem::path& path, std::string_view bytes) {
   }
   const Descriptor folder(path.parent_path(), O_RDONLY | O_DIRECTORY);
   if (folder.is_open() && ::fsync(folder.number()) != 0) fail(path, "can't be brought to the disk");
+}
+
+FolderLock::FolderLock(const std::filesystem::path& folder)
+    : number_(::open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC)) {
+  if (number_ < 0) fail(folder, "can't be opened");
+  while (::flock(number_, LOCK_EX) != 0) {
+    if (errno == EINTR) continue;
+    ::close(number_);
+    fail(folder, "can't be locked");
+  }
+}
+
+FolderLock::~FolderLock() { ::close(number_); }
+
+FileStamp fileStamp(const std::filesystem::path& path) {
+  struct stat status {};
+  if (::stat(path.c_str(), &status) != 0) return {};
+  constexpr std::int64_t kNanoseconds = 1'000'000'000;
+  return {static_cast<std::int64_t>(status.st_ino),
+          status.st_mtim.tv_sec * kNanoseconds + status.st_mtim.tv_nsec};
 }
 
 }  // namespace kelvaron::server

@@ -1,6 +1,7 @@
 // Reading a whole file, and replacing one so that a crash leaves the old or the new, never half.
 #pragma once
 
+#include <cstdint>
 #include <filesystem>
 #include <optional>
 #include <string>
@@ -14,5 +15,25 @@ std::optional<std::string> readFile(const std::filesystem::path& path);
 /// Writes beside `path`, brings the bytes to the disk and renames. The file is readable for its
 /// owner alone. Throws `StoreError` and leaves the old file when any step fails.
 void replaceFile(const std::filesystem::path& path, std::string_view bytes);
+
+/// Holds off other programs that want to change the same folder, as long as it lives; waits until
+/// they have finished. Throws `StoreError` for a folder that isn't there or can't be locked.
+class FolderLock {
+ public:
+  explicit FolderLock(const std::filesystem::path& folder);
+  ~FolderLock();
+  FolderLock(const FolderLock&) = delete;
+  FolderLock& operator=(const FolderLock&) = delete;
+
+ private:
+  int number_;
+};
+
+/// A file's number on its disk and when it changed, in nanoseconds; zeros when there is none.
+struct FileStamp {
+  std::int64_t number = 0;
+  std::int64_t changed = 0;
+};
+FileStamp fileStamp(const std::filesystem::path& path);
 
 }  // namespace kelvaron::server

@@ -30,6 +30,7 @@ struct Passing {
   std::size_t last;          // ... to this one; none when it is less
   std::size_t sender;        // the field that names the sender, 0 for none
   bool asked;                // a user waits for it, so a receiver who is not there is told
+  bool plain = false;        // without the mark: a host looks the guest up in its list
 };
 
 void pass(Lobby& lobby, Client& client, const Fields& fields, const Passing& passing);

@@ -39,10 +39,14 @@ Fields split(std::string_view line) {
 std::string makeLine(std::initializer_list<std::string_view> fields) { return join(fields); }
 std::string makeLine(const Fields& fields) { return join(fields); }
 
-std::string statusLine(Colour colour, std::string_view text) {
+std::string actionLine(std::string_view text) {
   std::string shown = cleaned(text);
   if (shown == kGrantText) shown.insert(0, "* ");
-  return coloured(colour, shown);
+  return coloured(Colour::kAction, shown);
+}
+
+std::string statusLine(Colour colour, std::string_view text) {
+  return coloured(colour, std::string(kServerMark) + std::string(text));
 }
 
 std::string grantLine() { return coloured(Colour::kGrant, kGrantText); }

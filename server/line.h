@@ -31,8 +31,14 @@ enum class Colour : std::uint32_t {
   kGrant = 0x80FF80,    // light green: moderator rights
 };
 
-/// A line in the chat view in its own colour. A text that would read as the grant of moderator
-/// rights gets a "* " before it: only `grantLine` grants.
+/// What stands before each text of the server's in the room; no user's line can begin so, as no
+/// nickname holds a bracket.
+inline constexpr std::string_view kServerMark = "[Server] ";
+
+/// A sentence about a user in the chat view, which begins with the nickname. A text that would read
+/// as the grant of moderator rights gets a "* " before it: only `grantLine` grants.
+std::string actionLine(std::string_view text);
+/// A text of the server's in the chat view in its own colour, with its mark.
 std::string statusLine(Colour colour, std::string_view text);
 /// The line on which a client marks its user as a moderator; it compares the text letter for
 /// letter.

@@ -12,25 +12,26 @@
 namespace kelvaron::server {
 namespace {
 
-constexpr std::chrono::minutes kProofsRemembered(10);
-// Each job waiting for a hash holds a client; a queue longer than this takes longer than people
-// wait.
-constexpr std::size_t kProofsWaiting = 16;
+// How long a login waits for its user's old connection to end, and how often it looks.
+constexpr std::chrono::seconds kOldConnection(2);
+constexpr std::chrono::milliseconds kLookAgain(20);
+// What is to be sent is gathered for so many times as long as sending took the last time, so that a
+// busy room costs fewer, larger writes; a quiet one has nothing to wait for.
+constexpr int kGatherTimes = 3;
+constexpr std::chrono::milliseconds kLongestGather(30);
+constexpr std::chrono::seconds kBetweenRefusals(1);
 
 }  // namespace
 
 Lobby::Lobby(asio::io_context& io, Store store, const Settings& settings, Log log)
     : io_(io),
-      store_(std::move(store)),
       settings_(settings),
       log_(std::move(log)),
-      reserved_(store_.reserved()),
-      bans_(store_.bans()),
-      motd_(store_.motd()),
-      room_(io, settings_),
-      worker_(io) {
-  (void)store_.moderators();  // read at each use; a fault in the file is better told at the start
-}
+      gatherTimer_(io),
+      sources_(settings_),
+      room_(io, settings_, statistics_),
+      records_(io, std::move(store), log_),
+      proofs_(io, settings_) {}
 
 Lobby::~Lobby() {
   for (const auto& [id, client] : clients_) client->connection->detach();
@@ -39,61 +40,98 @@ Lobby::~Lobby() {
 void Lobby::adopt(asio::ip::tcp::socket socket) {
   auto connection = std::make_shared<Connection>(std::move(socket), ++lastId_, settings_, *this);
   const std::string& address = connection->address();
-  const bool full = clients_.size() >= static_cast<std::size_t>(settings_.connections);
-  const bool tooMany =
-      !isLoopback(address) && connectionsFrom_[address] >= settings_.connectionsPerAddress;
-  ++connectionsFrom_[address];
-  Client& client =
-      *clients_.emplace(connection->id(), std::make_unique<Client>(connection)).first->second;
+  const std::shared_ptr<Source> source = sources_.of(address);
+  const bool tooMany = !source->local && source->connections >= settings_.connectionsPerAddress;
+  const bool full = !tooMany &&
+                    clients_.size() >= static_cast<std::size_t>(settings_.connections) &&
+                    !makePlace();
+  ++source->connections;
+  Client& client = *clients_.emplace(connection->id(), std::make_unique<Client>(connection, source))
+                        .first->second;
   client.phaseEnds = Clock::now() + std::chrono::milliseconds(settings_.loginTimeoutMs);
+  newcomers_.push_back(connection->id());
   connection->start();
   if (!full && !tooMany) return;
-  log(address + " is refused: " + (full ? "the server is full" : "too many connections"));
+  logRefusal(client,
+             address + " is refused: " + (full ? "the server is full" : "too many connections"));
   refuse(client, full ? "The server is full. Try again later."
                       : "There are too many connections from your address.");
   connection->flush();
   connection->close("refused");
 }
 
-void Lobby::sweep(Clock::time_point now) {
-  for (const auto& [id, client] : clients_) {
-    if (client->phase != Phase::member && now >= client->phaseEnds) {
-      client->connection->close(client->phase == Phase::greeting ? "told no nickname"
-                                                                 : "asked to leave");
-    } else if (client->connection->isStalled(now)) {
-      client->connection->close("takes nothing of what is sent");
-    }
+// Those who have told a nickname meanwhile, or are gone, are dropped from the queue on the way.
+bool Lobby::makePlace() {
+  while (!newcomers_.empty()) {
+    const auto oldest = clients_.find(newcomers_.front());
+    newcomers_.pop_front();
+    if (oldest == clients_.end() || oldest->second->phase != Phase::greeting) continue;
+    if (oldest->second->connection->isClosed()) continue;
+    oldest->second->connection->close("gave way to a new one");
+    return true;
   }
+  return false;
+}
+
+void Lobby::sweep(Clock::time_point now) {
+  while (!newcomers_.empty()) {
+    const auto oldest = clients_.find(newcomers_.front());
+    if (oldest != clients_.end() && oldest->second->phase == Phase::greeting) break;
+    newcomers_.pop_front();
+  }
+  for (Client* client : clients()) overstayed(*client, now);
   const auto expired = [&](const AddressQuestion& question) { return now >= question.ends; };
   for (const AddressQuestion& question : questions_) {
     if (expired(question)) answer(question, "");
   }
   std::erase_if(questions_, expired);
-  std::erase_if(failedProofs_, [&](const auto& each) { return now >= each.second.forgottenAt; });
+  sources_.sweep(now);
+  proofs_.sweep(now);
+  records_.sweep(now);
 }
 
-// By the worker, so that a ban that is just being stored is among what is read.
-void Lobby::reload() {
-  struct Files {
-    std::vector<std::string> reserved;
-    std::vector<Ban> bans;
-    std::string motd;
-  };
-  const auto job = [store = store_] { return Files{store.reserved(), store.bans(), store.motd()}; };
-  worker_.run(job, [this](std::optional<Files> files, const std::string& error) {
-    if (!files) return log("not read anew: " + error);
-    reserved_ = std::move(files->reserved);
-    bans_ = std::move(files->bans);
-    motd_ = std::move(files->motd);
-    log("reserved nicknames, bans and the message of the day are read anew");
-  });
+void Lobby::overstayed(Client& client, Clock::time_point now) {
+  Connection& connection = *client.connection;
+  if (connection.isStalled(now)) return connection.close("takes nothing of what is sent");
+  if (client.phase == Phase::member) {
+    if (client.moderator || !client.proofEnds || now < *client.proofEnds) return;
+    log(forLog(client.nick) + " (" + connection.address() +
+        ") is dropped: a moderator's nickname, and no password");
+    dismiss(client,
+            statusLine(Colour::kRefusal, "The password for this nickname did not come in time."));
+    room_.announce(client.nick + " has left Kelvaron");
+    return;
+  }
+  if (now < client.phaseEnds) return;
+  if (client.phase == Phase::leaving) return connection.close("asked to leave");
+  if (!client.loginWaits) return connection.close("told no nickname");
+  logRefusal(client, connection.address() + " is refused: too many logins");
+  dismiss(client, statusLine(Colour::kRefusal,
+                             "There are too many logins from your address. Try again later."));
+}
+
+void Lobby::farewell() {
+  room_.sendToAll(statusLine(Colour::kServer, "The server ends now. Try to connect again later."));
+  for (const auto& [id, client] : clients_) client->connection->finish();
+}
+
+bool Lobby::closeRead() {
+  for (Client* client : clients()) {
+    if (client->connection->isAllTaken()) client->connection->close("the server ends");
+  }
+  return clients_.empty();
 }
 
 void Lobby::closeAll() {
+  gatherTimer_.cancel();
   for (const auto& [id, client] : clients_) {
     client->connection->flush();
     client->connection->close("the server ends");
   }
+}
+
+void Lobby::logStatistics(bool onlyTraffic) {
+  if (const auto line = statistics_.next(clients_.size(), onlyTraffic)) log(*line);
 }
 
 Client* Lobby::member(std::uint64_t id) const {
@@ -102,11 +140,16 @@ Client* Lobby::member(std::uint64_t id) const {
   return found->second.get();
 }
 
+std::vector<Client*> Lobby::clients() const {
+  std::vector<Client*> all;
+  all.reserve(clients_.size());
+  for (const auto& [id, client] : clients_) all.push_back(client.get());
+  return all;
+}
+
 std::string_view Lobby::loginRefusal(std::string_view nick, std::string_view address) const {
-  const auto isNick = [&](const std::string& other) { return fold(other) == fold(nick); };
-  if (!isValidNick(nick) || std::any_of(reserved_.begin(), reserved_.end(), isNick)) return "BAD";
-  const auto keepsOut = [&](const Ban& ban) { return ban.keepsOut(nick, address); };
-  if (std::any_of(bans_.begin(), bans_.end(), keepsOut)) return "banned";
+  if (!isValidNick(nick) || records_.isReserved(nick)) return "BAD";
+  if (records_.isBanned(nick, address)) return "banned";
   if (room_.find(nick) != nullptr) return "DOUBLE";
   return {};
 }
@@ -115,6 +158,12 @@ void Lobby::enter(Client& client) {
   client.phase = Phase::member;
   room_.join(client);
   room_.announce(client.nick + " has entered Kelvaron");
+  if (settings_.moderatorProofMs == 0 || records_.moderator(client.nick) == nullptr) return;
+  const std::chrono::milliseconds time(settings_.moderatorProofMs);
+  client.proofEnds = Clock::now() + time;
+  refuse(client, "This nickname is a moderator's. Request the operator status within " +
+                     std::to_string(std::chrono::ceil<std::chrono::seconds>(time).count()) +
+                     " seconds, or you will be disconnected.");
 }
 
 void Lobby::dismiss(Client& client, std::string lastLines) {
@@ -124,26 +173,22 @@ void Lobby::dismiss(Client& client, std::string lastLines) {
   client.send(std::move(lastLines));
 }
 
-void Lobby::refuse(const Client& client, std::string_view text) const {
+void Lobby::refuse(const Client& client, std::string_view text) {
+  statistics_.countRefusal();
   client.send(statusLine(Colour::kRefusal, text));
 }
 
-void Lobby::addBan(const Ban& ban) {
-  if (std::find(bans_.begin(), bans_.end(), ban) == bans_.end()) bans_.push_back(ban);
-}
-
-bool Lobby::mayProve(const Client& client) {
-  const auto failed = failedProofs_.find(client.connection->address());
-  return !client.proofRunning && client.proofsFailed < settings_.proofsPerConnection &&
-         worker_.pending() < kProofsWaiting &&
-         (failed == failedProofs_.end() || failed->second.count < settings_.proofsPerAddress);
-}
-
-void Lobby::proofFailed(Client& client) {
-  ++client.proofsFailed;
-  FailedProofs& failed = failedProofs_[client.connection->address()];
-  ++failed.count;
-  failed.forgottenAt = Clock::now() + kProofsRemembered;
+void Lobby::logRefusal(Client& client, std::string_view text) {
+  Source& source = *client.source;
+  const Clock::time_point now = Clock::now();
+  if (now - source.refusalLogged < kBetweenRefusals) {
+    ++source.refusalsNotLogged;
+    return;
+  }
+  source.refusalLogged = now;
+  const long others = std::exchange(source.refusalsNotLogged, 0);
+  log(std::string(text) +
+      (others == 0 ? "" : "; " + std::to_string(others) + " more refusals of this address before"));
 }
 
 void Lobby::askAddress(const Client& asker, const Client& target) {
@@ -171,7 +216,47 @@ void Lobby::answer(const AddressQuestion& question, std::string_view told) const
   asker->send(statusLine(Colour::kAnswer, text + "; the server sees " + question.seen));
 }
 
+// The address pays for its lines, so that reconnecting gains nothing; behind a tunnel, where all
+// come from this machine, each connection pays too.
+Clock::duration Lobby::waitFor(Connection& connection, std::string_view line) {
+  Client& client = *clients_.at(connection.id());
+  Source& source = *client.source;
+  const Clock::time_point now = Clock::now();
+  const bool login = client.phase == Phase::greeting && isLogin(line);
+  if (login) {
+    const Fields fields = split(line);
+    const Client* old = fields.size() > 1 ? room_.find(fields[1]) : nullptr;
+    if (old != nullptr && isLeaving(*old, client, now)) return kLookAgain;
+  }
+  const Rate own{static_cast<double>(settings_.burstLines),
+                 static_cast<double>(settings_.linesPerSecond)};
+  Clock::duration wait = std::max(client.allowance.waitFor(own, now),
+                                  source.lines.waitFor(sources_.lineRate(source), now));
+  if (login) wait = std::max(wait, source.logins.waitFor(sources_.loginRate(source), now));
+  client.loginWaits = login && wait > Clock::duration::zero();
+  if (wait > Clock::duration::zero()) return wait;
+  const double price = priceOf(line);
+  client.allowance.take(price);
+  source.lines.take(price);
+  if (login) source.logins.take(1);
+  return wait;
+}
+
+// A user who leaves and comes back at once is ahead of what the old connection has still to read.
+bool Lobby::isLeaving(const Client& old, Client& newcomer, Clock::time_point now) const {
+  Connection& connection = *old.connection;
+  const bool gone = connection.peerHasClosed();
+  if (connection.address() != newcomer.connection->address() || (!gone && !connection.isBehind())) {
+    return false;
+  }
+  if (!newcomer.waitsForOldUntil) newcomer.waitsForOldUntil = now + kOldConnection;
+  if (now < *newcomer.waitsForOldUntil) return true;
+  if (gone) connection.close("its user is back");
+  return gone;
+}
+
 void Lobby::onLine(Connection& connection, std::string_view line) {
+  statistics_.countLine();
   dispatch(*this, *clients_.at(connection.id()), line);
 }
 
@@ -179,29 +264,42 @@ void Lobby::onLineTooLong(Connection& connection) {
   Client& client = *clients_.at(connection.id());
   const bool wasMember = client.phase == Phase::member;
   dismiss(client, statusLine(Colour::kRefusal, "Your line was too long. You are disconnected."));
-  log(connection.address() + " sent a line that is too long");
+  logRefusal(client, connection.address() + " sent a line that is too long");
   if (wasMember) room_.announce(client.nick + " has left Kelvaron");
 }
 
 void Lobby::onClosed(Connection& connection, std::string_view why) {
   const auto node = clients_.extract(connection.id());
   const Client& client = *node.mapped();
-  const auto from = connectionsFrom_.find(connection.address());
-  if (--from->second == 0) connectionsFrom_.erase(from);
+  --client.source->connections;
   if (client.phase != Phase::member) return;
   room_.leave(client);
-  log(client.nick + " (" + connection.address() + ") has left: " + std::string(why));
+  log(forLog(client.nick) + " (" + connection.address() + ") has left: " + std::string(why));
   room_.announce(client.nick + " has left Kelvaron");
 }
 
-// All that one turn of the loop has for a connection goes out together.
+// All that one turn of the loop has for a connection goes out together, and under load what a few
+// milliseconds have.
 void Lobby::onUnsent(std::shared_ptr<Connection> connection) {
   unsent_.push_back(std::move(connection));
   if (unsent_.size() > 1) return;
-  asio::post(io_, [this, alive = std::weak_ptr(alive_)] {
-    if (alive.expired()) return;
-    for (const auto& each : std::exchange(unsent_, {})) each->flush();
+  if (Clock::now() >= gatherUntil_) {
+    asio::post(io_, [this, alive = std::weak_ptr(alive_)] {
+      if (!alive.expired()) flushUnsent();
+    });
+    return;
+  }
+  gatherTimer_.expires_at(gatherUntil_);
+  gatherTimer_.async_wait([this, alive = std::weak_ptr(alive_)](std::error_code /*ignored*/) {
+    if (!alive.expired()) flushUnsent();
   });
+}
+
+void Lobby::flushUnsent() {
+  const Clock::time_point begin = Clock::now();
+  for (const auto& each : std::exchange(unsent_, {})) each->flush();
+  const Clock::time_point end = Clock::now();
+  gatherUntil_ = end + std::min<Clock::duration>((end - begin) * kGatherTimes, kLongestGather);
 }
 
 }  // namespace kelvaron::server

@@ -3,9 +3,10 @@
 #pragma once
 
 #include <asio/io_context.hpp>
+#include <asio/steady_timer.hpp>
 #include <cstdint>
+#include <deque>
 #include <functional>
-#include <map>
 #include <memory>
 #include <string>
 #include <string_view>
@@ -13,13 +14,14 @@
 #include <vector>
 
 #include "server/client.h"
+#include "server/log.h"
+#include "server/proofs.h"
+#include "server/records.h"
 #include "server/room.h"
-#include "server/store.h"
-#include "server/worker.h"
+#include "server/source.h"
+#include "server/statistics.h"
 
 namespace kelvaron::server {
-
-using Log = std::function<void(std::string_view)>;
 
 class Lobby final : public ConnectionOwner {
  public:
@@ -29,22 +31,30 @@ class Lobby final : public ConnectionOwner {
   Lobby(const Lobby&) = delete;
   Lobby& operator=(const Lobby&) = delete;
 
-  /// Takes in a new connection, or refuses it with a notice when there are too many.
+  /// Takes in a new connection, or refuses it with a notice when there are too many. When all
+  /// places are taken, the oldest connection that has told no nickname gives way.
   void adopt(asio::ip::tcp::socket socket);
   /// Closes what has overstayed its time and ends the waits for addresses. Called every so often.
   void sweep(Clock::time_point now);
-  /// Reads the reserved nicknames, the bans and the message of the day anew. A file that can't be
-  /// read is told to the log, and what it held before stays.
-  void reload();
+  /// Reads the files of the folder anew. One that can't be read is told to the log, and all stay as
+  /// they were. The settings reach the lobby by `use`.
+  void reload(std::function<void(const Settings&)> taken) { records_.reload(std::move(taken)); }
+  void use(const Settings& settings) { settings_ = settings; }
+  /// Tells the room that the server ends, and closes each connection once its client has read that.
+  void farewell();
+  /// Closes those whose machines have taken all, after `farewell`. Whether nobody is left.
+  bool closeRead();
   void closeAll();
+  /// One line of what has happened since the last one; nothing when `onlyTraffic` and there was
+  /// none.
+  void logStatistics(bool onlyTraffic);
 
   // What the handlers of lines use.
 
   Room& room() { return room_; }
-  const Store& store() const { return store_; }
-  Worker& worker() { return worker_; }
+  Records& records() { return records_; }
+  Proofs& proofs() { return proofs_; }
   const Settings& settings() const { return settings_; }
-  const std::string& motd() const { return motd_; }
   /// The client of that connection if it is still in the room.
   Client* member(std::uint64_t id) const;
 
@@ -53,17 +63,14 @@ class Lobby final : public ConnectionOwner {
   void enter(Client& client);
   /// Takes a client out of the room, sends it its last lines and leaves it a moment to close.
   void dismiss(Client& client, std::string lastLines);
+  /// Every client, also who hasn't told a nickname yet; only until the next turn of the loop.
+  std::vector<Client*> clients() const;
 
   /// Tells one client that it can't have what it asked for.
-  void refuse(const Client& client, std::string_view text) const;
+  void refuse(const Client& client, std::string_view text);
   void log(std::string_view text) const { log_(text); }
-
-  /// Keeps what the ban names out from now on; the second time for the same ban does nothing.
-  void addBan(const Ban& ban);
-
-  /// Whether this client may try a password now; counts wrong ones by connection and by address.
-  bool mayProve(const Client& client);
-  void proofFailed(Client& client);
+  /// To the log, but no more than one a second and address; how many were left out is told.
+  void logRefusal(Client& client, std::string_view text);
 
   /// Asks a member for its address on behalf of another.
   void askAddress(const Client& asker, const Client& target);
@@ -77,35 +84,37 @@ class Lobby final : public ConnectionOwner {
     std::string seen;
     Clock::time_point ends;
   };
-  struct FailedProofs {
-    long count = 0;
-    Clock::time_point forgottenAt;
-  };
 
+  Clock::duration waitFor(Connection& connection, std::string_view line) override;
   void onLine(Connection& connection, std::string_view line) override;
   void onLineTooLong(Connection& connection) override;
   void onClosed(Connection& connection, std::string_view why) override;
   void onUnsent(std::shared_ptr<Connection> connection) override;
+  void onWritten(std::size_t bytes) override { statistics_.countBytes(bytes); }
 
+  bool makePlace();
+  void overstayed(Client& client, Clock::time_point now);
+  bool isLeaving(const Client& old, Client& newcomer, Clock::time_point now) const;
   void answer(const AddressQuestion& question, std::string_view told) const;
+  void flushUnsent();
 
   asio::io_context& io_;
-  Store store_;
   Settings settings_;
   Log log_;
-  std::vector<std::string> reserved_;
-  std::vector<Ban> bans_;
-  std::string motd_;
-
+  Statistics statistics_;
   std::uint64_t lastId_ = 0;
   std::unordered_map<std::uint64_t, std::unique_ptr<Client>> clients_;
-  std::map<std::string, long> connectionsFrom_;
-  std::map<std::string, FailedProofs> failedProofs_;
+  // In the order of their coming: who may not have told a nickname yet, and some who have.
+  std::deque<std::uint64_t> newcomers_;
   std::vector<AddressQuestion> questions_;
   std::vector<std::shared_ptr<Connection>> unsent_;
+  asio::steady_timer gatherTimer_;
+  Clock::time_point gatherUntil_{};
   std::shared_ptr<bool> alive_ = std::make_shared<bool>(true);
+  Sources sources_;
   Room room_;
-  Worker worker_;
+  Records records_;
+  Proofs proofs_;
 };
 
 }  // namespace kelvaron::server

@@ -7,17 +7,20 @@
 #include <asio/error.hpp>
 #include <asio/io_context.hpp>
 #include <asio/signal_set.hpp>
-#include <chrono>
 #include <csignal>
-#include <ctime>
 #include <exception>
+#include <functional>
 #include <iostream>
 #include <string>
+#include <vector>
 
+#include "build_settings.h"
+#include "server/log_writer.h"
 #include "server/options.h"
 #include "server/password.h"
 #include "server/server.h"
 #include "server/store.h"
+#include "server/text.h"
 
 namespace {
 
@@ -32,15 +35,6 @@ std::filesystem::path defaultFolder() {
   std::error_code error;
   const auto program = std::filesystem::read_symlink("/proc/self/exe", error);
   return (error ? std::filesystem::current_path() : program.parent_path()) / "server-data";
-}
-
-void logLine(std::string_view text) {
-  const std::time_t now = std::time(nullptr);
-  std::tm parts{};
-  localtime_r(&now, &parts);
-  char stamp[32];
-  const std::size_t size = std::strftime(stamp, sizeof stamp, "%Y-%m-%d %H:%M:%S ", &parts);
-  std::cerr << std::string_view(stamp, size) << text << std::endl;
 }
 
 /// A password as typed or piped; nothing of it shows on a terminal.
@@ -92,28 +86,68 @@ std::string place(const std::string& address, std::uint16_t port) {
   return (v6 ? '[' + address + ']' : address) + ':' + std::to_string(port);
 }
 
+int removeModerator(const Store& store, const std::string& nick) {
+  const bool removed = store.removeModerator(nick);
+  (removed ? std::cout : std::cerr)
+      << nick << (removed ? " is no moderator any more" : " is no moderator") << ", folder "
+      << store.folder().string() << std::endl;
+  return removed ? 0 : kFailed;
+}
+
+int listBans(const Store& store) {
+  using kelvaron::server::BanKind;
+  using kelvaron::server::forLog;
+  for (const auto& ban : store.bans()) {
+    std::string text;
+    if (ban.kind != BanKind::address) text += forLog(ban.nick);
+    if (ban.kind == BanKind::user) text += ' ';
+    if (ban.kind != BanKind::nick) text += forLog(ban.address);
+    std::cout << text << ", by " << forLog(ban.by) << ": " << forLog(ban.reason) << '\n';
+  }
+  return 0;
+}
+
+int unban(const Store& store, const std::string& who) {
+  const std::size_t removed = store.removeBans(who);
+  (removed > 0 ? std::cout : std::cerr) << (removed == 0   ? "no ban"
+                                            : removed == 1 ? "1 ban"
+                                                           : std::to_string(removed) + " bans")
+                                        << " of " << who << (removed > 0 ? " taken away" : "")
+                                        << ", folder " << store.folder().string() << std::endl;
+  return removed > 0 ? 0 : kFailed;
+}
+
+int check(const Store& store) {
+  const std::vector<std::string> problems = store.problems();
+  for (const std::string& problem : problems) std::cerr << "kelvaron-server: " << problem << '\n';
+  if (!problems.empty()) return kFailed;
+  std::cout << "The folder " << store.folder().string()
+            << " is in order: " << store.moderators().size() << " moderators, "
+            << store.bans().size() << " bans" << std::endl;
+  return 0;
+}
+
 int serve(Options options) {
   allowManyConnections();
   asio::io_context io(1);
-  options.log = logLine;
+  kelvaron::server::LogWriter log(STDERR_FILENO);
+  options.log = [&log](std::string_view text) { log.write(text); };
   const std::string address = options.address;
   const std::string folder = options.folder.string();
   kelvaron::server::Server server(io, std::move(options));
-  asio::signal_set ends(io, SIGINT, SIGTERM);
-  asio::signal_set reloads(io, SIGHUP);
-  ends.async_wait([&](std::error_code error, int) {
-    if (error) return;
-    reloads.cancel();
-    server.stop();
-  });
-  std::function<void()> awaitReload = [&] {
-    reloads.async_wait([&](std::error_code error, int) {
+  asio::signal_set signals(io, SIGINT, SIGTERM, SIGHUP);
+  signals.add(SIGUSR1);
+  std::function<void()> awaitSignal = [&] {
+    signals.async_wait([&](std::error_code error, int number) {
       if (error) return;
-      server.reload();
-      awaitReload();
+      if (number == SIGHUP) server.reload();
+      if (number == SIGUSR1) server.logStatistics();
+      if (number == SIGINT || number == SIGTERM) server.end();
+      if (!server.hasStopped()) awaitSignal();
     });
   };
-  awaitReload();
+  awaitSignal();
+  server.onStopped = [&] { signals.cancel(); };
   std::cout << "kelvaron-server listens on " << place(address, server.port()) << ", folder "
             << folder << std::endl;
   io.run();
@@ -125,9 +159,18 @@ int run(CommandLine line) {
     std::cout << kelvaron::server::usage();
     return 0;
   }
+  if (line.version) {
+    std::cout << "kelvaron-server " << kelvaron::build::kVersion << '\n';
+    return 0;
+  }
   Options& options = line.options;
   if (options.folder.empty()) options.folder = defaultFolder();
-  if (line.newModerator) return addModerator(Store(options.folder), *line.newModerator);
+  const Store store(options.folder);
+  if (line.check) return check(store);
+  if (line.newModerator) return addModerator(store, *line.newModerator);
+  if (line.removedModerator) return removeModerator(store, *line.removedModerator);
+  if (line.bans) return listBans(store);
+  if (line.unbanned) return unban(store, *line.unbanned);
   const std::string where = place(options.address, options.port);
   try {
     return serve(std::move(options));

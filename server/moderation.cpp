@@ -1,9 +1,8 @@
 // Who is a moderator, and what moderators can do. The client checks nothing, so all is checked
 // here.
-#include <algorithm>
+#include <cstdint>
 
 #include "server/handlers.h"
-#include "server/password.h"
 #include "server/text.h"
 
 namespace kelvaron::server {
@@ -12,9 +11,16 @@ namespace {
 constexpr std::string_view kOnlyModerators = "Only moderators can do that.";
 constexpr std::size_t kToldAddressLimit = 64;
 
-bool isGranted(const Lobby& lobby, const Client& client) {
-  if (!client.moderator) lobby.refuse(client, kOnlyModerators);
-  return client.moderator;
+std::string who(const Client& client) {
+  return forLog(client.nick) + " (" + client.connection->address() + ")";
+}
+
+/// `what` is for the log: what is asked for.
+bool isGranted(Lobby& lobby, Client& client, const std::string& what) {
+  if (client.moderator) return true;
+  lobby.logRefusal(client, who(client) + ": " + what + " refused, no moderator");
+  lobby.refuse(client, kOnlyModerators);
+  return false;
 }
 
 Client* targetOf(Lobby& lobby, const Client& client, std::string_view shown) {
@@ -33,54 +39,51 @@ std::string inBrackets(std::string_view reason) {
   return reason.empty() ? std::string() : " (" + std::string(reason) + ")";
 }
 
-const Moderator* findModerator(const std::vector<Moderator>& moderators, std::string_view nick) {
-  const auto found = std::find_if(moderators.begin(), moderators.end(), [&](const Moderator& each) {
-    return fold(each.nick) == fold(nick);
-  });
-  return found == moderators.end() ? nullptr : &*found;
-}
-
-bool isProof(const Store& store, const std::string& nick, const std::string& email,
-             const std::string& password) {
-  const std::vector<Moderator> moderators = store.moderators();
-  const Moderator* moderator = findModerator(moderators, nick);
-  return moderator != nullptr && fold(moderator->email) == fold(email) &&
-         isPassword(moderator->hash, password);
-}
-
 /// Checks that the client is the moderator of its nickname, off the loop, then runs `proven` if it
 /// is and still in the room.
 template <class Proven>
 void prove(Lobby& lobby, Client& client, std::string_view email, std::string_view password,
            std::string what, Proven proven) {
-  const std::string who = client.nick + " (" + client.connection->address() + ")";
-  if (!lobby.mayProve(client)) {
-    lobby.log(who + ": " + what + " not looked at, too many tries");
-    return lobby.refuse(client, "Too many tries. Wait before you try again.");
+  using Outcome = Proofs::Outcome;
+  const auto tooMany = [&lobby, asker = who(client), what](Client& told) {
+    lobby.logRefusal(told, asker + ": " + what + " not looked at, too many tries");
+    lobby.refuse(told, "Too many tries. Wait before you try again.");
+  };
+  if (client.proofRunning || client.proofsFailed >= lobby.settings().proofsPerConnection) {
+    return tooMany(client);
   }
-  client.proofRunning = true;
-  const auto job = [store = lobby.store(), nick = client.nick, mail = std::string(trimmed(email)),
-                    secret = std::string(password)] { return isProof(store, nick, mail, secret); };
-  lobby.worker().run(job, [&lobby, id = client.connection->id(), who, what = std::move(what),
-                           proven](std::optional<bool> right, const std::string& error) {
-    const bool ok = right.value_or(false);
-    lobby.log(who + ": " + what + (ok ? " granted" : " refused") +
-              (error.empty() ? "" : ": " + error));
-    Client* asker = lobby.member(id);
-    if (asker == nullptr) return;
-    asker->proofRunning = false;
-    if (ok) return proven(lobby, *asker);
-    if (error.empty()) lobby.proofFailed(*asker);
-    lobby.refuse(*asker, error.empty() ? "Refused. Your request was logged."
-                                       : "Your request can't be checked at the moment.");
-  });
+  const auto done = [&lobby, id = client.connection->id(), asker = who(client), what, proven,
+                     tooMany](Outcome outcome, const std::string& error) {
+    if (outcome != Outcome::tooMany) {
+      lobby.log(asker + ": " + what + (outcome == Outcome::right ? " granted" : " refused") +
+                (error.empty() ? "" : ": " + error));
+    }
+    Client* still = lobby.member(id);
+    if (still == nullptr) return;
+    still->proofRunning = false;
+    switch (outcome) {
+      case Outcome::right:
+        return proven(lobby, *still);
+      case Outcome::wrong:
+        ++still->proofsFailed;
+        return lobby.refuse(*still, "Refused. Your request was logged.");
+      case Outcome::tooMany:
+        return tooMany(*still);
+      case Outcome::failed:
+        return lobby.refuse(*still, "Your request can't be checked at the moment.");
+    }
+  };
+  client.proofRunning =
+      lobby.proofs().ask({client.nick, std::string(trimmed(email)), std::string(password),
+                          sourceName(client.connection->address()), client.source},
+                         lobby.records().moderator(client.nick), done);
+  if (!client.proofRunning) tooMany(client);
 }
 
 void kickOut(Lobby& lobby, const std::string& by, Client& target, std::string_view reason) {
   lobby.dismiss(target, makeLine({"Kicked", by, reason}));
-  const std::string text = target.nick + " was kicked by " + by + inBrackets(reason);
-  lobby.log(text);
-  lobby.room().announce(text);
+  lobby.log(forLog(target.nick) + " was kicked by " + forLog(by) + inBrackets(forLog(reason)));
+  lobby.room().announce(target.nick + " was kicked by " + by + inBrackets(reason));
 }
 
 }  // namespace
@@ -102,32 +105,26 @@ void kick(Lobby& lobby, Client& client, const Fields& fields) {
     if (target != nullptr) kickOut(lobby, by, *target, reasonIn(fields));
     return;
   }
+  lobby.logRefusal(client,
+                   who(client) + ": kick of " + forLog(fields[1]) + " refused, no moderator");
   // A moderator who has not asked for the status yet is asked for the proof instead.
-  const auto job = [store = lobby.store(), nick = client.nick] {
-    return findModerator(store.moderators(), nick) != nullptr;
-  };
-  lobby.worker().run(job, [&lobby, id = client.connection->id()](std::optional<bool> known,
-                                                                 const std::string& error) {
-    if (!error.empty()) lobby.log(error);
-    Client* asker = lobby.member(id);
-    if (asker == nullptr) return;
-    if (known.value_or(false)) return asker->send(makeLine({"Kicker"}));
-    lobby.refuse(*asker, kOnlyModerators);
-  });
+  if (lobby.records().moderator(client.nick) != nullptr) return client.send(makeLine({"Kicker"}));
+  lobby.refuse(client, kOnlyModerators);
 }
 
 void kickWithProof(Lobby& lobby, Client& client, const Fields& fields) {
   const std::string user(fields[2]);
-  prove(lobby, client, fields[4], fields[3], "kick of " + user, [user](Lobby& room, Client& asker) {
-    Client* target = targetOf(room, asker, user);
-    const std::string by = asker.nick;
-    if (target != nullptr) kickOut(room, by, *target, "");
-  });
+  prove(lobby, client, fields[4], fields[3], "kick of " + forLog(user),
+        [user](Lobby& room, Client& asker) {
+          Client* target = targetOf(room, asker, user);
+          const std::string by = asker.nick;
+          if (target != nullptr) kickOut(room, by, *target, "");
+        });
 }
 
 void ban(Lobby& lobby, Client& client, const Fields& fields) {
-  if (!isGranted(lobby, client)) return;
-  Client* target = targetOf(lobby, client, fields[1]);
+  if (!isGranted(lobby, client, "ban of " + forLog(fields[1]))) return;
+  const Client* target = targetOf(lobby, client, fields[1]);
   if (target == nullptr) return;
   const Ban ban{BanKind::user,
                 target->nick,
@@ -135,38 +132,39 @@ void ban(Lobby& lobby, Client& client, const Fields& fields) {
                 target->toldAddress.substr(0, kToldAddressLimit),
                 client.nick,
                 std::string(reasonIn(fields))};
-  lobby.addBan(ban);
-  target->banned = true;
-  // The client closes on `BANUSER`, so the question for its address goes first.
-  lobby.dismiss(*target, makeLine({"BANIP"}) + makeLine({"BANUSER", ban.by, ban.reason}));
-  const std::string text = ban.nick + " was banned by " + ban.by + inBrackets(ban.reason);
-  lobby.log(text);
-  lobby.room().announce(text);
-  const auto job = [store = lobby.store(), ban] {
-    store.addBan(ban);
-    return true;
-  };
-  lobby.worker().run(job, [&lobby, id = client.connection->id(), ban](
-                              std::optional<bool> /*stored*/, const std::string& error) {
-    // The bans may have been read anew between the order and its end.
-    lobby.addBan(ban);
-    if (error.empty()) return;
-    lobby.log(error);
-    const Client* asker = lobby.member(id);
-    if (asker == nullptr) return;
-    lobby.refuse(*asker,
-                 "The ban of " + ban.nick + " could not be stored: it ends with the server.");
+  const std::uint64_t asker = client.connection->id();
+  lobby.records().addBan(ban, [&lobby, asker, nick = ban.nick] {
+    const Client* still = lobby.member(asker);
+    if (still == nullptr) return;
+    lobby.refuse(*still, "The ban of " + nick +
+                             " holds, but could not be stored. That will be tried again.");
   });
+  lobby.log(forLog(ban.nick) + " (" + ban.address + ") was banned by " + forLog(ban.by) +
+            inBrackets(forLog(ban.reason)));
+  for (Client* each : lobby.clients()) {
+    if (each->phase == Phase::leaving) continue;
+    if (!ban.keepsOut(each->nick, each->connection->address())) continue;
+    each->banned = each == target;
+    const std::string nick = each->phase == Phase::member ? each->nick : "";
+    // The client closes on `BANUSER`, so the question for its address goes first.
+    lobby.dismiss(*each, (each->banned ? makeLine({"BANIP"}) : "") +
+                             makeLine({"BANUSER", ban.by, ban.reason}));
+    if (nick.empty()) continue;
+    lobby.room().announce(nick + " was banned by " + ban.by + inBrackets(ban.reason));
+  }
 }
 
 void getAddress(Lobby& lobby, Client& client, const Fields& fields) {
-  if (!isGranted(lobby, client)) return;
+  if (!isGranted(lobby, client, "address of " + forLog(fields[1]))) return;
   const Client* target = targetOf(lobby, client, fields[1]);
-  if (target != nullptr) lobby.askAddress(client, *target);
+  if (target == nullptr) return;
+  lobby.log(who(client) + ": address of " + forLog(target->nick) + " told");
+  lobby.askAddress(client, *target);
 }
 
 void messageToAll(Lobby& lobby, Client& client, const Fields& fields) {
-  if (!isGranted(lobby, client)) return;
+  if (!isGranted(lobby, client, "message to all")) return;
+  lobby.log(who(client) + ": message to all: " + forLog(fields[1]));
   lobby.room().sendToAll(
       statusLine(Colour::kServer, "Message from " + client.nick + ": " + std::string(fields[1])));
 }
@@ -179,14 +177,7 @@ void tellAddress(Lobby& lobby, Client& client, const Fields& fields) {
 void tellBannedAddress(Lobby& lobby, Client& client, const Fields& fields) {
   if (!client.banned) return;
   client.banned = false;
-  const auto job = [store = lobby.store(), nick = client.nick,
-                    told = std::string(fields[1].substr(0, kToldAddressLimit))] {
-    store.noteToldAddress(nick, told);
-    return true;
-  };
-  lobby.worker().run(job, [&lobby](std::optional<bool> /*noted*/, const std::string& error) {
-    if (!error.empty()) lobby.log(error);
-  });
+  lobby.records().noteToldAddress(client.nick, fields[1].substr(0, kToldAddressLimit));
 }
 
 }  // namespace kelvaron::server

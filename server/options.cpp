@@ -43,7 +43,13 @@ void setNewModerator(CommandLine& line, Values values) {
   line.newModerator = {values[0], std::string(email)};
 }
 
-void setHelp(CommandLine& line, Values /*values*/) { line.help = true; }
+void setRemovedModerator(CommandLine& line, Values values) { line.removedModerator = values[0]; }
+void setUnbanned(CommandLine& line, Values values) { line.unbanned = values[0]; }
+
+template <bool CommandLine::*Flag>
+void setFlag(CommandLine& line, Values /*values*/) {
+  line.*Flag = true;
+}
 
 struct Option {
   std::string_view name;
@@ -52,9 +58,16 @@ struct Option {
 };
 
 constexpr std::array kOptions = {
-    Option{"--port", 1, setPort},     Option{"--address", 1, setAddress},
-    Option{"--folder", 1, setFolder}, Option{"--add-moderator", 2, setNewModerator},
-    Option{"--help", 0, setHelp},
+    Option{"--port", 1, setPort},
+    Option{"--address", 1, setAddress},
+    Option{"--folder", 1, setFolder},
+    Option{"--add-moderator", 2, setNewModerator},
+    Option{"--remove-moderator", 1, setRemovedModerator},
+    Option{"--bans", 0, setFlag<&CommandLine::bans>},
+    Option{"--unban", 1, setUnbanned},
+    Option{"--check", 0, setFlag<&CommandLine::check>},
+    Option{"--version", 0, setFlag<&CommandLine::version>},
+    Option{"--help", 0, setFlag<&CommandLine::help>},
 };
 
 }  // namespace
@@ -79,7 +92,7 @@ CommandLine parseCommandLine(std::span<const char* const> arguments) {
 
 std::string_view usage() {
   return "Usage: kelvaron-server [--port N] [--address A] [--folder DIR]\n"
-         "       kelvaron-server --add-moderator NAME EMAIL [--folder DIR]\n"
+         "       kelvaron-server COMMAND [--folder DIR]\n"
          "\n"
          "The chat server of Kelvaron.\n"
          "\n"
@@ -88,14 +101,23 @@ std::string_view usage() {
          "                  default; \"::\" for IPv6 and IPv4\n"
          "  --folder DIR    where settings, moderators and bans are kept; \"server-data\" beside\n"
          "                  the program by default; made when it isn't there\n"
+         "\n"
+         "Commands, which may be given while a server runs on the folder:\n"
          "  --add-moderator NAME EMAIL\n"
          "                  makes NAME a moderator, or gives a new password; the password is the\n"
          "                  first line of standard input\n"
+         "  --remove-moderator NAME\n"
+         "                  takes it back\n"
+         "  --bans          lists the bans\n"
+         "  --unban WHO     takes away the bans of a nickname or of an address\n"
+         "  --check         reads the folder and says what is wrong with it\n"
+         "  --version       the version\n"
          "  --help          this text\n"
          "\n"
-         "Signals: INT and TERM end the server, HUP reads the bans, the reserved nicknames and "
-         "the\n"
-         "message of the day anew. Exit codes: 0 done, 1 failed, 2 wrong usage.\n";
+         "Signals: INT and TERM end the server, once the room has been told; HUP reads the files "
+         "of\n"
+         "the folder anew; USR1 writes a line of statistics to the log.\n"
+         "Exit codes: 0 done, 1 failed, 2 wrong usage.\n";
 }
 
 }  // namespace kelvaron::server

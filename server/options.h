@@ -15,6 +15,11 @@ namespace kelvaron::server {
 /// What the command line asks for.
 struct CommandLine {
   bool help = false;
+  bool version = false;
+  bool check = false;
+  bool bans = false;
+  std::optional<std::string> removedModerator;
+  std::optional<std::string> unbanned;  // a nickname or an address
   struct NewModerator {
     std::string nick;
     std::string email;

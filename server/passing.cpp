@@ -11,13 +11,14 @@ namespace {
 constexpr std::size_t kMostGuests = 6;
 constexpr std::size_t kGameTail = 6;  // game key; wad; skin; guest arguments; address; host
 
-// A client names its user with or without the moderator's mark; any other name is a pretence.
+// A client names its user with or without the moderator's mark; any other name is a pretence, and
+// so is the mark of somebody who isn't one.
 std::string senderName(const Client& client, std::string_view told) {
   const std::string marked = std::string(kModeratorMark) + client.nick;
-  return told == marked ? marked : client.nick;
+  return client.moderator && told == marked ? marked : client.nick;
 }
 
-void tellAbsent(const Lobby& lobby, const Client& client, std::string_view shown) {
+void tellAbsent(Lobby& lobby, const Client& client, std::string_view shown) {
   lobby.refuse(client, std::string(bareNick(shown)) + " is not on Kelvaron.");
 }
 
@@ -29,8 +30,9 @@ void pass(Lobby& lobby, Client& client, const Fields& fields, const Passing& pas
     if (passing.asked) tellAbsent(lobby, client, fields[passing.target]);
     return;
   }
-  const std::string sender =
-      passing.sender == 0 ? std::string() : senderName(client, fields[passing.sender]);
+  const std::string sender = passing.sender == 0 ? std::string()
+                             : passing.plain     ? client.nick
+                                                 : senderName(client, fields[passing.sender]);
   Fields passed = {passing.keyword};
   for (std::size_t i = passing.first; i <= passing.last; ++i) {
     passed.push_back(i == passing.sender ? std::string_view(sender) : fields[i]);

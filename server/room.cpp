@@ -1,7 +1,9 @@
 // A list is built once and shared by all queues. Changes are collected for a short time, a longer
-// one the larger the room: what a list costs grows with the square of the room.
+// one the larger the room: what a list costs grows with the square of the room. Lists also have a
+// budget of bytes, and while it is spent changes gather.
 #include "server/room.h"
 
+#include <algorithm>
 #include <chrono>
 #include <utility>
 
@@ -26,6 +28,7 @@ void Room::join(Client& client) {
   members_.emplace(fold(client.nick), &client);
   listChanged();
   client.connection->send(list(), Connection::Kind::userList);
+  statistics_.countLists(1);
 }
 
 void Room::leave(const Client& client) {
@@ -40,30 +43,46 @@ void Room::sendToAll(std::string lines) {
 }
 
 void Room::announce(std::string_view text) {
-  announcements_ += makeLine({"Announce", text});
-  setTimer();
+  announcements_ += makeLine({"Announce", std::string(kServerMark) + std::string(text)});
+  setTimer(gatherTime());
 }
 
 void Room::listChanged() {
   list_.reset();
   listDue_ = true;
-  setTimer();
+  setTimer(gatherTime());
 }
 
-void Room::setTimer() {
+Clock::duration Room::gatherTime() const {
+  return std::chrono::milliseconds(settings_.listDelayMs) + kDelayPerMember * members_.size();
+}
+
+void Room::setTimer(Clock::duration time) {
   if (timerSet_) return;
   timerSet_ = true;
-  timer_.expires_after(std::chrono::milliseconds(settings_.listDelayMs) +
-                       kDelayPerMember * members_.size());
+  timer_.expires_after(time);
   timer_.async_wait([this, alive = std::weak_ptr(alive_)](std::error_code error) {
     if (error || alive.expired()) return;
     timerSet_ = false;
     sendAnnouncements();
-    if (!std::exchange(listDue_, false)) return;
-    for (const auto& [key, member] : members_) {
-      member->connection->send(list(), Connection::Kind::userList);
+    if (!listDue_) return;
+    // The next announcement may be sooner.
+    if (const auto now = Clock::now(); now < nextList_) {
+      return setTimer(std::min<Clock::duration>(nextList_ - now, gatherTime()));
     }
+    sendList();
   });
+}
+
+void Room::sendList() {
+  listDue_ = false;
+  for (const auto& [key, member] : members_) {
+    member->connection->send(list(), Connection::Kind::userList);
+  }
+  statistics_.countLists(members_.size());
+  const std::chrono::duration<double> spent(static_cast<double>(list()->size()) /
+                                            static_cast<double>(settings_.listBytesPerSecond));
+  nextList_ = Clock::now() + std::chrono::duration_cast<Clock::duration>(spent);
 }
 
 void Room::sendAnnouncements() {

@@ -8,12 +8,14 @@
 #include <string_view>
 
 #include "server/client.h"
+#include "server/statistics.h"
 
 namespace kelvaron::server {
 
 class Room {
  public:
-  Room(asio::io_context& io, const Settings& settings) : timer_(io), settings_(settings) {}
+  Room(asio::io_context& io, const Settings& settings, Statistics& statistics)
+      : timer_(io), settings_(settings), statistics_(statistics) {}
 
   /// The member of that nickname, without regard to case, or nothing.
   Client* find(std::string_view nick) const;
@@ -29,13 +31,16 @@ class Room {
   /// Sends a line with the sound for coming and going to all: soon, together with the list, but
   /// before any line that goes to all after it.
   void announce(std::string_view text);
-  /// Sends the list to all, together with the changes that follow within a short time.
+  /// Sends the list to all, together with the changes that follow within a short time, and as often
+  /// as the bytes for lists last.
   void listChanged();
   std::size_t size() const { return members_.size(); }
 
  private:
   const SharedLines& list();
-  void setTimer();
+  void setTimer(Clock::duration time);
+  Clock::duration gatherTime() const;
+  void sendList();
   void sendAnnouncements();
 
   std::map<std::string, Client*> members_;  // by folded nickname
@@ -44,7 +49,9 @@ class Room {
   std::string announcements_;  // whole lines that wait for the timer
   asio::steady_timer timer_;
   bool timerSet_ = false;
+  Clock::time_point nextList_{};
   const Settings& settings_;
+  Statistics& statistics_;
   std::shared_ptr<bool> alive_ = std::make_shared<bool>(true);
 };
 

@@ -1,6 +1,8 @@
 // Listening, taking connections in, and the clock of the lobby.
 #include "server/server.h"
 
+#include <sys/resource.h>
+
 #include <algorithm>
 #include <asio/ip/v6_only.hpp>
 #include <utility>
@@ -15,6 +17,11 @@ using std::chrono::milliseconds;
 
 constexpr milliseconds kLongestSweep(500);
 constexpr milliseconds kShortestSweep(5);
+constexpr std::chrono::seconds kFarewell(2);
+constexpr milliseconds kFarewellLook(10);
+constexpr std::chrono::minutes kBetweenStatistics(10);
+// Descriptors for files, the listening socket and what the system's libraries open.
+constexpr long kDescriptorReserve = 32;
 
 // Time-outs are met to a tenth of the shortest.
 milliseconds sweepTime(const Settings& settings) {
@@ -23,9 +30,17 @@ milliseconds sweepTime(const Settings& settings) {
   return std::clamp(milliseconds(shortest / 10), kShortestSweep, kLongestSweep);
 }
 
-Settings preparedSettings(const Store& store, const Options& options) {
-  store.prepare();
-  return options.settings ? *options.settings : store.settings();
+/// The settings with no more connections than there can be descriptors.
+Settings fitted(Settings settings, const Log& log) {
+  rlimit limit{};
+  if (getrlimit(RLIMIT_NOFILE, &limit) != 0 || limit.rlim_max == RLIM_INFINITY) return settings;
+  const long most = std::max(static_cast<long>(limit.rlim_max) - kDescriptorReserve, 1L);
+  if (settings.connections <= most) return settings;
+  log("connections: " + std::to_string(settings.connections) +
+      " are more than the system's limit of " + "open files allows; there will be " +
+      std::to_string(most));
+  settings.connections = most;
+  return settings;
 }
 
 Log orSilence(Log log) {
@@ -37,10 +52,12 @@ Log orSilence(Log log) {
 Server::Server(asio::io_context& io, Options options)
     : io_(io), acceptor_(io), acceptTimer_(io), sweepTimer_(io) {
   const Store store(options.folder);
-  const Settings settings = preparedSettings(store, options);
-  acceptPause_ = milliseconds(settings.acceptPauseMs);
-  sweepEvery_ = sweepTime(settings);
-  lobby_ = std::make_unique<Lobby>(io, store, settings, orSilence(std::move(options.log)));
+  store.prepare();
+  const Log log = orSilence(std::move(options.log));
+  ownSettings_ = options.settings.has_value();
+  const Settings settings = fitted(ownSettings_ ? *options.settings : store.settings(), log);
+  lobby_ = std::make_unique<Lobby>(io, store, settings, log);
+  statisticsAt_ = Clock::now() + kBetweenStatistics;
 
   const asio::ip::tcp::endpoint endpoint(asio::ip::make_address(options.address), options.port);
   acceptor_.open(endpoint.protocol());
@@ -56,22 +73,49 @@ Server::~Server() { stop(); }
 
 std::uint16_t Server::port() const { return acceptor_.local_endpoint().port(); }
 
-void Server::reload() { lobby_->reload(); }
+void Server::reload() {
+  lobby_->reload([this](const Settings& settings) {
+    if (ownSettings_) return;
+    lobby_->use(fitted(settings, [this](std::string_view text) { lobby_->log(text); }));
+  });
+}
 
-void Server::stop() {
-  if (stopped_) return;
-  stopped_ = true;
+void Server::end() {
+  if (std::exchange(ending_, true)) return stop();
+  stopAccepting();
+  lobby_->farewell();
+  awaitEmptyRoom(Clock::now() + kFarewell);
+}
+
+void Server::awaitEmptyRoom(std::chrono::steady_clock::time_point until) {
+  if (lobby_->closeRead() || Clock::now() >= until) return stop();
+  acceptTimer_.expires_after(kFarewellLook);
+  acceptTimer_.async_wait(
+      [this, until, alive = std::weak_ptr(alive_)](std::error_code /*ignored*/) {
+        if (!alive.expired() && !stopped_) awaitEmptyRoom(until);
+      });
+}
+
+void Server::stopAccepting() {
   std::error_code ignored;
   acceptor_.close(ignored);
   acceptTimer_.cancel();
+}
+
+void Server::stop() {
+  if (std::exchange(stopped_, true)) return;
+  stopAccepting();
   sweepTimer_.cancel();
   lobby_->closeAll();
+  if (onStopped) onStopped();
 }
+
+void Server::logStatistics() { lobby_->logStatistics(false); }
 
 void Server::accept() {
   acceptor_.async_accept(
       [this, alive = std::weak_ptr(alive_)](std::error_code error, asio::ip::tcp::socket socket) {
-        if (alive.expired() || stopped_) return;
+        if (alive.expired() || stopped_ || ending_) return;
         if (error) {
           if (!acceptFailed_) lobby_->log("no connection can be taken in: " + error.message());
           acceptFailed_ = true;
@@ -85,17 +129,22 @@ void Server::accept() {
 
 // With no file descriptor left an accept fails at once, again and again.
 void Server::pauseAccepting() {
-  acceptTimer_.expires_after(acceptPause_);
+  acceptTimer_.expires_after(milliseconds(lobby_->settings().acceptPauseMs));
   acceptTimer_.async_wait([this, alive = std::weak_ptr(alive_)](std::error_code /*ignored*/) {
-    if (!alive.expired() && !stopped_) accept();
+    if (!alive.expired() && !stopped_ && !ending_) accept();
   });
 }
 
 void Server::sweep() {
-  sweepTimer_.expires_after(sweepEvery_);
+  sweepTimer_.expires_after(sweepTime(lobby_->settings()));
   sweepTimer_.async_wait([this, alive = std::weak_ptr(alive_)](std::error_code /*ignored*/) {
     if (alive.expired() || stopped_) return;
-    lobby_->sweep(Clock::now());
+    const Clock::time_point now = Clock::now();
+    lobby_->sweep(now);
+    if (now >= statisticsAt_) {
+      statisticsAt_ = now + kBetweenStatistics;
+      lobby_->logStatistics(true);
+    }
     sweep();
   });
 }

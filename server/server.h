@@ -5,14 +5,15 @@
 #include <asio/io_context.hpp>
 #include <asio/ip/tcp.hpp>
 #include <asio/steady_timer.hpp>
+#include <chrono>
 #include <cstdint>
 #include <filesystem>
 #include <functional>
 #include <memory>
 #include <optional>
 #include <string>
-#include <string_view>
 
+#include "server/log.h"
 #include "server/settings.h"
 
 namespace kelvaron::server {
@@ -23,11 +24,11 @@ class Lobby;
 inline constexpr std::uint16_t kDefaultPort = 3069;
 
 struct Options {
-  std::string address = "0.0.0.0";              // numeric; "::" takes IPv4 clients too
-  std::uint16_t port = kDefaultPort;            // 0: any free one
-  std::filesystem::path folder{};               // made, with its files, when it isn't there
-  std::optional<Settings> settings{};           // in place of the folder's file
-  std::function<void(std::string_view)> log{};  // one text a line; none: nothing is logged
+  std::string address = "0.0.0.0";     // numeric; "::" takes IPv4 clients too
+  std::uint16_t port = kDefaultPort;   // 0: any free one
+  std::filesystem::path folder{};      // made, with its files, when it isn't there
+  std::optional<Settings> settings{};  // in place of the folder's file
+  Log log{};                           // none: nothing is logged
 };
 
 /// Everything happens on the thread that runs the loop, but for the store's and the hashes' worker.
@@ -43,24 +44,35 @@ class Server {
 
   /// The port that the server listens on.
   std::uint16_t port() const;
-  /// Reads the reserved nicknames, the bans and the message of the day anew.
+  /// Reads the files of the folder anew.
   void reload();
+  /// Takes no more connections, tells the room, and stops when all have read that, after two
+  /// seconds at most. The second time it stops at once.
+  void end();
   /// Closes all connections and takes no more, so that the loop runs out of work.
   void stop();
+  bool hasStopped() const { return stopped_; }
+  /// Told once, when it stops.
+  std::function<void()> onStopped;
+  /// One line to the log: what has happened since the last one.
+  void logStatistics();
 
  private:
   void accept();
   void pauseAccepting();
+  void stopAccepting();
   void sweep();
+  void awaitEmptyRoom(std::chrono::steady_clock::time_point until);
 
   asio::io_context& io_;
   std::unique_ptr<Lobby> lobby_;
   asio::ip::tcp::acceptor acceptor_;
   asio::steady_timer acceptTimer_;
   asio::steady_timer sweepTimer_;
-  std::chrono::milliseconds acceptPause_;
-  std::chrono::milliseconds sweepEvery_;
+  std::chrono::steady_clock::time_point statisticsAt_{};
+  bool ownSettings_ = false;   // given by the caller, so that the folder's file doesn't count
   bool acceptFailed_ = false;  // told to the log once a run of failures
+  bool ending_ = false;
   bool stopped_ = false;
   std::shared_ptr<bool> alive_ = std::make_shared<bool>(true);
 };

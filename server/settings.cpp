@@ -37,12 +37,25 @@ constexpr std::array kEntries = {
     Entry{"line_limit", &Settings::lineLimit, 256, 16'777'216,
           "bytes in a line from a client; a longer one drops the client"},
     Entry{"queue_limit", &Settings::queueLimit, 4'096, 1'073'741'824,
-          "bytes that may wait for a client that doesn't read (user lists don't count)"},
-    Entry{"burst_lines", &Settings::burstLines, 1, 1'000'000,
-          "lines a client may send at once before it is slowed down; a long line counts once more "
-          "for each KiB"},
+          "bytes that may wait for a client that doesn't read, with what keeping them costs (user "
+          "lists don't count)"},
+    Entry{
+        "burst_lines", &Settings::burstLines, 1, 1'000'000,
+        "lines that may come from one address at once before it is slowed down; a long line counts "
+        "once more for each KiB, a change of one's state four times more"},
     Entry{"lines_per_second", &Settings::linesPerSecond, 1, 1'000'000,
-          "lines a second that a client may send from then on"},
+          "lines a second that may come from one address from then on"},
+    Entry{"burst_logins", &Settings::burstLogins, 1, 1'000'000,
+          "logins from one address at once before they have to wait"},
+    Entry{"logins_per_minute", &Settings::loginsPerMinute, 1, 1'000'000,
+          "logins a minute from one address from then on"},
+    Entry{
+        "local_times", &Settings::localTimes, 1, 1'000'000,
+        "this machine's own addresses may send and log in so many times as much in all, as a "
+        "tunnel's clients all come from there; each of their connections has what an address has"},
+    Entry{
+        "list_bytes_per_second", &Settings::listBytesPerSecond, 1'024, 1'073'741'824,
+        "bytes of user lists a second for each client; changes are gathered while they are spent"},
     Entry{"connections", &Settings::connections, 1, 1'000'000, "connections in all"},
     Entry{"connections_per_address", &Settings::connectionsPerAddress, 1, 1'000'000,
           "connections from one address; this machine's own addresses have no such limit"},
@@ -50,6 +63,11 @@ constexpr std::array kEntries = {
           "wrong passwords of a moderator on one connection; more are not looked at"},
     Entry{"proofs_per_address", &Settings::proofsPerAddress, 1, 1'000'000,
           "wrong passwords of a moderator from one address within ten minutes"},
+    Entry{"proofs_per_account", &Settings::proofsPerAccount, 1, 1'000'000,
+          "wrong passwords for one moderator within ten minutes; from then on each address has one "
+          "try"},
+    Entry{"moderator_proof_ms", &Settings::moderatorProofMs, 0, kDay,
+          "how long a moderator's nickname may be used without the password; 0: for ever"},
 };
 
 void readEntry(std::string_view line, std::size_t number, Settings& settings) {

@@ -20,10 +20,16 @@ struct Settings {
   long queueLimit = 4'194'304;
   long burstLines = 60;
   long linesPerSecond = 30;
+  long burstLogins = 32;
+  long loginsPerMinute = 60;
+  long localTimes = 100;
+  long listBytesPerSecond = 65'536;
   long connections = 4'096;
   long connectionsPerAddress = 32;
   long proofsPerConnection = 3;
   long proofsPerAddress = 10;
+  long proofsPerAccount = 20;
+  long moderatorProofMs = 120'000;
 };
 
 /// From lines "key = value"; blank lines and lines that begin with "#" are comments, and a key that

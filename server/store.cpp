@@ -7,6 +7,7 @@
 
 #include "server/file.h"
 #include "server/line.h"
+#include "server/source.h"
 #include "server/text.h"
 
 namespace kelvaron::server {
@@ -27,7 +28,8 @@ bool isComment(std::string_view line) {
 std::string defaultText(std::string_view file) {
   if (file == kSettings) return defaultSettingsText();
   if (file == kReserved)
-    return "# Nicknames that nobody can log in with, one a line.\nQZN\nSorrel\n";
+    return "# Nicknames that nobody can log in with, one a line.\nQZN\nSorrel\nMessage\nPrivate\n"
+           "Server\n";
   if (file == kModerators) {
     return "# Moderators: nickname, e-mail address and password hash, separated by TAB.\n"
            "# Add one with: kelvaron-server --add-moderator NAME EMAIL\n";
@@ -90,7 +92,8 @@ bool isLoopback(std::string_view address) {
 
 bool Ban::keepsOut(std::string_view otherNick, std::string_view otherAddress) const {
   if (kind != BanKind::address && !nick.empty() && fold(nick) == fold(otherNick)) return true;
-  return kind != BanKind::nick && address == otherAddress && !isLoopback(otherAddress);
+  return kind != BanKind::nick && !isLoopback(otherAddress) && !address.empty() &&
+         sourceName(address) == sourceName(otherAddress);
 }
 
 void Store::prepare() const {
@@ -133,6 +136,7 @@ std::string Store::motd() const {
 }
 
 void Store::setModerator(const Moderator& moderator) const {
+  const FolderLock lock(folder_);
   std::vector<std::string> kept = lines(kModerators);
   parseAll(kept, parseModerator);
   std::erase_if(kept, [&](const std::string& line) {
@@ -142,14 +146,40 @@ void Store::setModerator(const Moderator& moderator) const {
   replace(kModerators, kept);
 }
 
-void Store::addBan(const Ban& ban) const {
+bool Store::removeModerator(std::string_view nick) const {
+  const FolderLock lock(folder_);
+  std::vector<std::string> kept = lines(kModerators);
+  parseAll(kept, parseModerator);
+  const auto removed = std::erase_if(kept, [&](const std::string& line) {
+    return !isComment(line) && fold(split(line)[0]) == fold(nick);
+  });
+  if (removed > 0) replace(kModerators, kept);
+  return removed > 0;
+}
+
+void Store::addBans(const std::vector<Ban>& bans) const {
+  const FolderLock lock(folder_);
   std::vector<std::string> kept = lines(kBans);
   parseAll(kept, parseBan);
-  kept.push_back(banLine(ban));
+  for (const Ban& ban : bans) kept.push_back(banLine(ban));
   replace(kBans, kept);
 }
 
+std::size_t Store::removeBans(std::string_view nickOrAddress) const {
+  const FolderLock lock(folder_);
+  std::vector<std::string> kept = lines(kBans);
+  parseAll(kept, parseBan);
+  const auto removed = std::erase_if(kept, [&](const std::string& line) {
+    if (isComment(line)) return false;
+    const Ban ban = parseBan(line, 0);
+    return fold(ban.nick) == fold(nickOrAddress) || ban.address == nickOrAddress;
+  });
+  if (removed > 0) replace(kBans, kept);
+  return removed;
+}
+
 void Store::noteToldAddress(std::string_view nick, std::string_view told) const {
+  const FolderLock lock(folder_);
   std::vector<std::string> kept = lines(kBans);
   for (std::size_t i = kept.size(); i-- > 0;) {
     if (isComment(kept[i])) continue;
@@ -160,6 +190,33 @@ void Store::noteToldAddress(std::string_view nick, std::string_view told) const 
     replace(kBans, kept);
     return;
   }
+}
+
+Store::Stamp Store::stamp() const {
+  const FileStamp moderators = fileStamp(folder_ / kModerators);
+  const FileStamp bans = fileStamp(folder_ / kBans);
+  return {{moderators.number, moderators.changed, bans.number, bans.changed}};
+}
+
+std::vector<std::string> Store::problems() const {
+  std::error_code error;
+  if (!std::filesystem::is_directory(folder_, error)) {
+    return {folder_.string() + ": there is no such folder"};
+  }
+  std::vector<std::string> found;
+  const auto look = [&](auto read) {
+    try {
+      (void)read();
+    } catch (const StoreError& problem) {
+      found.emplace_back(problem.what());
+    }
+  };
+  look([&] { return settings(); });
+  look([&] { return reserved(); });
+  look([&] { return moderators(); });
+  look([&] { return bans(); });
+  look([&] { return motd(); });
+  return found;
 }
 
 std::vector<std::string> Store::lines(const char* file) const {

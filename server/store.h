@@ -1,6 +1,8 @@
 // The folder of plain files in which a server keeps what outlives it.
 #pragma once
 
+#include <array>
+#include <cstdint>
 #include <filesystem>
 #include <string>
 #include <string_view>
@@ -38,8 +40,8 @@ struct Ban {
 bool isLoopback(std::string_view address);
 
 /// Every function reads or replaces a file of the folder anew and throws `StoreError`. Lines that
-/// are empty or begin with "# " are comments, and stay when a file is changed. Not safe for use by
-/// two threads at once: a server calls it from one worker.
+/// are empty or begin with "# " are comments, and stay when a file is changed. Changes by several
+/// programs wait for each other; within one program it is for one thread at a time.
 class Store {
  public:
   explicit Store(std::filesystem::path folder) : folder_(std::move(folder)) {}
@@ -57,9 +59,23 @@ class Store {
 
   /// Adds a moderator, or replaces the one of that nickname.
   void setModerator(const Moderator& moderator) const;
-  void addBan(const Ban& ban) const;
+  /// Takes a moderator away; whether there was one of that nickname.
+  bool removeModerator(std::string_view nick) const;
+  void addBans(const std::vector<Ban>& bans) const;
+  /// Takes away all bans of a nickname, or of an address; how many there were.
+  std::size_t removeBans(std::string_view nickOrAddress) const;
   /// Notes the address that a banned client told, in the last ban of that nickname.
   void noteToldAddress(std::string_view nick, std::string_view told) const;
+
+  /// What tells a change of the moderators' and the bans' file by anybody from what was there.
+  struct Stamp {
+    std::array<std::int64_t, 4> values{};
+    bool operator==(const Stamp&) const = default;
+  };
+  Stamp stamp() const;
+
+  /// All that is wrong with the folder and its files, one text a fault; changes and makes nothing.
+  std::vector<std::string> problems() const;
 
   const std::filesystem::path& folder() const { return folder_; }
 

@@ -8,11 +8,32 @@ namespace kelvaron::server {
 namespace {
 
 constexpr std::size_t kSoundLimit = 64;
+constexpr std::size_t kLoggedLimit = 64;
 constexpr std::array<std::string_view, 3> kTags = {"[IG]", "[CS]", "[AW]"};
 
 bool isControl(char character) {
   const auto byte = static_cast<unsigned char>(character);
-  return byte < 32 || byte == 127;
+  return byte < 32 || byte == 127 || byte == 129 || byte == 141 || byte == 143 || byte == 144 ||
+         byte == 157;
+}
+
+// The characters of the bytes 128 to 159; the five that have none are never asked for.
+constexpr std::array<char16_t, 32> kUpperHalf = {
+    0x20AC, 0xFFFD, 0x201A, 0x0192, 0x201E, 0x2026, 0x2020, 0x2021, 0x02C6, 0x2030, 0x0160,
+    0x2039, 0x0152, 0xFFFD, 0x017D, 0xFFFD, 0xFFFD, 0x2018, 0x2019, 0x201C, 0x201D, 0x2022,
+    0x2013, 0x2014, 0x02DC, 0x2122, 0x0161, 0x203A, 0x0153, 0xFFFD, 0x017E, 0x0178};
+
+void appendUtf8(std::string& text, unsigned character) {
+  if (character < 0x80) {
+    text += static_cast<char>(character);
+  } else if (character < 0x800) {
+    text += static_cast<char>(0xC0 | (character >> 6));
+    text += static_cast<char>(0x80 | (character & 0x3F));
+  } else {
+    text += static_cast<char>(0xE0 | (character >> 12));
+    text += static_cast<char>(0x80 | ((character >> 6) & 0x3F));
+    text += static_cast<char>(0x80 | (character & 0x3F));
+  }
 }
 
 unsigned upper(unsigned byte) {
@@ -70,6 +91,15 @@ std::string_view bareNick(std::string_view shown) {
   if (std::any_of(kTags.begin(), kTags.end(), endsSo)) shown.remove_suffix(kTags[0].size());
   if (shown.starts_with(kModeratorMark)) shown.remove_prefix(kModeratorMark.size());
   return shown;
+}
+
+std::string forLog(std::string_view told) {
+  std::string text;
+  for (const char character : cleaned(told.substr(0, kLoggedLimit))) {
+    const auto byte = static_cast<unsigned char>(character);
+    appendUtf8(text, byte >= 0x80 && byte < 0xA0 ? kUpperHalf[byte - 0x80U] : byte);
+  }
+  return text;
 }
 
 bool isSafeSound(std::string_view name) {

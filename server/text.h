@@ -24,12 +24,16 @@ void cleanLine(std::string& line);
 std::string_view trimmed(std::string_view text);
 
 /// 1 to 15 characters without blanks (the no-break blank and the soft hyphen, which nobody sees,
-/// count too), without "[", "]" and "¥", and without control characters.
+/// count too), without "[", "]" and "¥", and without control characters. The five bytes that the
+/// code page leaves open (129, 141, 143, 144 and 157) count as control characters everywhere.
 bool isValidNick(std::string_view nick);
 
 /// The nickname in a list entry or a shown name: without blanks around it, without the tag behind
 /// it and without the "¥" before it. No valid nickname has a bracket or the mark of its own.
 std::string_view bareNick(std::string_view shown);
+
+/// What a stranger told, for the log: at most 64 characters, in UTF-8.
+std::string forLog(std::string_view told);
 
 /// A sound's name that can't lead out of a client's folder of sounds: 1 to 64 characters, none of
 /// them a dot, a separator, a wildcard, a quote or a control character.

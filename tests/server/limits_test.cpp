@@ -25,8 +25,8 @@ TEST(Limits, ALineTooLongDropsTheClientAloneWithANotice) {
   room.alice.send(head + longest);
   EXPECT_EQ(room.alice.sentTo(room.bob), Lines{head + longest});
   room.alice.sendRaw(head + longest + "y");  // no end in sight
-  EXPECT_TRUE(
-      room.alice.gets("STATUSTEXT\t7895295\tYour line was too long. You are disconnected."));
+  EXPECT_TRUE(room.alice.gets(
+      "STATUSTEXT\t7895295\t[Server] Your line was too long. You are disconnected."));
   room.alice.sendRaw("\r\nMessage\talice: \tafter\r\n" + std::string(100'000, 'z'));
   EXPECT_TRUE(room.alice.isClosed());
   EXPECT_EQ(room.bob.lines(), Lines{});
@@ -55,6 +55,98 @@ TEST(Limits, AFloodIsSlowedDownAndLosesNothing) {
   EXPECT_GT(steady_clock::now() - start, milliseconds(700));
 }
 
+// Whoever reconnects goes on where the address has stopped; two addresses of this machine are two.
+TEST(Limits, TheAllowanceIsTheAddresss) {
+  Settings settings = quickSettings();
+  settings.localTimes = 1;
+  settings.burstLines = 50;
+  settings.linesPerSecond = 50;
+  TwoUsers room(settings);
+  const auto start = steady_clock::now();
+  for (int i = 0; i < 10; ++i) {
+    Peer again(room.running.port(), "user" + std::to_string(i));
+    for (int line = 0; line < 9; ++line) again.send("PM\tbob\t" + std::to_string(line) + "\tx");
+    ASSERT_TRUE(room.bob.gets("PM\tuser" + std::to_string(i) + "\t8"));
+  }
+  // 100 lines of theirs and two logins: 52 beyond the burst.
+  EXPECT_GT(steady_clock::now() - start, milliseconds(950));
+}
+
+TEST(Limits, LoginsWaitTheirTurn) {
+  Settings settings = quickSettings();
+  settings.localTimes = 1;
+  settings.burstLogins = 4;
+  settings.loginsPerMinute = 240;
+  settings.loginTimeoutMs = 600;
+  TwoUsers room(settings);
+  const auto start = steady_clock::now();
+  for (const char* nick : {"carol", "dave", "eve", "fred"}) Peer(room.running.port(), nick);
+  EXPECT_GT(steady_clock::now() - start, milliseconds(450))
+      << "two beyond the burst, at 4 a second";
+  std::vector<std::unique_ptr<Peer>> crowd;
+  for (int i = 0; i < 8; ++i) {
+    crowd.push_back(std::make_unique<Peer>(room.running.port()));
+    crowd.back()->send("Name\tcrowd" + std::to_string(i) + "\t10.0.0.7");
+  }
+  int refused = 0;
+  for (const auto& each : crowd) {
+    refused += each->next() ==
+               "STATUSTEXT\t7895295\t[Server] There are too many logins from your "
+               "address. Try again later.";
+  }
+  EXPECT_GE(refused, 4);
+}
+
+TEST(Limits, TheSilentGiveWayToNewcomers) {
+  Settings settings = quickSettings();
+  settings.connections = 4;
+  TwoUsers room(settings);
+  Peer oldest(room.running.port());
+  Peer younger(room.running.port());
+  Peer carol(room.running.port(), "carol");
+  EXPECT_TRUE(oldest.isClosed());
+  younger.send("Name\tdave\t10.0.0.7");
+  EXPECT_TRUE(younger.gets("Users\tdave"));
+}
+
+TEST(Limits, ListsKeepToTheirBytes) {
+  Settings settings = quickSettings();
+  settings.listBytesPerSecond = 1024;
+  TwoUsers room(settings);
+  const auto start = steady_clock::now();
+  std::size_t bytes = 0;
+  int changes = 0;
+  while (steady_clock::now() - start < milliseconds(700)) {
+    room.alice.send(++changes % 2 == 0 ? "RETURN\talice" : "INGAME\talice");
+    for (const std::string& line : room.bob.lines(true)) {
+      if (line.starts_with("Users")) bytes += line.size() + 2;
+    }
+  }
+  const std::chrono::duration<double> time = steady_clock::now() - start;
+  EXPECT_GT(changes, 100);
+  EXPECT_LT(static_cast<double>(bytes), 1024 * time.count() + 100);
+  room.alice.send("[CS]\talice");
+  room.alice.send("RETURN\talice");
+  EXPECT_TRUE(room.bob.getsList({"alice[CS]", "bob"}));
+}
+
+// The client closes and connects again at once, while its lines wait for their turn.
+TEST(Limits, WhoComesBackAtOnceIsNotTwo) {
+  Settings settings = quickSettings();
+  settings.burstLines = 10;
+  settings.linesPerSecond = 40;
+  TwoUsers room(settings);
+  for (int i = 0; i < 50; ++i) room.alice.send("PM\tbob\t" + std::to_string(i) + "\talice");
+  room.alice.socket().close();
+  Peer again(room.running.port());
+  again.send("Name\talice\t10.0.0.7");
+  EXPECT_EQ(again.next(), "Userscl");
+  EXPECT_TRUE(room.bob.gets("PM\talice\t49")) << "and no line is lost";
+  Peer second(room.running.port());
+  second.send("Name\tbob\t10.0.0.7");
+  EXPECT_EQ(second.next(), "DOUBLE");
+}
+
 TEST(Limits, TimeOutsCloseTheSilentAndTheStalled) {
   Settings settings = quickSettings();
   settings.loginTimeoutMs = 100;
@@ -64,7 +156,7 @@ TEST(Limits, TimeOutsCloseTheSilentAndTheStalled) {
   EXPECT_TRUE(silent.isClosed());
   // bob reads nothing while the room talks.
   for (int i = 0; i < 200; ++i) room.alice.send("PM\tbob\t" + std::string(60'000, 'x') + "\talice");
-  EXPECT_TRUE(room.alice.gets("Announce\tbob has left Kelvaron"));
+  EXPECT_TRUE(room.alice.gets("Announce\t[Server] bob has left Kelvaron"));
 }
 
 TEST(Limits, AClientThatDoesNotReadIsDroppedAtTheLimitOfItsQueue) {
@@ -73,7 +165,7 @@ TEST(Limits, AClientThatDoesNotReadIsDroppedAtTheLimitOfItsQueue) {
   TwoUsers room(settings);
   const std::string line = "PM\tbob\t" + std::string(60'000, 'x') + "\talice";
   for (int i = 0; i < 300; ++i) room.alice.send(line);
-  EXPECT_TRUE(room.alice.gets("Announce\tbob has left Kelvaron"));
+  EXPECT_TRUE(room.alice.gets("Announce\t[Server] bob has left Kelvaron"));
   EXPECT_TRUE(room.alice.getsList({"alice"}));
 }
 
@@ -106,10 +198,10 @@ TEST(Limits, ConnectionsInAll) {
   {
     Peer third(room.running.port(), "carol");
     Peer fourth(room.running.port());
-    EXPECT_TRUE(fourth.gets("STATUSTEXT\t7895295\tThe server is full. Try again later."));
+    EXPECT_TRUE(fourth.gets("STATUSTEXT\t7895295\t[Server] The server is full. Try again later."));
     EXPECT_TRUE(fourth.isClosed());
   }
-  ASSERT_TRUE(room.alice.gets("Announce\tcarol has left Kelvaron"));
+  ASSERT_TRUE(room.alice.gets("Announce\t[Server] carol has left Kelvaron"));
   const Peer again(room.running.port(), "dave");
 }
 

@@ -7,6 +7,7 @@
 
 #include <array>
 #include <asio/write.hpp>
+#include <chrono>
 #include <future>
 
 namespace kelvaron::server {
@@ -27,8 +28,15 @@ Settings quickSettings() {
 }
 
 RunningServer::RunningServer(const std::filesystem::path& folder, const Settings& settings)
-    : server_(std::make_unique<Server>(
-          io_, Options{.address = "127.0.0.1", .port = 0, .folder = folder, .settings = settings})),
+    : server_(std::make_unique<Server>(io_, Options{.address = "127.0.0.1",
+                                                    .port = 0,
+                                                    .folder = folder,
+                                                    .settings = settings,
+                                                    .log =
+                                                        [this](std::string_view text) {
+                                                          const std::lock_guard guard(logMutex_);
+                                                          log_.emplace_back(text);
+                                                        }})),
       port_(server_->port()),
       thread_([this] { io_.run(); }) {}
 
@@ -44,6 +52,20 @@ void RunningServer::runOnLoop(const std::function<void(Server&)>& call) {
     done.set_value();
   });
   done.get_future().wait();
+}
+
+bool RunningServer::logs(std::string_view text) {
+  const auto until = std::chrono::steady_clock::now() + std::chrono::seconds(kPatienceSeconds);
+  while (std::chrono::steady_clock::now() < until) {
+    {
+      const std::lock_guard guard(logMutex_);
+      while (logRead_ < log_.size()) {
+        if (log_[logRead_++].find(text) != std::string::npos) return true;
+      }
+    }
+    std::this_thread::sleep_for(std::chrono::milliseconds(5));
+  }
+  return false;
 }
 
 Peer::Peer(std::uint16_t port) : socket_(io_) {

@@ -1,11 +1,21 @@
 // The program itself: exit codes, messages, a clean end on a signal.
+#include <fcntl.h>
 #include <gtest/gtest.h>
 #include <signal.h>
 #include <sys/wait.h>
+#include <unistd.h>
 
 #include <array>
+#include <chrono>
 #include <cstdio>
+#include <cstring>
+#include <fstream>
+#include <thread>
+#include <utility>
 
+#include "server/file.h"
+#include "server/log_writer.h"
+#include "server/text.h"
 #include "tests/server/peer.h"
 
 namespace kelvaron::server {
@@ -36,6 +46,11 @@ TEST(Program, SaysWhatIsWrong) {
   const std::string withFolder = " --folder " + folder.path().string();
   const std::vector<std::tuple<std::string, int, std::string>> cases = {
       {"--help", 0, "Usage: kelvaron-server"},
+      {"--version", 0, "kelvaron-server 4."},
+      {"--check" + withFolder, 0, "is in order: 0 moderators, 0 bans"},
+      {"--check --folder /dev/null/x", 1, "/dev/null/x: there is no such folder"},
+      {"--unban eve" + withFolder, 1, "no ban of eve"},
+      {"--remove-moderator eve" + withFolder, 1, "eve is no moderator"},
       {"--prot 1", 2, "unknown option \"--prot\""},
       {"--address 127.0.0.1 --port " + std::to_string(other.port()) + withFolder, 1,
        "another program has this port"},
@@ -62,34 +77,136 @@ TEST(Program, AddsAModeratorWhoCanUseThePassword) {
       bob.gets("STATUSTEXT\t8454016\tModerator Privlidges Granted - You are now a moderator."));
 }
 
-TEST(Program, TellsWhereItListensAndEndsOnASignal) {
+/// The program on a folder of its own, with its log in a file.
+class RunningProgram {
+ public:
+  RunningProgram() {
+    std::array<int, 2> ends{};
+    EXPECT_EQ(::pipe(ends.data()), 0);
+    child_ = ::fork();
+    if (child_ == 0) {
+      ::dup2(ends[1], STDOUT_FILENO);
+      ::dup2(::open(log().c_str(), O_WRONLY | O_CREAT | O_APPEND, 0600), STDERR_FILENO);
+      ::execl(kProgram.c_str(), kProgram.c_str(), "--address", "127.0.0.1", "--port", "0",
+              "--folder", folder.path().c_str(), nullptr);
+      ::_exit(127);
+    }
+    ::close(ends[1]);
+    std::FILE* output = ::fdopen(ends[0], "r");
+    std::array<char, 1024> line{};
+    EXPECT_NE(std::fgets(line.data(), static_cast<int>(line.size()), output), nullptr);
+    told = line.data();
+    std::fclose(output);
+    const std::size_t at = told.find("127.0.0.1:");
+    if (at != std::string::npos) {
+      port = static_cast<std::uint16_t>(std::stoi(told.substr(at + std::strlen("127.0.0.1:"))));
+    }
+  }
+  ~RunningProgram() {
+    if (child_ != 0) end();
+  }
+  RunningProgram(const RunningProgram&) = delete;
+  RunningProgram& operator=(const RunningProgram&) = delete;
+
+  void signal(int number) const { ::kill(child_, number); }
+  /// Its exit code, or -1 when it ended otherwise.
+  int end() {
+    signal(SIGTERM);
+    int status = -1;
+    ::waitpid(std::exchange(child_, 0), &status, 0);
+    return WIFEXITED(status) ? WEXITSTATUS(status) : -1;
+  }
+  bool logs(const std::string& text) const {
+    for (int i = 0; i < 500; ++i) {
+      if (server::readFile(log()).value_or("").find(text) != std::string::npos) return true;
+      std::this_thread::sleep_for(std::chrono::milliseconds(10));
+    }
+    return false;
+  }
+  Ended command(const std::string& arguments, const std::string& before = "") const {
+    return run(arguments + " --folder " + folder.path().string(), before);
+  }
+
   TemporaryFolder folder;
+  std::string told;
+  std::uint16_t port = 0;
+
+ private:
+  std::filesystem::path log() const { return folder.path() / "log"; }
+  pid_t child_ = 0;
+};
+
+TEST(Program, TellsWhereItListensAndTheRoomThatItEnds) {
+  RunningProgram program;
+  EXPECT_TRUE(program.told.starts_with("kelvaron-server listens on 127.0.0.1:")) << program.told;
+  EXPECT_TRUE(program.told.ends_with(", folder " + program.folder.path().string() + "\n"));
+  Peer alice(program.port, "alice");
+  const auto start = std::chrono::steady_clock::now();
+  EXPECT_EQ(program.end(), 0);
+  EXPECT_LT(std::chrono::steady_clock::now() - start, std::chrono::seconds(1));
+  EXPECT_TRUE(
+      alice.gets("STATUSTEXT\t8454143\t[Server] The server ends now. Try to connect again later."));
+  EXPECT_TRUE(alice.isClosed());
+}
+
+TEST(Program, CommandsAndSignalsReachARunningServer) {
+  const RunningProgram program;
+  Peer bob(program.port, "bob");
+  ASSERT_EQ(program.command("--add-moderator bob b@example.org", "printf 'a b\\n' | ").code, 0);
+  std::ofstream(program.folder.path() / "bans") << "nick\teve\t\t\tann\tspam\n";
+  const auto comesIn = [&](const std::string& nick) {
+    Peer peer(program.port);
+    peer.send("Name\t" + nick + "\t10.0.0.7");
+    return peer.next();
+  };
+  const auto becomes = [&](const std::string& nick, const std::string& answer) {
+    for (int i = 0; i < 60 && comesIn(nick) != answer; ++i) {
+      std::this_thread::sleep_for(std::chrono::milliseconds(50));
+    }
+    return comesIn(nick);
+  };
+  EXPECT_EQ(becomes("eve", "banned"), "banned");
+  EXPECT_NE(program.command("--bans").output.find("eve, by ann: spam"), std::string::npos);
+  EXPECT_EQ(program.command("--unban EVE").code, 0);
+  EXPECT_EQ(becomes("eve", "Userscl"), "Userscl");
+  bob.send("RequestOP\tbob\tb@example.org\ta b");
+  EXPECT_TRUE(
+      bob.gets("STATUSTEXT\t8454016\tModerator Privlidges Granted - You are now a moderator."));
+  EXPECT_EQ(program.command("--remove-moderator bob").code, 0);
+
+  std::ofstream(program.folder.path() / "settings") << "line_limit = 256\n";
+  program.signal(SIGHUP);
+  ASSERT_TRUE(program.logs("the files of the folder are read anew"));
+  Peer cy(program.port, "cy");
+  cy.send("Message\tcy: \t" + std::string(300, 'x'));
+  EXPECT_TRUE(cy.isClosed());
+  program.signal(SIGUSR1);
+  EXPECT_TRUE(program.logs("statistics of "));
+}
+
+// Somebody started it with a pipe to a program that has stopped reading.
+TEST(Log, AFullPipeAndAFullDiskLoseLinesAndNothingElse) {
   std::array<int, 2> ends{};
   ASSERT_EQ(::pipe(ends.data()), 0);
-  const pid_t child = ::fork();
-  if (child == 0) {
-    ::dup2(ends[1], STDOUT_FILENO);
-    ::execl(kProgram.c_str(), kProgram.c_str(), "--address", "127.0.0.1", "--port", "0", "--folder",
-            folder.path().c_str(), nullptr);
-    ::_exit(127);
-  }
-  ::close(ends[1]);
-  std::FILE* output = ::fdopen(ends[0], "r");
-  std::array<char, 1024> line{};
-  ASSERT_NE(std::fgets(line.data(), static_cast<int>(line.size()), output), nullptr);
-  const std::string start = "kelvaron-server listens on 127.0.0.1:";
-  const std::string told = line.data();
-  ASSERT_TRUE(told.starts_with(start)) << told;
-  EXPECT_TRUE(told.ends_with(", folder " + folder.path().string() + "\n")) << told;
-  Peer alice(static_cast<std::uint16_t>(std::stoi(told.substr(start.size()))), "alice");
-  ::kill(child, SIGHUP);
-  alice.lines();
-  ::kill(child, SIGTERM);
-  EXPECT_TRUE(alice.isClosed());
-  int status = -1;
-  ::waitpid(child, &status, 0);
-  EXPECT_TRUE(WIFEXITED(status) && WEXITSTATUS(status) == 0) << status;
-  std::fclose(output);
+  LogWriter log(ends[1]);
+  for (int i = 0; i < 5000; ++i) log.write("line " + std::to_string(i) + std::string(100, '.'));
+  std::string read(1'000'000, '\0');
+  read.resize(static_cast<std::size_t>(::read(ends[0], read.data(), read.size())));
+  log.write("afterwards");
+  std::array<char, 4096> rest{};
+  const std::string tail(rest.data(),
+                         static_cast<std::size_t>(::read(ends[0], rest.data(), rest.size())));
+  EXPECT_NE(tail.find(" lines of the log were lost\n"), std::string::npos) << tail;
+  EXPECT_TRUE(tail.ends_with(" afterwards\n")) << tail;
+  const int full = ::open("/dev/full", O_WRONLY);
+  LogWriter toFull(full);
+  toFull.write("nowhere");
+  for (const int each : {ends[0], ends[1], full}) ::close(each);
+}
+
+TEST(Log, WhatStrangersToldIsShortAndUtf8) {
+  EXPECT_EQ(forLog("na\xEFve \x80\x81\n"), "na\xC3\xAFve \xE2\x82\xAC  ");
+  EXPECT_EQ(forLog(std::string(1000, '\xFF')).size(), 128U);
 }
 
 }  // namespace

@@ -19,16 +19,16 @@ TEST(Login, TheListComesAtOnceAndTheMessageOfTheDayOnRequest) {
   EXPECT_EQ(alice.next(), "Userscl");
   EXPECT_EQ(alice.next(), "Users\talice");
   EXPECT_EQ(alice.next(), "MOTD\tBe fair. Have fun.");
-  EXPECT_EQ(alice.next(), "Announce\talice has entered Kelvaron");
+  EXPECT_EQ(alice.next(), "Announce\t[Server] alice has entered Kelvaron");
   alice.send("Name\tother\t10.0.0.7");
 
   Peer bob(running.port(), "bob");
-  EXPECT_TRUE(alice.gets("Announce\tbob has entered Kelvaron"));
+  EXPECT_TRUE(alice.gets("Announce\t[Server] bob has entered Kelvaron"));
   EXPECT_TRUE(alice.getsList({"alice", "bob"}));
   bob.send("Message\tbob: \tgoing");
   bob.socket().close();
   EXPECT_TRUE(alice.gets("Message\tbob: \tgoing"));
-  EXPECT_TRUE(alice.gets("Announce\tbob has left Kelvaron"));
+  EXPECT_TRUE(alice.gets("Announce\t[Server] bob has left Kelvaron"));
   EXPECT_TRUE(alice.getsList({"alice"}));
 }
 
@@ -45,8 +45,8 @@ TEST(Login, RefusalsAndTheEndOfTheConnection) {
   TemporaryFolder folder;
   const Store store(folder.path());
   store.prepare();
-  store.addBan({BanKind::user, "spammer", "127.0.0.1", "", "alice", "spam"});
-  store.addBan({BanKind::address, "", "127.0.0.1", "", "alice", "nobody here"});
+  store.addBans({{BanKind::user, "spammer", "127.0.0.1", "", "alice", "spam"}});
+  store.addBans({{BanKind::address, "", "127.0.0.1", "", "alice", "nobody here"}});
   RunningServer running(folder.path());
   const Peer alice(running.port(), "alice\xE9");
   const std::vector<std::pair<std::string, std::string>> cases = {

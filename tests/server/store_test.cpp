@@ -28,7 +28,8 @@ TEST(Store, DefaultsOfAFreshFolder) {
   TemporaryFolder folder;
   const Store store(folder.path() / "new" / "deeper");
   store.prepare();
-  EXPECT_EQ(store.reserved(), (std::vector<std::string>{"QZN", "Sorrel"}));
+  EXPECT_EQ(store.reserved(),
+            (std::vector<std::string>{"QZN", "Sorrel", "Message", "Private", "Server"}));
   EXPECT_TRUE(store.bans().empty());
   EXPECT_TRUE(store.moderators().empty());
   EXPECT_EQ(store.motd(), "Welcome to Kelvaron.");
@@ -42,7 +43,7 @@ TEST(Store, ChangesKeepTheRestOfTheFile) {
   TemporaryFolder folder;
   const Store store(folder.path());
   std::ofstream(folder.path() / "bans") << "# mine\r\nnick\tx\t\t\tby hand\t\r\n";
-  store.addBan({BanKind::user, "bob", "10.1.1.1", "", "alice", "a\tb\nc"});
+  store.addBans({{BanKind::user, "bob", "10.1.1.1", "", "alice", "a\tb\nc"}});
   store.noteToldAddress("BOB", "10.0.0.7");
   store.noteToldAddress("unknown", "1.1.1.1");
   EXPECT_EQ(*readFile(folder.path() / "bans"),
@@ -67,6 +68,9 @@ TEST(Store, WhatABanKeepsOut) {
     const Ban ban{kind, "bob", "10.1.1.1", "", "", ""};
     EXPECT_EQ(ban.keepsOut(nick, address), out) << nick << ' ' << address;
   }
+  const Ban household{BanKind::address, "", "2001:db8:1:2::5", "", "", ""};
+  EXPECT_TRUE(household.keepsOut("eve", "2001:db8:1:2:ffff::1"));
+  EXPECT_FALSE(household.keepsOut("eve", "2001:db8:1:3::5"));
   for (const char* own : {"127.0.0.1", "127.1.2.3", "::1"}) {
     EXPECT_FALSE((Ban{BanKind::user, "bob", own, "", "", ""}.keepsOut("eve", own))) << own;
   }
@@ -115,6 +119,22 @@ TEST(Store, PasswordsAreKeptAsHashes) {
                                     std::string(4096, '$'), hash.substr(0, hash.size() - 1)}) {
     EXPECT_FALSE(isPassword(broken, "secret word")) << broken;
   }
+}
+
+TEST(Store, WhatIsTakenAwayIsGoneAndNothingElse) {
+  TemporaryFolder folder;
+  const Store store(folder.path());
+  std::ofstream(folder.path() / "bans")
+      << "# mine\nnick\tBob\t\t\tann\t\nuser\teve\t10.1.1.1\t\tann\t\n"
+      << "address\t\t10.1.1.1\t\tann\t\nnick\tcy\t\t\tann\t\n";
+  EXPECT_EQ(store.removeBans("bob"), 1U);
+  EXPECT_EQ(store.removeBans("10.1.1.1"), 2U);
+  EXPECT_EQ(store.removeBans("nobody"), 0U);
+  EXPECT_EQ(*readFile(folder.path() / "bans"), "# mine\nnick\tcy\t\t\tann\t\n");
+  store.setModerator({"ann", "a@example.org", "one"});
+  EXPECT_FALSE(store.removeModerator("bob"));
+  EXPECT_TRUE(store.removeModerator("ANN"));
+  EXPECT_TRUE(store.moderators().empty());
 }
 
 TEST(Options, CommandLine) {

@@ -1,0 +1,70 @@
+// Moderators' proofs: which are looked at, in which order, and what wrong ones cost. Looking at one
+// takes a tenth of a second and happens off the loop.
+#pragma once
+
+#include <asio/io_context.hpp>
+#include <functional>
+#include <map>
+#include <memory>
+#include <set>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "server/source.h"
+#include "server/store.h"
+#include "server/worker.h"
+
+namespace kelvaron::server {
+
+class Proofs {
+ public:
+  struct Proof {
+    std::string nick;
+    std::string email;
+    std::string password;
+    std::string sourceName;
+    std::shared_ptr<Source> source;
+  };
+  enum class Outcome { right, wrong, tooMany, failed };
+  /// The error says why the outcome is `failed`.
+  using Done = std::function<void(Outcome outcome, const std::string& error)>;
+
+  Proofs(asio::io_context& io, const Settings& settings) : settings_(settings), worker_(io) {}
+
+  /// Looks at a proof against the registered moderator of that nickname (null: nobody is, which
+  /// takes as long). False, and `done` isn't called, when it isn't looked at: after many wrong ones
+  /// from its address, after many wrong ones for the account of which one came from there, or with
+  /// too many waiting. `done` is called on the loop; a wrong proof counts whoever is still there.
+  bool ask(Proof proof, const Moderator* moderator, Done done);
+  /// Forgets wrong proofs of long ago. Called every so often.
+  void sweep(Clock::time_point now);
+
+ private:
+  struct Waiting {
+    Proof proof;
+    Moderator moderator;
+    bool registered;
+    Done done;
+    /// Of fewest goes first: wrong ones of its address, and others of that address before it.
+    long rank;
+  };
+  struct Account {
+    long failed = 0;
+    std::set<std::string> failedFrom;
+    Clock::time_point forgottenAt{};
+  };
+
+  bool isLookedAt(const Proof& proof) const;
+  bool makeRoom(long rank);
+  void next();
+  void countWrong(const Waiting& waiting);
+
+  const Settings& settings_;
+  std::vector<Waiting> waiting_;  // in the order of asking
+  bool running_ = false;
+  std::map<std::string, Account> accounts_;  // of registered moderators, by folded nickname
+  Worker worker_;
+};
+
+}  // namespace kelvaron::server

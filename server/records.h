@@ -1,0 +1,80 @@
+// What the folder holds, in memory: no line of a client waits for the disk. The worker keeps both
+// in step.
+#pragma once
+
+#include <asio/io_context.hpp>
+#include <chrono>
+#include <functional>
+#include <map>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "server/log.h"
+#include "server/source.h"
+#include "server/store.h"
+#include "server/worker.h"
+
+namespace kelvaron::server {
+
+class Records {
+ public:
+  /// Throws `StoreError` when a file of the store can't be read.
+  Records(asio::io_context& io, Store store, Log log);
+
+  bool isReserved(std::string_view nick) const;
+  bool isBanned(std::string_view nick, std::string_view address) const;
+  /// The message of the day; empty for none.
+  const std::string& motd() const { return motd_; }
+  /// The registered moderator of that nickname, or nothing; only until the next turn of the loop.
+  const Moderator* moderator(std::string_view nick) const;
+
+  /// The ban counts at once. `failed` is called when it can't be stored at first; storing it is
+  /// tried again until it is.
+  void addBan(const Ban& ban, std::function<void()> failed);
+  /// Notes the address that a banned client told, in the last ban of that nickname.
+  void noteToldAddress(std::string_view nick, std::string_view told);
+
+  /// Reads all anew; the settings go to `taken`. A file that can't be read is told to the log, and
+  /// all stay as they were.
+  void reload(std::function<void(const Settings&)> taken);
+  /// Looks whether another program has changed moderators or bans, and stores what couldn't be.
+  /// Called every so often.
+  void sweep(Clock::time_point now);
+
+ private:
+  struct Files {
+    std::vector<std::string> reserved;
+    std::vector<Moderator> moderators;
+    std::vector<Ban> bans;
+    std::string motd;
+    Settings settings;
+    Store::Stamp stamp;
+  };
+
+  static Files read(const Store& store);
+  void take(Files files);
+  void watch();
+  void storeBans();
+
+  Store store_;
+  Log log_;
+  std::vector<std::string> reserved_;
+  std::map<std::string, Moderator> moderators_;  // by folded nickname
+  std::vector<Ban> bans_;
+  std::string motd_;
+  Store::Stamp stamp_;
+  Clock::time_point watchAt_{};
+  bool watching_ = false;
+
+  // In memory only so far.
+  std::vector<Ban> unstored_;
+  std::vector<std::function<void()>> failed_;  // to be told at the first failure
+  bool storing_ = false;
+  bool storeFailed_ = false;
+  Clock::time_point storeAt_{};
+
+  Worker worker_;
+};
+
+}  // namespace kelvaron::server
