@@ -1,6 +1,7 @@
 #include "server/proofs.h"
 
 #include <algorithm>
+#include <iterator>
 #include <utility>
 
 #include "server/password.h"
@@ -57,11 +58,13 @@ bool Proofs::makeRoom(long rank) {
 void Proofs::next() {
   if (running_ || waiting_.empty()) return;
   running_ = true;
+  // Of the same rank the newest: when more come than can be looked at, an honest one doesn't wait
+  // for all that came to hold it up.
   const auto first = std::min_element(
-      waiting_.begin(), waiting_.end(),
+      waiting_.rbegin(), waiting_.rend(),
       [](const Waiting& one, const Waiting& other) { return one.rank < other.rank; });
   auto asked = std::make_shared<Waiting>(std::move(*first));
-  waiting_.erase(first);
+  waiting_.erase(std::next(first).base());
   const auto job = [asked] {
     const Moderator& moderator = asked->moderator;
     const bool known = asked->registered;

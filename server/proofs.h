@@ -46,7 +46,7 @@ class Proofs {
     Moderator moderator;
     bool registered;
     Done done;
-    /// Of fewest goes first: wrong ones of its address, and others of that address before it.
+    /// The lowest goes first: wrong ones of its address, and others of that address before it.
     long rank;
   };
   struct Account {
