@@ -4,7 +4,7 @@
 set -u
 cd "$(dirname "$0")/.." || exit 1
 mkdir -p build/fuzz/found
-for target in arrival transfer command playlist ping_output address; do
+for target in arrival transfer command playlist ping_output address lobby; do
   mkdir -p "build/fuzz/corpus/$target"
   "build/fuzz/bin/fuzz_$target" "-dict=fuzz/$target.dict" -max_len=4096 "-max_total_time=$1" \
     "-artifact_prefix=build/fuzz/found/$target-" "build/fuzz/corpus/$target" \
