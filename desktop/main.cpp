@@ -6,6 +6,7 @@
 #include <cstdlib>
 
 #include "client/kelvaron_client.h"
+#include "desktop/form_scale.h"
 #include "desktop/ports/application.h"
 #include "desktop/ports/dialogs.h"
 #include "desktop/ports/qt_event_loop.h"
@@ -45,6 +46,7 @@ int main(int argc, char** argv) {
   QApplication::setDesktopFileName(QStringLiteral("kelvaron"));
   QApplication::setQuitOnLastWindowClosed(false);
   applyTheme(application);
+  setFormScale(formScaleFor(QApplication::font()));
 
   const std::filesystem::path folder = QCoreApplication::applicationDirPath().toStdString();
   Edge edge;

@@ -25,6 +25,8 @@ Form1::Form1(Client& client)
     red_[slot]->AccessibleName = player + " declined";
     green_[slot]->AccessibleName = player + " accepted";
   }
+  // Enter behind the game form is not meant for this one.
+  Command1.Deliberate = true;
   Command1.Click = [this] { startOnce(client_, [this] { Command1_Click(); }); };
 }
 

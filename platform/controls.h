@@ -104,6 +104,9 @@ class CommandButton : public Control {
   /// Pressed by Enter, and by Escape, wherever the keyboard is on the form.
   bool Default = false;
   bool Cancel = false;
+  /// The keyboard never begins here when the form comes up: a press of Enter that was meant for the
+  /// form before must do nothing.
+  bool Deliberate = false;
 
   Event<> Click;
 };

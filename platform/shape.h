@@ -11,7 +11,7 @@ namespace kelvaron {
 class Shape : public Control {
  public:
   /// The fill of a lamp that isn't lit.
-  static constexpr Color kUnlit{52, 56, 66};
+  static constexpr Color kUnlit{98, 104, 118};
 
   Shape(Container& within, std::string_view name, Place place)
       : Control(within, ControlKind::shape, name, place) {}

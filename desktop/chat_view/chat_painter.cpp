@@ -3,8 +3,8 @@
 #include <QColor>
 #include <QPainter>
 #include <algorithm>
-#include <array>
 #include <cstdlib>
+#include <vector>
 
 #include "desktop/qt_values.h"
 
@@ -33,6 +33,8 @@ QColor readable(const QColor& text, const QColor& ground) {
   return hidden ? QColor(Qt::gray) : text;
 }
 
+constexpr std::size_t kLinkedLine = std::size_t{16} << 10U;
+
 bool covers(const LinkSpan& span, std::size_t column) {
   return span.begin <= column && column < span.end;
 }
@@ -46,9 +48,11 @@ void paintRow(QPainter& painter, const ChatLayout& layout, ChatRow row, QPointF 
   const std::string_view bytes = text.line(row.line);
   const ChatLayout::Span span = layout.span(row);
   const LinkSpan selected = columnsIn(marks.selection, row.line, bytes.size());
-  const bool hasLink = marks.underlined && marks.underlined->line == row.line;
-  const LinkSpan link = hasLink ? marks.underlined->span : LinkSpan{0, 0};
-  const std::array cuts = {selected.begin, selected.end, link.begin, link.end};
+  // Of a line beyond any link's length the cost of looking for them is not worth its while.
+  const std::vector<LinkSpan> links =
+      bytes.size() <= kLinkedLine ? findLinks(bytes) : std::vector<LinkSpan>();
+  std::vector<std::size_t> cuts = {selected.begin, selected.end};
+  for (const LinkSpan& link : links) cuts.insert(cuts.end(), {link.begin, link.end});
 
   QPointF place = topLeft;
   std::size_t column = span.begin;
@@ -70,7 +74,7 @@ void paintRow(QPainter& painter, const ChatLayout& layout, ChatRow row, QPointF 
     painter.setPen(pen);
     const QPointF onBaseline = place + QPointF(0, font.baseline());
     font.draw(painter, onBaseline, piece, bold);
-    if (covers(link, column)) {
+    if (std::ranges::any_of(links, [&](const LinkSpan& link) { return covers(link, column); })) {
       painter.fillRect(QRectF(onBaseline + QPointF(0, 1), QSizeF(width, 1)), pen);
     }
     place.rx() += width;

@@ -25,7 +25,6 @@ struct ChatMarks {
   /// What the text is drawn on.
   QColor ground;
   TextRange selection;
-  std::optional<ChatLink> underlined;
 };
 
 void paintRow(QPainter& painter, const ChatLayout& layout, ChatRow row, QPointF topLeft,

@@ -2,7 +2,6 @@
 
 #include <QAccessible>
 #include <QClipboard>
-#include <QFontDatabase>
 #include <QFontInfo>
 #include <QGuiApplication>
 #include <QPainter>
@@ -30,21 +29,15 @@ constexpr std::size_t kLargestPrimarySelection = std::size_t{1} << 20U;
 /// What a screen reader is told of a burst at most, its end.
 constexpr std::size_t kLargestAnnouncement = std::size_t{1} << 14U;
 
-constexpr qreal kReadableFont = 10;
-constexpr qreal kModestFont = 11;
-
-QFont readableFont() {
-  QFont font = QFontDatabase::systemFont(QFontDatabase::GeneralFont);
-  font.setPointSizeF(std::clamp(QFontInfo(font).pointSizeF(), kReadableFont, kModestFont));
-  return font;
-}
-
 }  // namespace
 
 ChatView::ChatView(StyledText& text, QWidget* parent)
-    : QAbstractScrollArea(parent), text_(text), layout_(text, readableFont()) {
+    : QAbstractScrollArea(parent),
+      text_(text),
+      layout_(text, QGuiApplication::font()),
+      notes_(text) {
   installChatAccessibility();
-  setFont(readableFont());
+  setFont(QGuiApplication::font());
   setFocusPolicy(Qt::StrongFocus);
   setAttribute(Qt::WA_InputMethodEnabled);
   setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
@@ -64,11 +57,16 @@ ChatView::~ChatView() { text_.onChange = nullptr; }
 
 void ChatView::setBackground(const QColor& color) {
   background_ = color;
+  // No groove shows beside the text while there is nothing to scroll.
+  QPalette palette = verticalScrollBar()->palette();
+  palette.setColor(QPalette::Base, color);
+  verticalScrollBar()->setPalette(palette);
   viewport()->update();
 }
 
 void ChatView::textChanged(const StyledText::Change& change) {
   layout_.changed(change);
+  notes_.changed(change);
   selection_.follow(change);
   const bool newLinesInFront =
       !change.cleared && change.endColumn == 0 && top_ == TextPosition{change.first, change.column};
@@ -114,6 +112,7 @@ void ChatView::settle() {
     following_ = true;
   }
   standAt(top(), last);
+  noteLines();
   if (unspokenFrom_) {
     const std::size_t length = text_.length();
     std::size_t from = std::min(*std::exchange(unspokenFrom_, std::nullopt), length);
@@ -165,6 +164,7 @@ void ChatView::standAt(ChatRow row, ChatRow last) {
 
   const bool full = row == last && last > ChatRow{};
   topY_ = full ? viewport()->height() - page * layout_.font().rowHeight() : kTopMargin;
+  placeNewLines();
   updateHover();
   viewport()->update();
 }
@@ -237,21 +237,23 @@ void ChatView::applyFont() {
 void ChatView::changeEvent(QEvent* event) {
   QAbstractScrollArea::changeEvent(event);
   if (event->type() == QEvent::FontChange) applyFont();
+  if (event->type() == QEvent::ActivationChange && !isActiveWindow()) {
+    noteLines();
+    notes_.stopReading();
+    viewport()->update();
+  }
 }
 
 void ChatView::paintEvent(QPaintEvent* event) {
   QPainter painter(viewport());
   painter.fillRect(event->rect(), background_);
-  const ChatMarks marks{background_, selection(), hovered_};
+  const ChatMarks marks{background_, selection()};
   const int step = layout_.font().rowHeight();
   ChatRow row = top();
   int y = topY_;
-  if (y > kTopMargin && row > ChatRow{}) {
-    row = layout_.moved(row, -1);
-    y -= step;
-  }
   for (; y < viewport()->height(); y += step) {
     paintRow(painter, layout_, row, QPointF(kMargin, y), marks);
+    paintNotes(painter, row, y);
     const ChatRow next = layout_.moved(row, 1);
     if (next == row) break;
     row = next;
@@ -266,7 +268,7 @@ void ChatView::paintEvent(QPaintEvent* event) {
 
 std::optional<ChatRow> ChatView::rowUnder(int y) const {
   ChatRow row = top();
-  if (y < topY_) return layout_.moved(row, -1);
+  if (y < topY_) return row;
   for (int below = topY_ + layout_.font().rowHeight(); below <= y;
        below += layout_.font().rowHeight()) {
     const ChatRow next = layout_.moved(row, 1);

@@ -11,16 +11,22 @@
 #include <QElapsedTimer>
 #include <QTimer>
 #include <QUrl>
+#include <functional>
 #include <memory>
 #include <optional>
 #include <string>
+#include <string_view>
 
 #include "desktop/chat_view/chat_layout.h"
+#include "desktop/chat_view/chat_notes.h"
 #include "desktop/chat_view/chat_painter.h"
 #include "desktop/chat_view/chat_selection.h"
 #include "platform/styled_text.h"
 
+class QHelpEvent;
 class QMenu;
+class QPainter;
+class QPushButton;
 
 namespace kelvaron {
 
@@ -80,11 +86,22 @@ class ChatView : public QAbstractScrollArea {
 
   std::unique_ptr<QMenu> makeContextMenu(QPoint point);
 
+  // For whoever has the keyboard in the view's stead: find, zoom and scrolling by pages.
+  bool isViewCommand(const QKeyEvent& key) const;
+  /// Whether the key was one of these.
+  bool viewCommand(const QKeyEvent& key);
+
+  /// Lines that are for the user have a mark at the view's edge.
+  void setForUser(std::function<ChatNotes::Test()> makeTest);
+  const ChatNotes& notes() const { return notes_; }
+
  Q_SIGNALS:
   /// A link was clicked; always http or https.
   void linkActivated(const QUrl& url);
   /// The user typed while the view had the focus.
   void typed(const QString& text);
+  /// A line for the user has come.
+  void addressed();
 
  protected:
   bool event(QEvent* event) override;
@@ -138,6 +155,11 @@ class ChatView : public QAbstractScrollArea {
   bool scrollByKey(const QKeyEvent& key);
   TextPosition rowsAway(std::ptrdiff_t count, qreal goal) const;
 
+  void noteLines();
+  void placeNewLines();
+  void paintNotes(QPainter& painter, ChatRow row, int y) const;
+  bool showTime(const QHelpEvent& event);
+
   ChatFindBar& findBar();
   void placeFindBar();
   void findAsTyped();
@@ -166,6 +188,10 @@ class ChatView : public QAbstractScrollArea {
   QPoint dragPoint_;
   int wheelRest_ = 0;           // eighths of a degree not yet turned into rows
   std::optional<qreal> goalX_;  // where Shift+Up and Shift+Down try to stay
+
+  ChatNotes notes_;
+  std::size_t heldFrom_ = 0;  // the whole lines that there were when the view stood at the end
+  QPushButton* newLines_ = nullptr;  // tells how many have come since
 
   ChatFindBar* findBar_ = nullptr;
   std::optional<std::size_t> unspokenFrom_;  // where the text begins that screen readers lack

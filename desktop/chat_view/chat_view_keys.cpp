@@ -99,6 +99,18 @@ void ChatView::inputMethodEvent(QInputMethodEvent* event) {
   if (!event->commitString().isEmpty()) Q_EMIT typed(event->commitString());
 }
 
+bool ChatView::isViewCommand(const QKeyEvent& key) const {
+  const std::optional<Command> command = commandOf(key);
+  return command && *command != Command::copy && *command != Command::selectAll &&
+         *command != Command::closeFind;
+}
+
+bool ChatView::viewCommand(const QKeyEvent& key) {
+  if (isViewCommand(key)) return commandByKey(key);
+  const bool page = key.key() == Qt::Key_PageUp || key.key() == Qt::Key_PageDown;
+  return page && !(key.modifiers() & ~Qt::KeypadModifier) && scrollByKey(key);
+}
+
 bool ChatView::commandByKey(const QKeyEvent& key) {
   const std::optional<Command> command = commandOf(key);
   if (!command) return false;

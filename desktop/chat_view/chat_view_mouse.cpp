@@ -119,6 +119,7 @@ bool ChatView::viewportEvent(QEvent* event) {
     pointer_.reset();
     updateHover();
   }
+  if (event->type() == QEvent::ToolTip) return showTime(static_cast<const QHelpEvent&>(*event));
   return QAbstractScrollArea::viewportEvent(event);
 }
 
@@ -137,7 +138,6 @@ void ChatView::updateHover() {
   if (link != hovered_) {
     hovered_ = link;
     viewport()->setCursor(link ? Qt::PointingHandCursor : Qt::IBeamCursor);
-    viewport()->update();
   }
 }
 

@@ -6,18 +6,18 @@
 #include <QPointer>
 #include <QWidget>
 #include <memory>
+#include <string>
 #include <utility>
 
 #include "desktop/event_gate.h"
+#include "desktop/form_scale.h"
 #include "platform/controls.h"
 
 namespace kelvaron {
 
+class ChatView;
 class ControlView;
-
-/// A length in twips as the toolkit's device-independent pixels, and back.
-constexpr int toPixels(int twips) { return twips / kTwipsPerPixel; }
-constexpr int toTwips(int pixels) { return pixels * kTwipsPerPixel; }
+class ListBox;
 
 /// What a control's view asks of the window that it stands in.
 class ViewHost {
@@ -36,6 +36,17 @@ class ViewHost {
   virtual void openPage(const QString& address) = 0;
   /// What the user typed where nothing can be typed: goes to the form's input line.
   virtual void typeAhead(const QString& text) = 0;
+  /// A sentence to the user, in a box, once the toolkit is back in its event loop.
+  virtual void tell(const QString& text) = 0;
+  /// The form's chat view, if it has one.
+  virtual ChatView* chat() const = 0;
+  /// The form's first list, if it has one.
+  virtual const ListBox* list() const = 0;
+  /// Something was said to the user: the window asks for attention while the program isn't the one
+  /// at work.
+  virtual void wantAttention() = 0;
+  /// What others call the user; empty in forms that don't know.
+  virtual std::string ownNick() const = 0;
 };
 
 /// Shows one control on one widget. Changes of the control's properties reach the widget once a

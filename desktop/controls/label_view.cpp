@@ -3,6 +3,7 @@
 #include <QEvent>
 #include <QGuiApplication>
 
+#include "desktop/form_scale.h"
 #include "desktop/qt_values.h"
 
 namespace kelvaron {
@@ -25,7 +26,7 @@ constexpr std::size_t kMostShown = 1024;
 
 QFont toQt(const Font& font, QFont own) {
   if (font.family == FontFamily::tahoma) own.setFamilies({QStringLiteral("Tahoma"), own.family()});
-  if (font.points > 0) own.setPointSize(font.points);
+  if (font.points > 0) own.setPointSizeF(font.points * formScale());
   own.setBold(font.bold);
   return own;
 }
@@ -81,6 +82,8 @@ void LabelView::fitText() {
     shown = label_.fontMetrics().elidedText(shown, Qt::ElideRight, label_.contentsRect().width(),
                                             mnemonic ? Qt::TextShowMnemonic : 0);
   }
+  // What is cut can be read whole.
+  label_.setToolTip(shown == (mnemonic ? caption : plain) ? QString() : plain);
   if (buddy_ != nullptr && !mnemonic) shown.replace('&', QStringLiteral("&&"));
   label_.setText(shown);
 }

@@ -33,7 +33,14 @@ void ListBoxView::refresh() {
   const int scrolled = list_.verticalScrollBar()->value();
   const int currentBefore = list_.currentIndex().row();
   const bool rebuilt = model_.take(box().entries());
-  if (rebuilt) list_.layOut();
+  if (rebuilt) {
+    list_.layOut();
+    const int count = box().ListCount();
+    const QString told =
+        count == 1 ? QStringLiteral("1 entry") : QStringLiteral("%1 entries").arg(count);
+    list_.setToolTip(told);
+    list_.setAccessibleDescription(told);
+  }
   showSelection();
   const bool moved = !rebuilt && list_.currentIndex().row() != currentBefore;
   if (!moved) list_.verticalScrollBar()->setValue(scrolled);

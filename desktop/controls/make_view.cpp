@@ -1,5 +1,6 @@
 #include "desktop/controls/button_view.h"
 #include "desktop/controls/control_view.h"
+#include "desktop/controls/input_line_view.h"
 #include "desktop/controls/label_view.h"
 #include "desktop/controls/list_box_view.h"
 #include "desktop/controls/text_box_view.h"
@@ -12,8 +13,9 @@ std::unique_ptr<ControlView> make(Control& control, ViewHost& host, QWidget* par
   switch (control.kind) {
     case ControlKind::label:
       return std::make_unique<LabelView>(static_cast<Label&>(control), host, parent);
-    case ControlKind::textBox:
     case ControlKind::richTextLine:
+      return std::make_unique<InputLineView>(static_cast<TextBox&>(control), host, parent);
+    case ControlKind::textBox:
       if (auto& box = static_cast<TextBox&>(control); box.MultiLine) {
         return std::make_unique<TextAreaView>(box, host, parent);
       } else {

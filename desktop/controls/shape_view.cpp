@@ -55,6 +55,10 @@ ShapeView::ShapeView(Shape& shape, ViewHost& host, QWidget* parent)
 void ShapeView::refresh() {
   const auto& shape = static_cast<const Shape&>(*control());
   label_.setAccessibleDescription(shape.lit() ? QStringLiteral("lit") : QStringLiteral("unlit"));
+  if (!shape.AccessibleName.empty()) {
+    label_.setToolTip(shownText(shape.AccessibleName) +
+                      (shape.lit() ? QStringLiteral(": yes") : QStringLiteral(": no")));
+  }
   if (label_.size().isEmpty()) {
     label_.clear();
   } else {

@@ -46,6 +46,17 @@ void TextBoxView::textEdited() {
   if (showing() || !attached() || cut_) return;
   const QString edited = text();
   std::string typed = toControl(edited);
+  if (typed.size() > kMostTyped && typed.size() > box().Text.get().size()) {
+    const std::size_t length = typed.size();
+    {
+      const Showing showing(*this);
+      refresh();
+    }
+    return host().tell(QStringLiteral("This is too long to be sent: it has %1 characters, and at "
+                                      "most %2 are possible.")
+                           .arg(length)
+                           .arg(kMostTyped));
+  }
   box().SelStart.setQuietly(static_cast<int>(toControl(edited.left(caret())).size()));
   if (run([&] { box().Text = std::move(typed); })) {
     const Showing showing(*this);

@@ -19,6 +19,9 @@ class TextBoxView : public ControlView {
  public:
   /// Bytes of a text that show.
   static constexpr std::size_t kMostShown = std::size_t{64} << 10U;
+  /// Characters that can be typed: with the rest of a line of the chat protocol they are as many as
+  /// servers take.
+  static constexpr std::size_t kMostTyped = 65'000;
 
   bool takesKeyboard() const override { return true; }
   void type(const QString& text) override;
@@ -67,6 +70,7 @@ class TextLineView : public TextBoxView {
   std::string toControl(const QString& text) const override;
   QString toWidget(const std::string& text) const override;
   void refreshLook() override;
+  QLineEdit& edit() const { return edit_; }
 
  private:
   QLineEdit& edit_;

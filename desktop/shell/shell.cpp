@@ -18,7 +18,8 @@ Shell::Shell(Client& client, EventGate& gate)
               client_.slots.unload(form);
             }
           },
-          [this](const std::string& address) { client_.ports.application.showPage(address); }} {
+          [this](const std::string& address) { client_.ports.application.showPage(address); },
+          [this](const std::string& text) { client_.MsgBox(text, box_style::kExclamation); }} {
   client_.slots.onLoaded = [this](Form& form) { loaded(form); };
   client_.slots.onUnloaded = [this](const Form& form) { unloaded(form); };
   client_.edge.onEnd = [this] { end(); };

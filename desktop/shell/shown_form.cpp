@@ -7,9 +7,13 @@
 #include <algorithm>
 #include <map>
 
+#include "desktop/chat_view/chat_view.h"
 #include "desktop/controls/button_view.h"
 #include "desktop/controls/label_view.h"
 #include "desktop/qt_values.h"
+#include "platform/list_box.h"
+#include "platform/text.h"
+#include "session/main_window.h"
 
 namespace kelvaron {
 namespace {
@@ -121,6 +125,51 @@ void ShownForm::typeAhead(const QString& text) {
   }
 }
 
+void ShownForm::tell(const QString& text) {
+  QMetaObject::invokeMethod(
+      &turn_,
+      [this, text = storedText(text)] { services_.gate.run([&] { services_.tell(text); }); },
+      Qt::QueuedConnection);
+}
+
+ChatView* ShownForm::chat() const {
+  for (const auto& view : views_) {
+    if (view->attached() && view->control()->kind == ControlKind::richTextBox) {
+      return static_cast<ChatView*>(&view->widget());
+    }
+  }
+  return nullptr;
+}
+
+const ListBox* ShownForm::list() const {
+  for (const auto& view : views_) {
+    if (view->attached() && view->control()->kind == ControlKind::listBox) {
+      return static_cast<const ListBox*>(view->control());
+    }
+  }
+  return nullptr;
+}
+
+void ShownForm::wantAttention() {
+  if (frame_ && QApplication::applicationState() != Qt::ApplicationActive) {
+    QApplication::alert(frame_.get());
+  }
+}
+
+std::string ShownForm::ownNick() const {
+  auto* room = dynamic_cast<MainWindow*>(form_);
+  if (room == nullptr) return {};
+  std::string nick = room->shownName().Caption;
+  if (nick.starts_with(kModeratorMark)) nick.erase(0, 1);
+  return nick;
+}
+
+/// Escape in a window without a cancel button closes it as its frame does, unless it is the room.
+void ShownForm::leave() {
+  if (form_ == nullptr || !form_->ControlBox || form_->Sizable) return;
+  services_.gate.run([this] { services_.close(*form_); });
+}
+
 bool ShownForm::press(bool CommandButton::*role) {
   for (const auto& view : views_) {
     if (!view->attached() || view->control()->kind != ControlKind::button) continue;
@@ -179,6 +228,8 @@ void ShownForm::bringUp(bool activates, bool asked, bool quiet) {
   // What the toolkit makes of the attribute when it makes a window, which may have been before.
   frame_->windowHandle()->setProperty("_q_showWithoutActivating", comesByItself);
   frame_->show();
+  // An offer, a start, an answer: somebody wants something.
+  if (appears && comesByItself) wantAttention();
   if (onlyAsks) {
     QApplication::alert(frame_.get());
     return;
@@ -201,7 +252,13 @@ void ShownForm::build() {
   };
   frame_->onFramed = [this](int height) { form_->Height = toTwips(height); };
   frame_->onContentResized = [this](QSize content) { resized(content); };
-  frame_->onKey = [this](int key) { key == Qt::Key_Escape ? pressCancel() : pressDefault(); };
+  frame_->onKey = [this](int key) {
+    if (key != Qt::Key_Escape) {
+      pressDefault();
+    } else if (!pressCancel()) {
+      leave();
+    }
+  };
 
   menus_ = std::make_unique<Menus>(*form_, services_.gate, *frame_);
   if (menus_->bar() != nullptr) frame_->setMenuBar(menus_->bar());
@@ -305,6 +362,8 @@ void ShownForm::applyFocus() {
       if (!view->takesKeyboard() || !view->widget().isVisible() || !view->widget().isEnabled()) {
         continue;
       }
+      const bool button = view->control()->kind == ControlKind::button;
+      if (button && static_cast<const CommandButton*>(view->control())->Deliberate) continue;
       const bool onlyRead = view->control()->kind == ControlKind::richTextBox;
       if (first == nullptr || !onlyRead) first = view.get();
       if (!onlyRead) break;
@@ -313,6 +372,8 @@ void ShownForm::applyFocus() {
   if (first != nullptr) {
     first->settle();
     first->widget().setFocus();
+  } else {
+    frame_->setFocus();
   }
 }
 

@@ -22,6 +22,7 @@ struct ShellServices {
   /// The user closes a window by its frame.
   std::function<void(Form&)> close;
   std::function<void(const std::string& address)> showPage;
+  std::function<void(const std::string& text)> tell;
 };
 
 /// The window is made when the form becomes visible for the first time; a form that stays hidden
@@ -50,8 +51,14 @@ class ShownForm final : public FormWindow, private ViewHost {
   void setPopUpPoint(QPoint global) override { popUpPoint_ = global; }
   void openPage(const QString& address) override;
   void typeAhead(const QString& text) override;
+  void tell(const QString& text) override;
+  ChatView* chat() const override;
+  const ListBox* list() const override;
+  void wantAttention() override;
+  std::string ownNick() const override;
 
   bool press(bool CommandButton::*role);
+  void leave();
   void changed();
   void later();
   void apply();

@@ -26,7 +26,24 @@ void drawButton(QPainter& painter, const QStyleOption& option) {
     fill = fill.lighter(120);
   }
   const bool focus = option.state.testFlag(QStyle::State_HasFocus);
-  drawPanel(painter, option.rect, fill, focus ? kAccent : fill.lighter(145), focus ? 2 : 1);
+  drawPanel(painter, option.rect, fill, focus ? kAccent : kLine, focus ? 2 : 1);
+}
+
+// The entry under the pointer stands out, the open one and that of the keyboard more.
+void drawMenuBarItem(QPainter& painter, const QStyleOptionMenuItem& item) {
+  const bool selected = item.state.testFlag(QStyle::State_Selected);
+  const bool open = item.state.testFlag(QStyle::State_Sunken);
+  painter.fillRect(item.rect, item.palette.color(QPalette::Window));
+  if (selected) {
+    const bool keyboard = item.state.testFlag(QStyle::State_HasFocus);
+    drawPanel(painter, item.rect, open || keyboard ? kSelection : kButton,
+              open || keyboard ? kAccent : kLine);
+  }
+  painter.setPen(item.palette.color(
+      item.state.testFlag(QStyle::State_Enabled) ? QPalette::Active : QPalette::Disabled,
+      QPalette::WindowText));
+  painter.drawText(item.rect, Qt::AlignCenter | Qt::TextShowMnemonic | Qt::TextSingleLine,
+                   item.text);
 }
 
 void drawTick(QPainter& painter, const QStyleOption& option) {
@@ -50,6 +67,7 @@ void drawTick(QPainter& painter, const QStyleOption& option) {
 void drawScrollBar(const QStyle& style, const QStyleOptionSlider& bar, QPainter& painter,
                    const QWidget* widget) {
   painter.fillRect(bar.rect, bar.palette.color(QPalette::Base));
+  // Without anything to scroll there is no groove either.
   if (bar.maximum <= bar.minimum) return;
   QRect handle =
       style.subControlRect(QStyle::CC_ScrollBar, &bar, QStyle::SC_ScrollBarSlider, widget);
@@ -203,6 +221,9 @@ void Theme::drawControl(ControlElement element, const QStyleOption* option, QPai
   const auto* bar = qstyleoption_cast<const QStyleOptionProgressBar*>(option);
   if (element == CE_ProgressBar && bar != nullptr) {
     drawProgress(*bar, *painter);
+  } else if (const auto* item = qstyleoption_cast<const QStyleOptionMenuItem*>(option);
+             element == CE_MenuBarItem && item != nullptr) {
+    drawMenuBarItem(*painter, *item);
   } else {
     QProxyStyle::drawControl(element, option, painter, widget);
   }

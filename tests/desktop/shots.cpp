@@ -1,18 +1,29 @@
 // Renders every form in its states to pictures, to be looked at:
 //
-//   kelvaron_shots FOLDER
+//   kelvaron_shots FOLDER [POINTS]   with text of so many points, the desktop's own unless told
+//   kelvaron_shots --check           no pictures: whether every caption fits its control at 9, 11,
+//   14
+//                                    and 18 points
 //
 // QT_SCALE_FACTOR and the like of the toolkit tell the scaling.
 #include <QApplication>
+#include <QCheckBox>
+#include <QGroupBox>
+#include <QLabel>
+#include <QPushButton>
+#include <QStyle>
 #include <cstdio>
+#include <cstdlib>
 #include <filesystem>
 #include <functional>
+#include <string_view>
 #include <vector>
 
 #include "chat/about_box.h"
 #include "chat/mute_list.h"
 #include "chat/private_message.h"
 #include "chat/volume.h"
+#include "desktop/form_scale.h"
 #include "desktop/shell/theme.h"
 #include "game/awaiting_verification.h"
 #include "game/final_chance.h"
@@ -225,6 +236,66 @@ const std::vector<Shot> kShots = {
      }},
 };
 
+QStringList cutCaptions(const QWidget& window) {
+  QStringList cut;
+  const auto look = [&](const QWidget& widget, const QString& text, int room) {
+    const int needed = widget.fontMetrics().size(Qt::TextShowMnemonic, text).width();
+    if (widget.isVisible() && needed > room) cut.append(text);
+  };
+  for (const auto* button : window.findChildren<QPushButton*>()) {
+    look(*button, button->text(), button->width() - 8);
+  }
+  for (const auto* box : window.findChildren<QCheckBox*>()) {
+    look(*box, box->text(),
+         box->width() - box->style()->pixelMetric(QStyle::PM_IndicatorWidth) - 4);
+  }
+  for (const auto* frame : window.findChildren<QGroupBox*>()) {
+    look(*frame, frame->title(), frame->width() - 20);
+  }
+  return cut;
+}
+
+/// Of labels only those that say what the design says: what others wrote may be longer.
+QStringList cutLabels(Form& form, const ShownForm& shown) {
+  QStringList cut;
+  for (Control* control : form.Controls()) {
+    if (control->kind != ControlKind::label || shown.viewOf(*control) == nullptr) continue;
+    if (auto& told = static_cast<Label&>(*control); told.Caption.get() != told.DesignCaption) {
+      continue;
+    }
+    const auto& label = static_cast<const QLabel&>(shown.viewOf(*control)->widget());
+    const bool low = label.wordWrap() && label.heightForWidth(label.width()) > label.height();
+    if (label.isVisible() && (low || label.text().endsWith(QChar(0x2026))))
+      cut.append(label.text());
+  }
+  return cut;
+}
+
+/// Whether all of a form's captions fit.
+bool fits(const Shot& shot) {
+  RoomDesk desk;
+  QStringList cut;
+  desk.edge.run([&] {
+    Form& form = shot.make(desk);
+    form.Show();
+    QTest::qWait(20);
+    const ShownForm& shown = *desk.shell.shown(form);
+    cut = cutCaptions(*shown.frame()) + cutLabels(form, shown);
+  });
+  for (const QString& text : cut) {
+    std::printf("%s: cut at %g pt: %s\n", shot.name, QApplication::font().pointSizeF(),
+                qUtf8Printable(text));
+  }
+  return cut.isEmpty();
+}
+
+void useFont(qreal points) {
+  QFont font = QApplication::font();
+  font.setPointSizeF(points);
+  QApplication::setFont(font);
+  setFormScale(formScaleFor(font));
+}
+
 bool shoot(const Shot& shot, const std::filesystem::path& folder) {
   // The room comes up with the desk, at its usual size.
   RoomDesk desk;
@@ -245,16 +316,28 @@ bool shoot(const Shot& shot, const std::filesystem::path& folder) {
 }  // namespace kelvaron::testing
 
 int main(int argc, char** argv) {
-  if (argc != 2) {
-    std::fprintf(stderr, "kelvaron_shots FOLDER\n");
+  if (argc < 2 || argc > 3) {
+    std::fprintf(stderr, "kelvaron_shots FOLDER [POINTS] | --check\n");
     return 2;
   }
   QApplication application(argc, argv);
   kelvaron::applyTheme(application);
   QApplication::setQuitOnLastWindowClosed(false);
+  bool all = true;
+  if (std::string_view(argv[1]) == "--check") {
+    for (const qreal points : {9.0, 11.0, 14.0, 18.0}) {
+      kelvaron::testing::useFont(points);
+      for (const auto& shot : kelvaron::testing::kShots) {
+        // The one that is made small on purpose shows less.
+        if (std::string_view(shot.name) == "room_small") continue;
+        all = kelvaron::testing::fits(shot) && all;
+      }
+    }
+    return all ? 0 : 1;
+  }
   const std::filesystem::path folder = argv[1];
   std::filesystem::create_directories(folder);
-  bool all = true;
+  kelvaron::testing::useFont(argc > 2 ? std::atof(argv[2]) : QApplication::font().pointSizeF());
   for (const auto& shot : kelvaron::testing::kShots) {
     all = kelvaron::testing::shoot(shot, folder) && all;
   }

@@ -1,0 +1,28 @@
+// The room's line of input: a text box of one line from which the chat view is worked too.
+#pragma once
+
+#include "desktop/controls/input_helpers.h"
+#include "desktop/controls/text_box_view.h"
+
+namespace kelvaron {
+
+/// Tab completes nicknames of the form's list, Up and Down walk through what was sent, and find,
+/// scroll and zoom keys go to the form's chat view; Escape leads to its newest line.
+class InputLineView final : public TextLineView {
+ public:
+  InputLineView(TextBox& box, ViewHost& host, QWidget* parent);
+
+ protected:
+  bool enterPressed(Qt::KeyboardModifiers modifiers) override;
+  bool eventFilter(QObject* watched, QEvent* event) override;
+
+ private:
+  bool keyPressed(const QKeyEvent& key);
+  bool complete();
+  bool show(const std::optional<QString>& line);
+
+  NickCompletion completion_;
+  LineHistory history_;
+};
+
+}  // namespace kelvaron

@@ -1,0 +1,42 @@
+#include "desktop/form_scale.h"
+
+#include <QFont>
+#include <QFontMetricsF>
+#include <algorithm>
+#include <cmath>
+
+#include "platform/form.h"
+
+namespace kelvaron {
+namespace {
+
+constexpr qreal kDesignPoints = 9;
+constexpr qreal kStep = 8;
+
+qreal currentScale = 1;  // NOLINT(cppcoreguidelines-avoid-non-const-global-variables)
+
+}  // namespace
+
+qreal formScaleFor(const QFont& font) {
+  QFont design = font;
+  design.setPointSizeF(kDesignPoints);
+  // The wider of the two ways in which text grows: some fonts have heights in whole pixels only.
+  const QFontMetricsF now(font);
+  const QFontMetricsF then(design);
+  const qreal grown =
+      std::max(now.height() / then.height(), now.averageCharWidth() / then.averageCharWidth());
+  return std::max<qreal>(1, std::ceil(grown * kStep - 0.01) / kStep);
+}
+
+void setFormScale(qreal scale) { currentScale = scale; }
+qreal formScale() { return currentScale; }
+
+int toPixels(int twips) {
+  return static_cast<int>(std::floor(twips * currentScale / kTwipsPerPixel + 0.01));
+}
+
+int toTwips(int pixels) {
+  return static_cast<int>(std::ceil(pixels * kTwipsPerPixel / currentScale - 0.01));
+}
+
+}  // namespace kelvaron

@@ -1,0 +1,100 @@
+// The room's line of input on the real shell: what its keys do to the line and to the chat view.
+#include <gtest/gtest.h>
+
+#include <QClipboard>
+#include <QLineEdit>
+#include <QPushButton>
+#include <QTimer>
+
+#include "desktop/chat_view/chat_view.h"
+#include "tests/desktop/room_desk.h"
+
+namespace kelvaron::testing {
+namespace {
+
+class InputLine : public ::testing::Test {
+ protected:
+  void SetUp() override {
+    desk.room().Label1.Caption = "bob";
+    for (const char* user : {"ann[IG]", "Anna", "bob"}) desk.room().List1.AddItem(user);
+    for (int i = 0; i < 300; ++i) desk.room().AppendChat("line " + std::to_string(i));
+    QTest::qWait(30);
+    desk.frame().activateWindow();
+    edit.setFocus();
+  }
+  void key(Qt::Key each, Qt::KeyboardModifiers modifiers = Qt::NoModifier) {
+    QTest::keyClick(&edit, each, modifiers);
+    QTest::qWait(1);
+  }
+
+  RoomDesk desk;
+  QLineEdit& edit = dynamic_cast<QLineEdit&>(desk.widgetOf(desk.room().txtinput));
+  ChatView& chat = dynamic_cast<ChatView&>(desk.widgetOf(desk.room().txtOutput));
+};
+
+TEST_F(InputLine, TabCompletesNicknamesOfTheList) {
+  QTest::keyClicks(&edit, "an");
+  key(Qt::Key_Tab);
+  EXPECT_EQ(edit.text(), "Anna: ");
+  key(Qt::Key_Tab);
+  EXPECT_EQ(edit.text(), "ann: ");
+  EXPECT_EQ(desk.room().txtinput.Text.get(), "ann: ") << "the control knows";
+  edit.clear();
+  key(Qt::Key_Tab);
+  EXPECT_FALSE(edit.hasFocus()) << "on an empty line it moves on";
+}
+
+TEST_F(InputLine, KeysReachTheChatView) {
+  const ChatRow end = chat.topRow();
+  key(Qt::Key_PageUp);
+  EXPECT_LT(chat.topRow(), end);
+  desk.room().AppendChat("below");
+  QTest::qWait(30);
+  const auto* below = chat.findChild<QPushButton*>();
+  ASSERT_NE(below, nullptr);
+  EXPECT_TRUE(below->isVisible());
+  EXPECT_EQ(below->text(), "1 new line");
+  key(Qt::Key_Escape);
+  EXPECT_TRUE(chat.atEnd());
+  EXPECT_FALSE(below->isVisible());
+  const int size = chat.fontSize();
+  key(Qt::Key_Plus, Qt::ControlModifier);
+  EXPECT_EQ(chat.fontSize(), size + 1);
+  key(Qt::Key_0, Qt::ControlModifier);
+  EXPECT_EQ(chat.fontSize(), size);
+  key(Qt::Key_F, Qt::ControlModifier);
+  EXPECT_FALSE(edit.hasFocus()) << "the find bar has the keyboard";
+}
+
+TEST_F(InputLine, WhatIsTooLongIsRefusedWithASentence) {
+  QTest::keyClicks(&edit, "before");
+  QTimer::singleShot(50, [] {
+    QWidget* box = QApplication::activeModalWidget();
+    ASSERT_NE(box, nullptr) << "no box is open";
+    box->close();
+  });
+  edit.insert(QString(70'000, 'x'));
+  QTest::qWait(150);
+  EXPECT_EQ(edit.text(), "before");
+}
+
+TEST_F(InputLine, LinesForTheUserAreMarked) {
+  struct Case {
+    const char* line;
+    bool forUser;
+  };
+  for (const Case& each :
+       {Case{"ann: hi BOB, ready?", true}, Case{"ann pats bob on the back", true},
+        Case{"Private Message From ann: psst", true}, Case{"bob: hi, bob here", false},
+        Case{"bob has become bored with life", false},
+        Case{"[Server] bob has entered Kelvaron", false}, Case{"ann: bobby and kabob", false},
+        Case{"ann: bob", true}}) {
+    const std::size_t line = chat.notes().wholeLines();
+    desk.room().AppendChat(each.line);
+    QTest::qWait(20);
+    EXPECT_EQ(chat.notes().isMarked(line), each.forUser) << each.line;
+  }
+}
+
+}  // namespace
+}  // namespace kelvaron::testing
