@@ -12,6 +12,7 @@
 #include "chat/radio.h"
 #include "chat/user_list_entry.h"
 #include "platform/text.h"
+#include "session/asked_for.h"
 #include "session/client.h"
 #include "session/outbound.h"
 
@@ -116,6 +117,7 @@ void ping(const Line& line) {
     if (entry != line.argument()) continue;
     if (hasTag(entry, kInGameTag)) return;
     line.client.send(outbound::pingUser(entry, line.room.Label1.Caption.get()));
+    askedFor(line.client, &AskedFor::ping);
     line.clear();
     return;
   }

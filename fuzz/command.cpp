@@ -17,9 +17,22 @@
 namespace kelvaron {
 namespace {
 
-// A folder with an engine and wads, among them names that look like switches.
-std::string makeDisk() {
+// A folder with an engine and wads, among them names that look like switches; gone with the
+// program.
+class Disk {
+ public:
+  Disk();
+  ~Disk() {
+    std::error_code ignored;  // nothing depends on it
+    std::filesystem::remove_all(folder, ignored);
+  }
+  Disk(const Disk&) = delete;
+  Disk& operator=(const Disk&) = delete;
+
   std::string folder = "/tmp/kelvaron-fuzz-XXXXXX";
+};
+
+Disk::Disk() {
   require(::mkdtemp(folder.data()) != nullptr);
   for (const char* name : {"engine", "doom.wad", "a - b.wad", "c +d.wad", "x -file y"}) {
     std::ofstream(folder + "/" + name) << "PWAD";
@@ -27,7 +40,6 @@ std::string makeDisk() {
   std::filesystem::permissions(folder + "/engine", std::filesystem::perms::owner_all);
   std::filesystem::create_directory(folder + "/sub - folder");
   std::filesystem::current_path(folder);
-  return folder;
 }
 
 // Letter for letter, but for what the disk may spell otherwise and for what parts words.
@@ -82,9 +94,9 @@ void checkOffer(std::string_view input, const std::string& folder) {
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
   using namespace kelvaron;
-  static const std::string folder = makeDisk();
+  static const Disk disk;
   const std::string_view input = asText(data, size);
   checkTokens(input);
-  checkOffer(input, folder);
+  checkOffer(input, disk.folder);
   return 0;
 }

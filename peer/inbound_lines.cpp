@@ -7,6 +7,7 @@
 #include "peer/file_sender.h"
 #include "peer/ping.h"
 #include "peer/profile.h"
+#include "session/asked_for.h"
 #include "session/client.h"
 #include "session/outbound.h"
 
@@ -59,7 +60,7 @@ void onThePing(InboundContext& context) {
     client.form<Pingme>().Label2.Caption = name;
   });
   context.rule.step([&] { client.form<Pingme>().Label3.Caption = field(1); });
-  client.form<Pingme>().Visible = true;
+  showAnswer(client, client.form<Pingme>(), &AskedFor::ping);
   context.rule.step([&] { client.form<Pingme>().Caption = field(2) + "'s Ping"; });
 }
 
@@ -76,7 +77,7 @@ void onReturnIpForFile(InboundContext& context) {
     const std::string address(context.line.field(1));
     client.form<Frm_Server>().Txt_RemoteIP.Text = address;
   });
-  client.form<Frm_Server>().Visible = true;
+  showAnswer(client, client.form<Frm_Server>(), &AskedFor::file);
 }
 
 void onIpFile(InboundContext&) {}

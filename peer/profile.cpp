@@ -4,6 +4,7 @@
 
 #include "peer/delimited_fields.h"
 #include "platform/text.h"
+#include "session/asked_for.h"
 #include "session/client.h"
 #include "session/dispatch.h"
 
@@ -129,7 +130,8 @@ void showProfile(InboundContext& context) {
   for (std::size_t index = 0; index < boxes.size(); ++index) {
     rule.step([&] { boxes[index]->Text = std::string(context.line.field(index + 1)); });
   }
-  showForReading(form);
+  for (TextBox* box : boxes) box->Enabled = false;
+  showAnswer(client, form, &AskedFor::profile);
 }
 
 }  // namespace kelvaron

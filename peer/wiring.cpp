@@ -7,6 +7,7 @@
 #include "peer/file_receiver.h"
 #include "peer/file_sender.h"
 #include "peer/profile.h"
+#include "session/asked_for.h"
 #include "session/client.h"
 #include "session/outbound.h"
 #include "session/sending.h"
@@ -22,7 +23,9 @@ void mnuGetProfile_Click(Client& client, frmMain& room) {
         "the user returns from his/her game");
     return;
   }
-  sendOrTell(client, outbound::getProfile2(entry, room.Label1.Caption.get()));
+  if (sendOrTell(client, outbound::getProfile2(entry, room.Label1.Caption.get()))) {
+    askedFor(client, &AskedFor::profile);
+  }
 }
 
 void mnuPing_Click(Client& client, frmMain& room) {
@@ -31,7 +34,9 @@ void mnuPing_Click(Client& client, frmMain& room) {
     client.MsgBox("You may not ping a user that is currently in a game. Try when the user returns");
     return;
   }
-  sendOrTell(client, outbound::pingUser(entry, room.Label1.Caption.get()));
+  if (sendOrTell(client, outbound::pingUser(entry, room.Label1.Caption.get()))) {
+    askedFor(client, &AskedFor::ping);
+  }
 }
 
 void fserv_Click(Client& client) {
@@ -52,7 +57,9 @@ void wirePeer(Client& client, frmMain& room) {
   room.mnuGetProfile.Click = [&client, &room] { mnuGetProfile_Click(client, room); };
   room.mnuPing.Click = [&client, &room] { mnuPing_Click(client, room); };
   room.mnuSendFile.Click = [&client, &room] {
-    sendOrTell(client, outbound::getIpForFile(room.List1.Text(), room.Label1.Caption.get()));
+    if (sendOrTell(client, outbound::getIpForFile(room.List1.Text(), room.Label1.Caption.get()))) {
+      askedFor(client, &AskedFor::file);
+    }
   };
   room.fserv.Click = [&client] { fserv_Click(client); };
 }

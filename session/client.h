@@ -92,6 +92,8 @@ class Client {
   std::uint64_t motdOfConnection = 0;
   /// The time as rules that last for a while see it.
   std::function<std::chrono::steady_clock::time_point()> now = std::chrono::steady_clock::now;
+  /// How many keys the user has typed so far, in any window; the desktop counts.
+  std::function<std::uint64_t()> keysTyped = [] { return std::uint64_t{0}; };
   /// When the box about a missing profile was on the screen last.
   std::optional<std::chrono::steady_clock::time_point> missingProfileTold;
 

@@ -1,25 +1,44 @@
 #include "desktop/shell/shell.h"
 
 #include <QCoreApplication>
+#include <QEvent>
+#include <cstdint>
 
 #include "session/client.h"
 
 namespace kelvaron {
 
+/// Counts the keys that reach any window.
+class Shell::KeyCount : public QObject {
+ public:
+  KeyCount() { QCoreApplication::instance()->installEventFilter(this); }
+  std::uint64_t keys() const { return keys_; }
+
+ protected:
+  bool eventFilter(QObject* /*watched*/, QEvent* event) override {
+    if (event->type() == QEvent::KeyPress || event->type() == QEvent::InputMethod) ++keys_;
+    return false;
+  }
+
+ private:
+  std::uint64_t keys_ = 0;
+};
+
 Shell::Shell(Client& client, EventGate& gate)
     : client_(client),
       gate_(gate),
-      services_{
-          gate,
-          [this](Form& form) {
-            if (form.HidesOnClose) {
-              form.Visible = false;
-            } else {
-              client_.slots.unload(form);
-            }
-          },
-          [this](const std::string& address) { client_.ports.application.showPage(address); },
-          [this](const std::string& text) { client_.MsgBox(text, box_style::kExclamation); }} {
+      services_{gate,
+                [this](Form& form) {
+                  if (form.HidesOnClose) {
+                    form.Visible = false;
+                  } else {
+                    client_.slots.unload(form);
+                  }
+                },
+                [this](const std::string& address) { client_.ports.application.showPage(address); },
+                [this](const std::string& text) { client_.MsgBox(text, box_style::kExclamation); }},
+      keys_(std::make_unique<KeyCount>()) {
+  client_.keysTyped = [this] { return keys_->keys(); };
   client_.slots.onLoaded = [this](Form& form) { loaded(form); };
   client_.slots.onUnloaded = [this](const Form& form) { unloaded(form); };
   client_.edge.onEnd = [this] { end(); };
@@ -30,6 +49,7 @@ Shell::Shell(Client& client, EventGate& gate)
 }
 
 Shell::~Shell() {
+  client_.keysTyped = [] { return std::uint64_t{0}; };
   client_.slots.onLoaded = nullptr;
   client_.slots.onUnloaded = nullptr;
   client_.edge.onEnd = nullptr;

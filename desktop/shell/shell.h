@@ -37,6 +37,8 @@ class Shell {
   // Of forms that were unloaded; their widgets may still be on the stack.
   std::vector<std::unique_ptr<ShownForm>> unloaded_;
   QObject turn_;
+  class KeyCount;
+  std::unique_ptr<KeyCount> keys_;
 };
 
 }  // namespace kelvaron

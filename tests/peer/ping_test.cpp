@@ -158,6 +158,37 @@ TEST_F(Ping, LinesThatAreTooShort) {
   EXPECT_EQ(form().Label2.Caption.get(), "Player Name : ");
 }
 
+TEST_F(Ping, WhatWasAskedForTakesTheKeyboardIfNothingWasTypedSince) {
+  struct Window : FormWindow {
+    void activate() override { told += "active "; }
+    void comeQuietly() override { told += "quiet "; }
+    void popUp(MenuItem& /*menu*/) override {}
+    std::string told;
+  };
+  std::uint64_t keys = 5;
+  ann.client->keysTyped = [&] { return keys; };
+  annsServer.say("Userscl\r\nUsers\tbob\r\n");
+  ASSERT_TRUE(until([&] { return ann.room().List1.ListCount() == 1; }));
+  selectOnly(ann.room().List1, 0);
+  struct Case {
+    bool asks;
+    int typed;
+    const char* comes;
+  };
+  for (const Case& each : {Case{true, 0, "active "}, Case{true, 1, "quiet "},
+                           Case{false, 0, "quiet "}, Case{true, 0, "active "}}) {
+    if (each.asks) ann.raise(ann.room().mnuPing.Click);
+    keys += static_cast<std::uint64_t>(each.typed);
+    form().Visible = false;
+    Window window;
+    form().window = &window;
+    annsServer.say("THEPING\t10.1.2.3\tbob\r\n");
+    EXPECT_TRUE(until([&] { return !window.told.empty(); }));
+    EXPECT_EQ(window.told, each.comes);
+    form().window = nullptr;
+  }
+}
+
 TEST_F(Ping, RealEchoOfThisMachine) {
   ann.echoes = &ann.nativeEcho;
   ann.runTimers();
