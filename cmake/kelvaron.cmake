@@ -3,7 +3,10 @@ add_library(kelvaron_options INTERFACE)
 target_include_directories(kelvaron_options INTERFACE ${CMAKE_SOURCE_DIR} ${CMAKE_BINARY_DIR}/generated)
 target_compile_options(kelvaron_options INTERFACE
   -Wall -Wextra -Wpedantic -Wshadow -Wconversion -Wsign-conversion -Wnon-virtual-dtor
-  -Woverloaded-virtual -Wcast-qual -Wformat=2 -Werror)
+  -Woverloaded-virtual -Wcast-qual -Wformat=2)
+if(KELVARON_STRICT)
+  target_compile_options(kelvaron_options INTERFACE -Werror)
+endif()
 # g++ 12 warns of overlapping copies in std::string's own operator+ (GCC bug 105651).
 if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
   target_compile_options(kelvaron_options INTERFACE -Wno-restrict)

@@ -9,4 +9,17 @@ set(KELVARON_RADIO_HOST_KKRZ "127.0.0.1" CACHE STRING "Host of the station KKRZ"
 set(KELVARON_RADIO_HOST_KSHE "127.0.0.1" CACHE STRING "Host of the station KSHE")
 set(KELVARON_RADIO_HOST_KWJJ "127.0.0.1" CACHE STRING "Host of the station KWJJ")
 
+set(KELVARON_UNIT_DIR "lib/systemd/system" CACHE STRING "Where the server's systemd unit is installed")
+set(KELVARON_GAME_DATA "/usr/share/games/doom" CACHE STRING "Where the system's packages put game data")
+
+# Where installed things lie, as the programs find them: from their own folder, so that a prefix can
+# be moved.
+include(GNUInstallDirs)
+set(KELVARON_DATA_DIR ${CMAKE_INSTALL_DATADIR}/kelvaron)
+set(KELVARON_ENGINES_DIR ${CMAKE_INSTALL_LIBDIR}/kelvaron/engines)
+file(RELATIVE_PATH KELVARON_DATA_FROM_PROGRAMS
+  ${CMAKE_INSTALL_FULL_BINDIR} ${CMAKE_INSTALL_FULL_DATADIR}/kelvaron)
+file(RELATIVE_PATH KELVARON_ENGINES_FROM_PROGRAMS
+  ${CMAKE_INSTALL_FULL_BINDIR} ${CMAKE_INSTALL_FULL_LIBDIR}/kelvaron/engines)
+
 configure_file(${CMAKE_CURRENT_LIST_DIR}/build_settings.h.in ${CMAKE_BINARY_DIR}/generated/build_settings.h @ONLY)

@@ -21,7 +21,9 @@
 #include "native/native_process.h"
 #include "native/native_socket.h"
 #include "native/program_files.h"
+#include "native/program_folders.h"
 #include "native/system_information.h"
+#include "platform/text.h"
 
 namespace {
 
@@ -48,21 +50,26 @@ int main(int argc, char** argv) {
   applyTheme(application);
   setFormScale(formScaleFor(QApplication::font()));
 
-  const std::filesystem::path folder = QCoreApplication::applicationDirPath().toStdString();
+  const auto environment = [](const char* name) {
+    return qEnvironmentVariable(name).toStdString();
+  };
+  const ProgramFolders folders =
+      programFolders(QCoreApplication::applicationDirPath().toStdString(),
+                     environment("XDG_DATA_HOME"), environment("HOME"));
   Edge edge;
   EventGate gate(edge);
   QtEventLoop loop;
   NativeSocketPort sockets(loop);
-  QtDialogs dialogs(gate);
-  WaveSounds sounds(folder);
-  ProgramFiles files(folder);
+  QtDialogs dialogs(gate, QString::fromStdString(folders.engines.string()));
+  WaveSounds sounds(folders.own, folders.installed);
+  ProgramFiles files(folders.own);
   QtApplication program(gate);
   NativeProcessPort processes(loop);
   const char* searchPath = std::getenv("PATH");
   SystemInformation registry(searchPath == nullptr ? "" : searchPath);
   Radio radio(sockets, loop);
   NativeEcho echo(loop);
-  DiskStreams streams(folder);
+  DiskStreams streams(folders.own);
   NativeLocalHost localHost(loop);
 
   const std::unique_ptr<Client> client = makeClient(edge, Ports{.sockets = sockets,
@@ -78,6 +85,9 @@ int main(int argc, char** argv) {
                                                                 .localHost = localHost});
   const Shell shell(*client, gate);
   QTimer::singleShot(kIconDelay, [] { QApplication::setWindowIcon(programIcon()); });
+  if (!folders.problem.empty()) {
+    edge.run([&] { client->MsgBox(fromUtf8(folders.problem), box_style::kExclamation); });
+  }
   start(*client);
   return edge.ended() ? 0 : QApplication::exec();
 }

@@ -71,6 +71,12 @@ void replaceFile(const std::filesystem::path& path, std::string_view bytes) {
   const std::filesystem::path beside = path.string() + ".new";
   Descriptor file(beside, O_WRONLY | O_CREAT | O_TRUNC);
   if (!file.is_open()) fail(beside, "can't be written");
+  // The administrator's commands leave the files to the user whose folder it is.
+  struct stat folderStatus {};
+  if (::geteuid() == 0 && ::stat(path.parent_path().c_str(), &folderStatus) == 0 &&
+      ::fchown(file.number(), folderStatus.st_uid, folderStatus.st_gid) != 0) {
+    fail(beside, "can't be given to the folder's owner");
+  }
   if (!writeAll(file.number(), bytes) || ::fsync(file.number()) != 0 || !file.close() ||
       std::rename(beside.c_str(), path.c_str()) != 0) {
     const int reason = errno;

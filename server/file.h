@@ -13,7 +13,8 @@ namespace kelvaron::server {
 std::optional<std::string> readFile(const std::filesystem::path& path);
 
 /// Writes beside `path`, brings the bytes to the disk and renames. The file is readable for its
-/// owner alone. Throws `StoreError` and leaves the old file when any step fails.
+/// owner alone, who is the folder's when an administrator writes. Throws `StoreError` and leaves
+/// the old file when any step fails.
 void replaceFile(const std::filesystem::path& path, std::string_view bytes);
 
 /// Holds off other programs that want to change the same folder, as long as it lives; waits until

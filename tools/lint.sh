@@ -1,5 +1,6 @@
 #!/usr/bin/env bash
-# clang-format and clang-tidy over the whole tree; both must be silent.
+# clang-format and clang-tidy over the whole tree, and what the packages are made of; all must be
+# silent.
 set -u
 cd "$(dirname "$0")/.." || exit 1
 
@@ -19,3 +20,16 @@ printf '%s\0' "${present[@]}" |
   xargs -0 -n 4 -P "$(nproc)" clang-tidy -p build/release --quiet \
     --extra-arg=-Wno-unknown-warning-option 2>/dev/null || exit 1
 echo "clang-tidy: ${#present[@]} files are clean"
+
+desktop-file-validate assets/kelvaron.desktop || exit 1
+appstreamcli validate --no-net packaging/kelvaron.metainfo.xml || exit 1
+for page in packaging/man/*; do
+  told=$(man --warnings -E UTF-8 -l -Tutf8 -Z "$page" 2>&1 >/dev/null)
+  [ -z "$told" ] || { echo "$page: $told"; exit 1; }
+done
+systemd-analyze security --offline=true --threshold=20 build/release/kelvaron-server.service \
+  >/dev/null || { echo "kelvaron-server.service is rated above 2.0"; exit 1; }
+bash -n packaging/kelvaron-server.bash-completion || exit 1
+tools/packages_build.sh >/dev/null || exit 1
+lintian --fail-on error,warning build/packages/*.changes || exit 1
+echo "desktop entry, metadata, manual pages, unit and packages are clean"

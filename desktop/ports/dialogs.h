@@ -2,6 +2,7 @@
 #pragma once
 
 #include <QString>
+#include <utility>
 #include <vector>
 
 #include "desktop/event_gate.h"
@@ -16,7 +17,10 @@ namespace kelvaron {
 /// nobody asked for takes no key in its first half second.
 class QtDialogs final : public Dialogs {
  public:
-  explicit QtDialogs(EventGate& gate) : gate_(gate) {}
+  /// `firstFolder` is where the first file dialog starts when it names no folder and this one is
+  /// there; else that is the user's own.
+  explicit QtDialogs(EventGate& gate, QString firstFolder = {})
+      : gate_(gate), folder_(std::move(firstFolder)) {}
 
   BoxAnswer show(const BoxRequest& request) override;
   std::string InputBox(const std::string& prompt, const std::string& title,
@@ -32,7 +36,7 @@ class QtDialogs final : public Dialogs {
   EventGate& gate_;
   // Boxes that are on the screen or have been answered and not returned yet, the latest last.
   std::vector<QDialog*> boxes_;
-  // Of the file chosen last.
+  // Of the file chosen last; at first where the adapters of engines lie.
   QString folder_;
 };
 

@@ -92,12 +92,12 @@ std::optional<std::filesystem::path> WaveSounds::find(const std::filesystem::pat
   return findByName(folder, std::string(name) + ".wav");
 }
 
-void WaveSounds::playFrom(const std::filesystem::path& folder, std::string_view name) {
+void WaveSounds::playFrom(const Folders& folders, std::string_view name) {
   if (!isBareName(name)) return;
   {
     const std::lock_guard lock(mutex_);
     if (waiting_.size() == kAtOnce) waiting_.pop_front();
-    waiting_.push_back({&folder, std::string(name)});
+    waiting_.push_back({&folders, std::string(name)});
     if (!worker_.joinable()) worker_ = std::thread([this] { work(); });
   }
   wake_.notify_one();
@@ -111,7 +111,12 @@ void WaveSounds::work() {
       const Wanted wanted = std::move(waiting_.front());
       waiting_.pop_front();
       lock.unlock();
-      if (const auto file = find(*wanted.folder, wanted.name)) band.play(*file);
+      for (const std::filesystem::path& folder : *wanted.folders) {
+        const auto file = find(folder, wanted.name);
+        if (!file) continue;
+        band.play(*file);
+        break;
+      }
       lock.lock();
       continue;
     }

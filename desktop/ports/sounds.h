@@ -1,6 +1,7 @@
 // Short sounds, played without waiting.
 #pragma once
 
+#include <array>
 #include <condition_variable>
 #include <deque>
 #include <filesystem>
@@ -20,9 +21,9 @@ class WaveSounds final : public SoundPort {
   /// Sounds that play at once, and that wait to be started, at most.
   static constexpr std::size_t kAtOnce = 8;
 
-  /// Sounds lie in the folder `sounds` of the program's folder, and beside the program.
-  explicit WaveSounds(const std::filesystem::path& programFolder)
-      : beside_(programFolder), sounds_(programFolder / "sounds") {}
+  /// Sounds lie in the folder `sounds` of a folder, and beside it; of the user's own folder first.
+  WaveSounds(const std::filesystem::path& own, const std::filesystem::path& installed)
+      : beside_{own, installed}, sounds_{own / "sounds", installed / "sounds"} {}
   WaveSounds(const WaveSounds&) = delete;
   WaveSounds& operator=(const WaveSounds&) = delete;
   /// Cuts off what still plays.
@@ -36,16 +37,17 @@ class WaveSounds final : public SoundPort {
                                                    std::string_view name);
 
  private:
+  using Folders = std::array<std::filesystem::path, 2>;
   struct Wanted {
-    const std::filesystem::path* folder;
+    const Folders* folders;
     std::string name;
   };
 
-  void playFrom(const std::filesystem::path& folder, std::string_view name);
+  void playFrom(const Folders& folders, std::string_view name);
   void work();
 
-  const std::filesystem::path beside_;
-  const std::filesystem::path sounds_;
+  const Folders beside_;
+  const Folders sounds_;
   std::mutex mutex_;
   std::condition_variable wake_;
   std::deque<Wanted> waiting_;

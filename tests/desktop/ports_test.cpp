@@ -42,7 +42,7 @@ TEST(Sounds, AFloodDoesNotWait) {
   const std::filesystem::path path = folder.path().toStdString();
   std::filesystem::create_directory(path / "sounds");
   std::ofstream(path / "sounds" / "broken.wav") << "not a wave";
-  WaveSounds sounds(path);
+  WaveSounds sounds(path, path);
   const auto start = std::chrono::steady_clock::now();
   for (int i = 0; i < 1000; ++i) sounds.play(i % 2 == 0 ? kPlayed : "missing");
   EXPECT_LT(std::chrono::steady_clock::now() - start, 500ms);
