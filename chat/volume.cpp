@@ -11,6 +11,7 @@ Volume::Volume(Client& client)
             .height = 132 * kTwipsPerPixel}),
       client_(client) {
   Slider1.AccessibleName = "Volume";
+  Slider1.FillsBehind = true;
   Label1.Alignment_ = Alignment::center;
   Slider1.Change = [this] { Slider1_Change(); };
 }

@@ -50,6 +50,7 @@ void game1::look() {
        {&Check8, &Check9, &Check10, &Check11, &Check12, &Check13, &Check14, &Check15, &Check16,
         &Check17, &Check18, &Check19, &Check21, &Check22, &Check23, &Check24}) {
     later->Enabled = false;
+    later->ToolTipText = "A game server's own option; no game that Kelvaron starts here takes it";
   }
   Combo1.AccessibleName = "Timer (Minutes)";
   Combo2.AccessibleName = "DUP";

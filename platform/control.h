@@ -94,6 +94,8 @@ class Control : public Observable {
   Property<std::string> Tag{*this, {}};
   /// What a screen reader says where the control has no caption of its own. Code page 1252.
   std::string AccessibleName;
+  /// What the pointer that rests on the control tells; empty for nothing. Code page 1252.
+  std::string ToolTipText;
 
   /// Moves and sizes at once, in twips.
   void Move(Place place);

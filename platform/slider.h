@@ -18,6 +18,8 @@ class Slider : public Control {
 
   const int Min;
   const int Max;
+  /// The groove is filled from the knob to the right end: for what is most at the left.
+  bool FillsBehind = false;
   /// Each new value, by the user or by code, raises `Change`.
   Property<int> Value;
 

@@ -145,7 +145,7 @@ void Connection::dropInput() {
 }
 
 void Connection::send(SharedLines lines, Kind kind) {
-  if (closed_) return;
+  if (closed_ || gone_) return;
   if (kind == Kind::userList) {
     // A list that the socket has begun to take must go out whole; one behind it need not.
     const auto first = queue_.begin() + (frontSent_ > 0 ? 1 : 0);
@@ -179,7 +179,7 @@ void Connection::flush() {
     buffers[0] += frontSent_;
     std::error_code error;
     const std::size_t written = socket_.write_some(std::span(buffers.data(), count), error);
-    if (error && error != asio::error::would_block) return close(error.message());
+    if (error && error != asio::error::would_block) return giveUpSending();
     progressAt_ = Clock::now();
     owner_->onWritten(written);
     consume(written);
@@ -198,6 +198,15 @@ void Connection::flush() {
                        self->blocked_ = false;
                        self->flush();
                      });
+}
+
+// The client is gone, but what it said before has its turn still; reading tells the end.
+void Connection::giveUpSending() {
+  gone_ = true;
+  queue_.clear();
+  frontSent_ = 0;
+  queued_ = 0;
+  listsWaiting_ = 0;
 }
 
 void Connection::consume(std::size_t written) {

@@ -87,6 +87,7 @@ class Connection : public std::enable_shared_from_this<Connection> {
   void pause(Clock::duration time);
   void dropInput();
   void consume(std::size_t written);
+  void giveUpSending();
 
   asio::ip::tcp::socket socket_;
   asio::steady_timer pause_;
@@ -107,6 +108,7 @@ class Connection : public std::enable_shared_from_this<Connection> {
   bool flushAsked_ = false;
   bool blocked_ = false;  // the socket takes no more for now
   Clock::time_point progressAt_;
+  bool gone_ = false;  // it takes nothing any more
   bool closed_ = false;
   bool finishing_ = false;
 };

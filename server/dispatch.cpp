@@ -85,7 +85,8 @@ bool isLogin(std::string_view line) { return keywordOf(line) == kLogin; }
 
 double priceOf(std::string_view line) {
   const Entry* entry = find(keywordOf(line));
-  return (entry == nullptr ? 1 : entry->price) + static_cast<double>(line.size() / kBytesOfAPrice);
+  const std::size_t more = line.size() / kBytesOfAPrice;
+  return (entry == nullptr ? 1 : entry->price) + static_cast<double>(more);
 }
 
 void dispatch(Lobby& lobby, Client& client, std::string_view line) {

@@ -43,7 +43,7 @@ std::string inBrackets(std::string_view reason) {
 /// is and still in the room.
 template <class Proven>
 void prove(Lobby& lobby, Client& client, std::string_view email, std::string_view password,
-           std::string what, Proven proven) {
+           const std::string& what, Proven proven) {
   using Outcome = Proofs::Outcome;
   const auto tooMany = [&lobby, asker = who(client), what](Client& told) {
     lobby.logRefusal(told, asker + ": " + what + " not looked at, too many tries");

@@ -19,5 +19,5 @@ cleanup() {
 }
 trap cleanup EXIT
 cp /etc/resolv.conf "$root/etc/resolv.conf"
-grep -q localhost "$root/etc/hosts" 2>/dev/null || echo "127.0.0.1 localhost" >"$root/etc/hosts"
+printf '127.0.0.1 localhost\n127.0.1.1 %s\n' "$(hostname)" >"$root/etc/hosts"
 chroot "$root" /tmp/install_test_inside.sh

@@ -18,6 +18,7 @@ void ControlView::attach() {
   if (!control_->AccessibleName.empty()) {
     widget_->setAccessibleName(shownText(control_->AccessibleName));
   }
+  if (!control_->ToolTipText.empty()) widget_->setToolTip(shownText(control_->ToolTipText));
   control_->onRefresh = [this] { changed(); };
   widget_->installEventFilter(this);
   refreshAll();

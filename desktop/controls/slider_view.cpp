@@ -14,6 +14,7 @@ constexpr int kPages = 10;
 SliderView::SliderView(Slider& slider, ViewHost& host, QWidget* parent)
     : ControlView(slider, host, new QSlider(Qt::Horizontal, parent)),
       slider_(static_cast<QSlider&>(widget())) {
+  slider_.setProperty(kFillsBehind, slider.FillsBehind);
   slider_.setFocusPolicy(Qt::StrongFocus);
   slider_.setRange(slider.Min, slider.Max);
   slider_.setPageStep(std::max(1, (slider.Max - slider.Min) / kPages));

@@ -120,6 +120,9 @@ class ShapeView : public ControlView {
 };
 
 /// A click beside the knob brings it there. The wheel turns it only while it has the keyboard.
+/// Dynamic property of a slider: whether its groove is filled from the knob to the right end.
+inline constexpr const char* kFillsBehind = "kelvaronFillsBehind";
+
 class SliderView : public ControlView {
  public:
   SliderView(Slider& slider, ViewHost& host, QWidget* parent);

@@ -61,6 +61,10 @@ void FormFrame::setContentSize(QSize size) {
   if (size != size.boundedTo(space)) scrollContent();
 }
 
+void FormFrame::setSmallestContent(QSize size) {
+  setMinimumSize(QSize(size.width(), size.height() + barHeight(size.width())).boundedTo(room()));
+}
+
 void FormFrame::scrollContent() {
   if (std::exchange(scrolls_, true)) return;
   auto* area = new QScrollArea(this);

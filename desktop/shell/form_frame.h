@@ -24,6 +24,8 @@ class FormFrame : public QWidget {
   /// Size of the inside. One that the screen has no room for scrolls where the window is not
   /// sizable; a sizable window stays within the screen.
   void setContentSize(QSize size);
+  /// Below this a window whose size can be changed can't be made; within the screen.
+  void setSmallestContent(QSize size);
   /// To this place, or as near to it as leaves the window on the screen whole.
   void moveOnScreen(QPoint place);
   /// Before the first show: in the middle of `anchor`, or of the screen where that is null.

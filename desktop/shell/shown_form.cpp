@@ -20,6 +20,8 @@ namespace {
 
 // Characters of a window's caption.
 constexpr std::size_t kMostOfCaption = 256;
+// Of its design's size: the smallest that a window can be made.
+constexpr qreal kSmallestShare = 0.4;
 
 Qt::CursorShape shape(MousePointer pointer) {
   switch (pointer) {
@@ -336,6 +338,7 @@ void ShownForm::showFirst() {
   // The first size is the design's own, whatever the screen leaves of it afterwards.
   raiseResize();
   if (form_ == nullptr) return;
+  if (form_->Sizable) frame_->setSmallestContent(contentSize() * kSmallestShare);
   frame_->setContentSize(contentSize());
   if (form_->Left == 0 && form_->Top == 0) frame_->centerOn(anchorFor(*frame_));
 }

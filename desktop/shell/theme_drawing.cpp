@@ -1,6 +1,9 @@
 #include "desktop/shell/theme_drawing.h"
 
+#include <QWidget>
 #include <algorithm>
+
+#include "desktop/controls/views.h"
 
 namespace kelvaron::theme {
 namespace {
@@ -63,7 +66,11 @@ void drawSlider(const QStyle& style, const QStyleOptionSlider& slider, QPainter&
   const QRectF groove(place.left(), knob.center().y() - kGroove / 2, place.width(), kGroove);
   drawPanel(painter, groove, slider.palette.color(QPalette::Base), kLine);
   QRectF passed = groove;
-  passed.setRight(knob.center().x());
+  if (widget != nullptr && widget->property(kFillsBehind).toBool()) {
+    passed.setLeft(knob.center().x());
+  } else {
+    passed.setRight(knob.center().x());
+  }
   const bool works = enabled(slider);
   drawPanel(painter, passed, works ? kSelection : kButton, works ? kSelection.lighter(130) : kLine);
 

@@ -33,7 +33,7 @@ const QColor& lineOf(const QStyleOption& option);
 /// A field to type in or, where the box is not editable, a button; with an arrow down.
 void drawComboBox(const QStyle& style, const QStyleOptionComboBox& combo, QPainter& painter,
                   const QWidget* widget);
-/// A groove, filled up to a round knob. Horizontal ones only.
+/// A groove, filled up to a round knob or behind it (`kFillsBehind`). Horizontal ones only.
 void drawSlider(const QStyle& style, const QStyleOptionSlider& slider, QPainter& painter,
                 const QWidget* widget);
 /// The groove of a progress bar, and how full it is, from the left.

@@ -3,6 +3,7 @@
 
 #include <QClipboard>
 #include <QLineEdit>
+#include <QProcess>
 #include <QPushButton>
 #include <QTimer>
 
@@ -94,6 +95,38 @@ TEST_F(InputLine, LinesForTheUserAreMarked) {
     QTest::qWait(20);
     EXPECT_EQ(chat.notes().isMarked(line), each.forUser) << each.line;
   }
+}
+
+// Where a window manager marks it, while another program has the keyboard.
+TEST_F(InputLine, ALineForTheUserCallsForAttention) {
+  if (QGuiApplication::platformName() != "xcb") GTEST_SKIP() << "needs a window manager";
+  const auto told = [](const QString& program, const QStringList& arguments) {
+    QProcess process;
+    process.start(program, arguments);
+    process.waitForFinished();
+    return QString::fromLatin1(process.readAllStandardOutput());
+  };
+  const auto state = [&] {
+    return told("xprop", {"-id", QString::number(desk.frame().winId()), "_NET_WM_STATE"});
+  };
+  // A window of another program, which gets the keyboard as new windows do.
+  QProcess other;
+  other.start("xev", QStringList());
+  for (int i = 0; i < 100 && QApplication::applicationState() == Qt::ApplicationActive; ++i) {
+    QTest::qWait(20);
+  }
+  ASSERT_NE(QApplication::applicationState(), Qt::ApplicationActive);
+  desk.room().AppendChat("ann: hi all");
+  QTest::qWait(100);
+  EXPECT_FALSE(state().contains("DEMANDS_ATTENTION")) << state().toStdString();
+  desk.room().AppendChat("ann: hi bob");
+  QTest::qWait(100);
+  EXPECT_TRUE(state().contains("DEMANDS_ATTENTION")) << state().toStdString();
+  other.kill();
+  other.waitForFinished();
+  told("xdotool", {"windowactivate", "--sync", QString::number(desk.frame().winId())});
+  QTest::qWait(100);
+  EXPECT_FALSE(state().contains("DEMANDS_ATTENTION")) << "it was looked at";
 }
 
 }  // namespace
