@@ -4,7 +4,7 @@
 kelvaron_core_packages=(g++ cmake ninja-build pkg-config ccache lld libasio-dev libsodium-dev)
 kelvaron_desktop_packages=(qt6-base-dev libqt6widgets6 libvlc-dev libvlc5 libvlc-bin vlc-plugin-base
   fonts-dejavu-core xdg-utils)
-kelvaron_test_packages=(libgtest-dev libgmock-dev libbenchmark-dev)
+kelvaron_test_packages=(libgtest-dev libgmock-dev)
 kelvaron_display_packages=(xvfb openbox imagemagick x11-utils)
 kelvaron_driver_packages=(xdotool xclip at-spi2-core dbus libglib2.0-bin gir1.2-atspi-2.0 python3
   python3-pyatspi iproute2 util-linux)
