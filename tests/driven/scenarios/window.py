@@ -61,13 +61,17 @@ def resizing():
     until(lambda: follows(ann), lambda: f"the design's layout: {layout(ann)}")
     bar = extents(ann.window(ROOM)).height - DESIGN[1]
     for _ in range(2):
-        for width, height in ((1200, 900), (700, 500), (300, 200), (960, DESIGN[1] + bar)):
+        for width, height in ((1200, 900), (700, 500), (400, 300), (960, DESIGN[1] + bar)):
             x("windowsize", "--sync", window, width, height)
             until(lambda: layout(ann)[0] == (width, height - bar),
                   lambda: f"{width}x{height}: {layout(ann)[0]}")
             until(lambda: follows(ann), lambda: f"the layout of {width}x{height}: {layout(ann)}")
             assert ann.chat().count("a line to keep") == 1
     assert layout(ann) == original, (layout(ann), original)
+    # Below two fifths of the design nothing could be read.
+    smallest = (round(DESIGN[0] * 0.4), round(DESIGN[1] * 0.4))
+    x("windowsize", window, 100, 100)
+    until(lambda: layout(ann)[0] == smallest, lambda: f"{smallest}: {layout(ann)[0]}")
     x("windowsize", "--sync", window, 700, 500)
     ann.enter("still in use")
     ann.reads("ann: still in use")
