@@ -7,6 +7,7 @@ trap 'kill $(jobs -p) 2>/dev/null; pkill -x kelvaron; pkill -x kelvaron-server' 
 step() { echo "== $1"; }
 fail() {
   echo "FAILED: $1" >&2
+  xwininfo -display :77 -root -tree 2>/dev/null | grep -o '"[^"]*": ("kelvaron"' >&2
   exit 1
 }
 # await WHAT COMMAND...: until the command succeeds, for a minute at most: the first program with text
@@ -87,6 +88,7 @@ locate() {
   types "$1"
   press Return
   # The completion of the name may take the first one.
+  sleep 1.5
   gone '^Open$' || press Return
   await "the dialog stays" gone '^Open$'
 }
@@ -108,7 +110,8 @@ press Tab
 locate zdoom.exe
 press Tab Tab Tab Tab Tab Tab Tab
 locate DOOM.WAD
-press Return
+# From a text box, where Enter is the default button's.
+press Tab Return
 await "no configuration" grep -qF "$engines/DOOM.WAD" "$own/kvconfig.cfg"
 grep -qF "$engines/zdoom.exe" "$own/kvconfig.cfg" || fail "the engine is not configured"
 
