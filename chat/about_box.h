@@ -15,7 +15,7 @@ class frmAbout : public Form {
   explicit frmAbout(Client& client);
 
   Image Image1{*this, "Image1", pixels(20, 20, 72, 72), "icon_128"};
-  Image Image2{*this, "Image2", pixels(108, 20, 300, 48), "logo"};
+  Image Image2{*this, "Image2", pixels(108, 20, 248, 48), "wordmark"};
   Label lblTitle{*this, "lblTitle", pixels(108, 74, 110, 24), ""};
   Label lblVersion{*this, "lblVersion", pixels(226, 74, 180, 24), ""};
   Label lblDescription{

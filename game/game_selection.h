@@ -36,55 +36,56 @@ class game1 : public Form {
   CheckBox Check3{fraOptions, "Check3", pixels(14, 80, 176, 24), "No SFX"};
   CheckBox Check4{fraOptions, "Check4", pixels(14, 106, 176, 24), "Monsters Respawn"};
   CheckBox Check20{fraOptions, "Check20", pixels(14, 132, 176, 24), "Fast Monsters"};
+  CheckBox Check36{fraOptions, "Check36", pixels(14, 158, 372, 24),
+                   "Extratic (Sends backup movements)"};
   CheckBox Check5{fraOptions, "Check5", pixels(194, 28, 202, 24), "Deathmatch (Respawn)"};
   CheckBox Check6{fraOptions, "Check6", pixels(194, 54, 202, 24), "Deathmatch"};
   CheckBox Check7{fraOptions, "Check7", pixels(194, 80, 202, 24), "Co-Op"};
   CheckBox Check35{fraOptions, "Check35", pixels(194, 106, 202, 24), "Record Demo (Host Only)"};
-  CheckBox Check36{fraOptions, "Check36", pixels(14, 158, 372, 24),
-                   "Extratic (Sends backup movements)"};
   CheckBox Check37{fraOptions, "Check37", pixels(194, 132, 202, 24), "Make my game a SOLO GAME"};
 
-  Frame fraServer{*this, "fraServer", pixels(430, 46, 350, 246), "Server Options"};
-  CheckBox Check8{fraServer, "Check8", pixels(14, 28, 160, 24), "Use Rail Gun"};
-  CheckBox Check9{fraServer, "Check9", pixels(14, 54, 160, 24), "Falling Damage"};
-  CheckBox Check10{fraServer, "Check10", pixels(14, 80, 160, 24), "Weapons Stay"};
-  CheckBox Check11{fraServer, "Check11", pixels(14, 106, 160, 24), "Allow Power-Ups"};
-  CheckBox Check12{fraServer, "Check12", pixels(14, 132, 160, 24), "Allow Health"};
-  CheckBox Check13{fraServer, "Check13", pixels(14, 158, 160, 24), "Allow Armor"};
-  CheckBox Check14{fraServer, "Check14", pixels(14, 184, 160, 24), "Spawn Farthest"};
-  CheckBox Check15{fraServer, "Check15", pixels(14, 210, 160, 24), "Same Map"};
-  CheckBox Check16{fraServer, "Check16", pixels(180, 28, 164, 24), "Force Respawn"};
-  CheckBox Check17{fraServer, "Check17", pixels(180, 54, 164, 24), "Allow Exit"};
-  CheckBox Check18{fraServer, "Check18", pixels(180, 80, 164, 24), "Infinate Ammo"};
-  CheckBox Check19{fraServer, "Check19", pixels(180, 106, 164, 24), "Monster Respawn"};
-  CheckBox Check21{fraServer, "Check21", pixels(180, 132, 164, 24), "Power-Ups respawn"};
-  CheckBox Check22{fraServer, "Check22", pixels(180, 158, 164, 24), "Allow Jump"};
-  CheckBox Check23{fraServer, "Check23", pixels(180, 184, 164, 24), "Allow Freelook"};
-  CheckBox Check24{fraServer, "Check24", pixels(180, 210, 164, 24), "Friendly Fire"};
+  Frame Frame5{*this, "Frame5", pixels(430, 46, 170, 62), "Skill"};
+  ComboBox Combo5{Frame5, "Combo5", pixels(12, 26, 146, 28)};
+  Frame Frame6{*this, "Frame6", pixels(610, 46, 170, 62), "Warp to Level"};
+  ComboBox Combo4{Frame6, "Combo4", pixels(12, 26, 146, 28)};
+  Frame Frame2{*this, "Frame2", pixels(430, 112, 150, 62), "Timer (Minutes)"};
+  ComboBox Combo1{Frame2, "Combo1", pixels(12, 26, 126, 28)};
+  Frame Frame3{*this, "Frame3", pixels(590, 112, 90, 62), "DUP"};
+  ComboBox Combo2{Frame3, "Combo2", pixels(12, 26, 66, 28)};
+  Frame Frame4{*this, "Frame4", pixels(690, 112, 90, 62), "Turbo"};
+  ComboBox Combo3{Frame4, "Combo3", pixels(12, 26, 66, 28)};
 
-  Label Label2{*this, "Label2", pixels(430, 306, 220, 22), "External Wad"};
-  TextBox Text1{*this, "Text1", pixels(430, 330, 240, 30)};
-  CommandButton Command1{*this, "Command1", pixels(680, 330, 100, 30), "Locate"};
-  Label Label3{*this, "Label3", pixels(430, 366, 220, 22), "Skin"};
-  TextBox Text2{*this, "Text2", pixels(430, 384, 240, 30)};
-  CommandButton Command2{*this, "Command2", pixels(680, 384, 100, 30), "Locate"};
+  Label Label2{*this, "Label2", pixels(430, 180, 220, 20), "External Wad"};
+  TextBox Text1{*this, "Text1", pixels(430, 202, 240, 30)};
+  CommandButton Command1{*this, "Command1", pixels(680, 202, 100, 30), "Locate"};
 
-  Frame Frame2{*this, "Frame2", pixels(16, 426, 144, 66), "Timer (Minutes)"};
-  ComboBox Combo1{Frame2, "Combo1", pixels(12, 28, 120, 28)};
-  Frame Frame3{*this, "Frame3", pixels(171, 426, 144, 66), "DUP"};
-  ComboBox Combo2{Frame3, "Combo2", pixels(12, 28, 120, 28)};
-  Frame Frame4{*this, "Frame4", pixels(326, 426, 144, 66), "Turbo"};
-  ComboBox Combo3{Frame4, "Combo3", pixels(12, 28, 120, 28)};
-  Frame Frame5{*this, "Frame5", pixels(481, 426, 144, 66), "Skill"};
-  ComboBox Combo5{Frame5, "Combo5", pixels(12, 28, 120, 28)};
-  Frame Frame6{*this, "Frame6", pixels(636, 426, 144, 66), "Warp to Level"};
-  ComboBox Combo4{Frame6, "Combo4", pixels(12, 28, 120, 28)};
+  // No game that is started from here takes them, so they stand close together.
+  Frame fraServer{*this, "fraServer", pixels(430, 242, 350, 172), "Server Options"};
+  CheckBox Check8{fraServer, "Check8", pixels(14, 22, 160, 18), "Use Rail Gun"};
+  CheckBox Check9{fraServer, "Check9", pixels(14, 40, 160, 18), "Falling Damage"};
+  CheckBox Check10{fraServer, "Check10", pixels(14, 58, 160, 18), "Weapons Stay"};
+  CheckBox Check11{fraServer, "Check11", pixels(14, 76, 160, 18), "Allow Power-Ups"};
+  CheckBox Check12{fraServer, "Check12", pixels(14, 94, 160, 18), "Allow Health"};
+  CheckBox Check13{fraServer, "Check13", pixels(14, 112, 160, 18), "Allow Armor"};
+  CheckBox Check14{fraServer, "Check14", pixels(14, 130, 160, 18), "Spawn Farthest"};
+  CheckBox Check15{fraServer, "Check15", pixels(14, 148, 160, 18), "Same Map"};
+  CheckBox Check16{fraServer, "Check16", pixels(180, 22, 164, 18), "Force Respawn"};
+  CheckBox Check17{fraServer, "Check17", pixels(180, 40, 164, 18), "Allow Exit"};
+  CheckBox Check18{fraServer, "Check18", pixels(180, 58, 164, 18), "Infinate Ammo"};
+  CheckBox Check19{fraServer, "Check19", pixels(180, 76, 164, 18), "Monster Respawn"};
+  CheckBox Check21{fraServer, "Check21", pixels(180, 94, 164, 18), "Power-Ups respawn"};
+  CheckBox Check22{fraServer, "Check22", pixels(180, 112, 164, 18), "Allow Jump"};
+  CheckBox Check23{fraServer, "Check23", pixels(180, 130, 164, 18), "Allow Freelook"};
+  CheckBox Check24{fraServer, "Check24", pixels(180, 148, 164, 18), "Friendly Fire"};
 
-  CommandButton Command3{*this, "Command3", pixels(530, 508, 140, 32), "Send Request"};
-  CommandButton Command4{*this, "Command4", pixels(680, 508, 100, 32), "Cancel"};
+  CommandButton Command3{*this, "Command3", pixels(530, 430, 140, 32), "Send Request"};
+  CommandButton Command4{*this, "Command4", pixels(680, 430, 100, 32), "Cancel"};
 
-  // Never seen: the host's command and the guests' options under construction, the game's key,
-  // copies of wad and skin for the offer, and the number of invited players.
+  // Never seen: the skin, the host's command and the guests' options under construction, the
+  // game's key, copies of wad and skin for the offer, and the number of invited players.
+  Label Label3{*this, "Label3", {}, "Skin"};
+  TextBox Text2{*this, "Text2", {}};
+  CommandButton Command2{*this, "Command2", {}, "Locate"};
   TextBox Text3{*this, "Text3", {}};
   TextBox Text4{*this, "Text4", {}};
   TextBox Text5{*this, "Text5", {}};

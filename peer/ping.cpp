@@ -45,7 +45,7 @@ Pingme::Pingme(Client& client)
     : Form({.name = "Pingme",
             .caption = "User Ping",
             .width = 360 * kTwipsPerPixel,
-            .height = 214 * kTwipsPerPixel}),
+            .height = 170 * kTwipsPerPixel}),
       client_(client) {
   Label1.WordWrap = true;
   Label2.AccessibleName = "Player name";

@@ -1,5 +1,8 @@
 #include "desktop/controls/button_view.h"
 
+#include <QEvent>
+#include <QGuiApplication>
+
 #include "desktop/qt_values.h"
 
 namespace kelvaron {
@@ -14,6 +17,13 @@ ButtonView::ButtonView(CommandButton& button, ViewHost& host, QWidget* parent)
 
 void ButtonView::refresh() {
   button_.setText(shownText(static_cast<CommandButton*>(control())->Caption.get()));
+}
+
+bool ButtonView::eventFilter(QObject* watched, QEvent* event) {
+  if (event->type() == QEvent::Resize && attached()) {
+    button_.setFont(captionFont(QGuiApplication::font()));
+  }
+  return ControlView::eventFilter(watched, event);
 }
 
 bool ButtonView::enterPressed(Qt::KeyboardModifiers /*modifiers*/) {

@@ -18,6 +18,7 @@ class ButtonView : public ControlView {
   void refresh() override;
   /// Enter presses the button that has the keyboard, whichever is the default one.
   bool enterPressed(Qt::KeyboardModifiers modifiers) override;
+  bool eventFilter(QObject* watched, QEvent* event) override;
 
  private:
   QPushButton& button_;

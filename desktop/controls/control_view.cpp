@@ -1,13 +1,18 @@
 #include "desktop/controls/control_view.h"
 
 #include <QKeyEvent>
+#include <algorithm>
+#include <cmath>
 
 #include "desktop/qt_values.h"
 
 namespace kelvaron {
 
 ControlView::ControlView(Control& control, ViewHost& host, QWidget* widget)
-    : control_(&control), host_(host), widget_(widget) {}
+    : control_(&control),
+      host_(host),
+      widget_(widget),
+      designed_(toPixels(control.Width), toPixels(control.Height)) {}
 
 ControlView::~ControlView() {
   if (control_ == nullptr) return;
@@ -61,6 +66,18 @@ void ControlView::refreshAll() {
 void ControlView::refreshPlace() {
   widget_->setGeometry(toPixels(control_->Left), toPixels(control_->Top), toPixels(control_->Width),
                        toPixels(control_->Height));
+}
+
+QFont ControlView::captionFont(QFont font) const {
+  if (designed_.isEmpty()) return font;
+  const qreal share = std::min(static_cast<qreal>(widget_->width()) / designed_.width(),
+                               static_cast<qreal>(widget_->height()) / designed_.height());
+  const qreal points = font.pointSizeF();
+  // In steps, so that captions that stand together have one size.
+  constexpr qreal kStep = 0.5;
+  const qreal smaller = std::floor(points * share / kStep) * kStep;
+  font.setPointSizeF(std::clamp(smaller, points / formScale(), points));
+  return font;
 }
 
 bool ControlView::enterPressed(Qt::KeyboardModifiers /*modifiers*/) { return host_.pressDefault(); }

@@ -1,9 +1,11 @@
 // What shows a control: the part that the views of all kinds share.
 #pragma once
 
+#include <QFont>
 #include <QObject>
 #include <QPoint>
 #include <QPointer>
+#include <QSize>
 #include <QWidget>
 #include <memory>
 #include <string>
@@ -85,6 +87,10 @@ class ControlView : public QObject {
 
   ViewHost& host() const { return host_; }
 
+  /// A font for a caption that has to stand in the control: smaller where a window that can be
+  /// resized is smaller than designed, down to what it is on a desktop with small text.
+  QFont captionFont(QFont font) const;
+
   /// Runs a handler of the control; returns whether the control is still there.
   template <class Handler>
   bool run(Handler&& handler) {
@@ -114,6 +120,7 @@ class ControlView : public QObject {
   Control* control_;
   ViewHost& host_;
   QPointer<QWidget> widget_;
+  const QSize designed_;
   bool waits_ = false;
   int showing_ = 0;
 };

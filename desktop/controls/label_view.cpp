@@ -48,7 +48,6 @@ void LabelView::setBuddy(ControlView& buddy) {
 
 void LabelView::refresh() {
   const auto& label = static_cast<const Label&>(*control());
-  label_.setFont(toQt(label.Font_, QGuiApplication::font()));
   label_.setWordWrap(label.WordWrap);
   label_.setAlignment(toQt(label.Alignment_.get()) |
                       (label.WordWrap ? Qt::AlignTop : Qt::AlignVCenter));
@@ -64,6 +63,7 @@ void LabelView::refresh() {
 
 void LabelView::fitText() {
   const auto& label = static_cast<const Label&>(*control());
+  label_.setFont(captionFont(toQt(label.Font_, QGuiApplication::font())));
   const QString caption = shownText(beginningOf(label.Caption.get(), kMostShown));
   // Only a caption of the design has a mnemonic; what others wrote stands as it is.
   const bool designed = label.Caption.get() == label.DesignCaption;

@@ -249,16 +249,20 @@ std::string QtDialogs::InputBox(const std::string& prompt, const std::string& ti
   return askInTurn(box) ? box.answer() : std::string();
 }
 
-std::optional<std::string> QtDialogs::openFile(const FileDialog& dialog) {
-  FileBox box(dialog, folder_);
-  box.onRefused = [&](const QString& why) {
-    MessageBox refusal(why, box_style::kExclamation, storedText(box.windowTitle()));
-    placeOverWork(refusal);
-    refusal.exec();
-  };
-  if (!ask(box)) return std::nullopt;
-  folder_ = QFileInfo(box.chosen()).absolutePath();
-  return storedText(box.chosen());
+std::optional<std::string> QtDialogs::openFile(const FileDialog& told) {
+  QFileDialog dialog;
+  prepareFileDialog(dialog, told, folder_);
+  while (ask(dialog)) {
+    const QString chosen = dialog.selectedFiles().value(0);
+    const QString why = whyNot(chosen);
+    if (why.isEmpty()) {
+      folder_ = QFileInfo(chosen).absolutePath();
+      return storedText(chosen);
+    }
+    MessageBox refusal(why, box_style::kExclamation, storedText(dialog.windowTitle()));
+    askInTurn(refusal);
+  }
+  return std::nullopt;
 }
 
 }  // namespace kelvaron

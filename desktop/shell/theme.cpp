@@ -7,6 +7,7 @@
 
 #include "desktop/controls/text_box_view.h"
 #include "desktop/shell/theme_drawing.h"
+#include "desktop/shell/theme_icons.h"
 
 namespace kelvaron {
 namespace {
@@ -175,6 +176,18 @@ int Theme::styleHint(StyleHint hint, const QStyleOption* option, const QWidget* 
       break;
   }
   return QProxyStyle::styleHint(hint, option, widget, returnData);
+}
+
+QIcon Theme::standardIcon(StandardPixmap picture, const QStyleOption* option,
+                          const QWidget* widget) const {
+  switch (picture) {
+    case SP_MessageBoxInformation:
+    case SP_MessageBoxWarning:
+    case SP_MessageBoxCritical:
+      return boxIcon(picture);
+    default:
+      return QProxyStyle::standardIcon(picture, option, widget);
+  }
 }
 
 void Theme::drawPrimitive(PrimitiveElement element, const QStyleOption* option, QPainter* painter,

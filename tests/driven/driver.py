@@ -263,7 +263,7 @@ class Client(Program):
     def choose_file(self, title, path):
         """Works a file dialog by keyboard."""
         self.activate(title)
-        self.click(self.find(title, "File name", "text"))
+        self.click(self.find(title, "File name:", "text"))
         self.retype(path)
         key("Return")
         self.no_window(title)

@@ -83,7 +83,7 @@ def choose(client, path):
     """Browses for a file by the dialog."""
     client.press(SEND, "Browse")
     client.activate("Open")
-    fill_in(client, "Open", "File name", path)
+    fill_in(client, "Open", "File name:", path)
     key("Return")
     client.no_window("Open")
     client.holds(SEND, "Selected file", path)

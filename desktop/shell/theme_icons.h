@@ -1,0 +1,13 @@
+// The icons of boxes, drawn in the theme's colours.
+#pragma once
+
+#include <QIcon>
+#include <QStyle>
+
+namespace kelvaron::theme {
+
+/// A sign that says of what kind a box is (`SP_MessageBoxInformation` and the like), sharp at any
+/// size and scale.
+QIcon boxIcon(QStyle::StandardPixmap kind);
+
+}  // namespace kelvaron::theme
