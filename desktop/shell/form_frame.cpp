@@ -119,6 +119,11 @@ void FormFrame::tellFrame() {
   if (onFramed && isVisible()) onFramed(frameGeometry().height());
 }
 
+void FormFrame::showEvent(QShowEvent* event) {
+  if (!event->spontaneous()) appearance_ = std::chrono::steady_clock::now();
+  QWidget::showEvent(event);
+}
+
 void FormFrame::keyPressEvent(QKeyEvent* event) {
   switch (event->key()) {
     case Qt::Key_Return:
@@ -126,7 +131,8 @@ void FormFrame::keyPressEvent(QKeyEvent* event) {
       if (onKey && !event->isAutoRepeat()) onKey(Qt::Key_Return);
       break;
     case Qt::Key_Escape:
-      if (onKey) onKey(Qt::Key_Escape);
+    case Qt::Key_F6:
+      if (onKey) onKey(event->key());
       break;
     default:
       QWidget::keyPressEvent(event);

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <QWidget>
+#include <chrono>
 #include <functional>
 
 class QMenuBar;
@@ -31,16 +32,20 @@ class FormFrame : public QWidget {
   /// Before the first show: in the middle of `anchor`, or of the screen where that is null.
   void centerOn(const QWidget* anchor);
 
+  /// When it came on the screen.
+  std::chrono::steady_clock::time_point appearance() const { return appearance_; }
+
   std::function<void()> onClose;
   /// The inside took another size; sizable windows only.
   std::function<void(QSize)> onContentResized;
   std::function<void(QPoint)> onMoved;
   /// The whole window, frame and all, has this height now.
   std::function<void(int height)> onFramed;
-  /// Enter and Escape that no control took.
+  /// Enter, Escape and F6 that no control took.
   std::function<void(int key)> onKey;
 
  protected:
+  void showEvent(QShowEvent* event) override;
   void closeEvent(QCloseEvent* event) override;
   void moveEvent(QMoveEvent* event) override;
   void resizeEvent(QResizeEvent* event) override;
@@ -60,6 +65,7 @@ class FormFrame : public QWidget {
   QWidget* content_;
   QMenuBar* bar_ = nullptr;
   bool scrolls_ = false;
+  std::chrono::steady_clock::time_point appearance_;
 };
 
 }  // namespace kelvaron

@@ -7,6 +7,27 @@
 
 namespace kelvaron {
 
+namespace {
+
+/// The caption with the first letter, of a word if possible, that no sibling has for its key.
+QString withLetter(const QString& caption, const QAction& action, const QWidget& menu) {
+  QString taken;
+  for (const QAction* other : menu.actions()) {
+    const auto mark = other->text().indexOf('&');
+    if (other != &action && mark >= 0) taken += other->text().at(mark + 1);
+  }
+  for (const bool beginsWord : {true, false}) {
+    for (qsizetype at = 0; at < caption.size(); ++at) {
+      if (beginsWord && at > 0 && caption[at - 1] != ' ') continue;
+      if (!caption[at].isLetter() || taken.contains(caption[at], Qt::CaseInsensitive)) continue;
+      return QString(caption).insert(at, '&');
+    }
+  }
+  return caption;
+}
+
+}  // namespace
+
 Menus::Menus(Form& form, EventGate& gate, QWidget& window) : gate_(gate) {
   const auto& items = form.Menus();
   if (items.empty()) return;
@@ -25,7 +46,7 @@ void Menus::detach() {
 }
 
 void Menus::add(MenuItem& item, QWidget& into) {
-  Shown shown{&item, nullptr};
+  Shown shown{&item, nullptr, &into};
   if (item.items().empty()) {
     shown.action = new QAction(&into);
     shown.action->setSeparator(item.isSeparator());
@@ -43,7 +64,10 @@ void Menus::add(MenuItem& item, QWidget& into) {
 }
 
 void Menus::refresh(const Shown& shown) {
-  if (!shown.item->isSeparator()) shown.action->setText(shownText(shown.item->Caption.get()));
+  if (!shown.item->isSeparator()) {
+    const QString caption = shownText(shown.item->Caption.get());
+    shown.action->setText(withLetter(caption, *shown.action, *shown.menu));
+  }
   shown.action->setVisible(shown.item->Visible);
   shown.action->setEnabled(shown.item->Enabled);
 }

@@ -29,6 +29,7 @@ class Menus {
   struct Shown {
     MenuItem* item;
     QAction* action;
+    QWidget* menu;
   };
 
   void add(MenuItem& item, QWidget& into);

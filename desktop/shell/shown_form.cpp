@@ -11,6 +11,7 @@
 #include "desktop/controls/button_view.h"
 #include "desktop/controls/label_view.h"
 #include "desktop/qt_values.h"
+#include "desktop/shell/frames.h"
 #include "platform/list_box.h"
 #include "platform/text.h"
 #include "session/main_window.h"
@@ -33,21 +34,6 @@ Qt::CursorShape shape(MousePointer pointer) {
       break;
   }
   return Qt::ArrowCursor;
-}
-
-/// The window that a new one comes up over: the one at work, else the largest on the screen.
-const QWidget* anchorFor(const QWidget& frame) {
-  const QWidget* anchor = nullptr;
-  for (const QWidget* window : QApplication::topLevelWidgets()) {
-    if (window == &frame || !window->isVisible() ||
-        dynamic_cast<const FormFrame*>(window) == nullptr) {
-      continue;
-    }
-    if (window->isActiveWindow()) return window;
-    const auto area = [](const QWidget& widget) { return widget.width() * widget.height(); };
-    if (anchor == nullptr || area(*window) > area(*anchor)) anchor = window;
-  }
-  return anchor;
 }
 
 }  // namespace
@@ -86,7 +72,7 @@ void ShownForm::detach() {
   pointer_->onMoved = nullptr;
   pointer_->onClicked = nullptr;
   for (QMenu* menu : frame_->findChildren<QMenu*>()) menu->close();
-  frame_->hide();
+  putAway(*frame_);
   if (menus_) menus_->detach();
   for (const auto& view : views_) view->detach();
 }
@@ -206,7 +192,7 @@ void ShownForm::apply() {
 
   applyLook();
   if (!form_->Visible) {
-    frame_->hide();
+    putAway(*frame_);
     return;
   }
   if (!wasShown_) {
@@ -255,7 +241,9 @@ void ShownForm::build() {
   frame_->onFramed = [this](int height) { form_->Height = toTwips(height); };
   frame_->onContentResized = [this](QSize content) { resized(content); };
   frame_->onKey = [this](int key) {
-    if (key != Qt::Key_Escape) {
+    if (key == Qt::Key_F6) {
+      goToNextFrame(*frame_);
+    } else if (key != Qt::Key_Escape) {
       pressDefault();
     } else if (!pressCancel()) {
       leave();
@@ -367,7 +355,10 @@ void ShownForm::applyFocus() {
       }
       const bool button = view->control()->kind == ControlKind::button;
       if (button && static_cast<const CommandButton*>(view->control())->Deliberate) continue;
-      const bool onlyRead = view->control()->kind == ControlKind::richTextBox;
+      const ControlKind kind = view->control()->kind;
+      const bool onlyRead = kind == ControlKind::richTextBox ||
+                            (kind == ControlKind::textBox &&
+                             static_cast<const TextBox*>(view->control())->Locked);
       if (first == nullptr || !onlyRead) first = view.get();
       if (!onlyRead) break;
     }

@@ -1,9 +1,9 @@
 #!/usr/bin/env bash
 # Renders every form in its states to pictures, at 100, 150 and 200 percent.
 #
-#   tools/shots.sh [FOLDER]   build/shots unless told
+#   tools/pictures/shots.sh [FOLDER]   build/shots unless told
 set -u
-cd "$(dirname "$0")/.." || exit 1
+cd "$(dirname "$0")/../.." || exit 1
 . tools/packages.sh
 . tools/display.sh
 trap stop_display EXIT

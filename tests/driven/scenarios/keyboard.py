@@ -1,0 +1,140 @@
+"""The main jobs without a mouse, and how many keys each takes beside the words that are typed."""
+
+import os
+import time
+
+from desk import has, key, showing, until, walk, write, x
+from driver import LOGIN, MOTD, ROOM, WORK, Client, Server
+from exchange_setup import SEND, received, random_file, same_file, serve_form
+from game_setup import (CHOICE, FIRST_WAITING, IN_GAME, LAST_LOOK, OFFER, Engine, configure,
+                        folder_for_games, game_file)
+
+import pyatspi
+
+# What each job may take.
+MOST = {"log in": 2, "talk": 1, "private message": 4, "offer a game": 7, "accept": 6,
+        "send a file": 8}
+
+
+class Hands:
+    """Presses keys, and counts them by the job at work."""
+
+    def __init__(self, client):
+        self.client = client
+        self.counts = {}
+
+    def begin(self, job):
+        self.job = job
+        self.counts[job] = 0
+
+    def press(self, *names):
+        for name in names:
+            key(name)
+            self.counts[self.job] += 1
+            time.sleep(0.15)
+
+    def at(self, window, name=None):
+        """The keyboard is in a window, at a widget, with no help of the mouse."""
+        until(lambda: has(self.client.window(window), pyatspi.STATE_ACTIVE),
+              f"the keyboard in {window!r}")
+        if name is not None:
+            self.client.has_focus(window, name)
+
+    def to_newest(self, window):
+        """To what came by itself and left the keyboard where it was."""
+        self.client.window(window)
+        self.press("F6")
+        self.at(window)
+
+    def user(self, name):
+        """From the input line, where each job begins."""
+        self.at(ROOM)
+        if not has(self.client.find(ROOM, "Message", "text"), pyatspi.STATE_FOCUSED):
+            key("shift+Tab")
+        self.at(ROOM, "Message")
+        self.press("Tab")
+        write(name)
+        until(lambda: has(self.client.user(name), pyatspi.STATE_SELECTED), f"{name} to be selected")
+
+
+def jobs():
+    """Log in, talk, a private message, a game offered and accepted, a file."""
+    Server("data-keys")
+    games = folder_for_games("games by keyboard")
+    engine, doom2 = Engine(games, "zdoom.exe"), game_file(games, "doom2.wad")
+    ann, bob = Client("ann"), Client("bob")
+    for player in (ann, bob):
+        player.window(LOGIN)
+        configure(player, zdoom=engine.path, doom2=doom2)
+    bob.log_in("bob")
+
+    hands = Hands(ann)
+    ann.name = "ann"
+    hands.begin("log in")
+    ann.activate(LOGIN)
+    write("ann")
+    hands.press("Return")
+    hands.at(MOTD)
+    hands.press("Return")
+    ann.lists("ann", "bob")
+
+    hands.begin("talk")
+    hands.at(ROOM, "Message")
+    write("hello")
+    hands.press("Return")
+    bob.reads("ann: hello")
+
+    hands.begin("private message")
+    hands.user("bob")
+    hands.press("Return")
+    hands.at("Private Message to : bob", "Private message")
+    write("just you")
+    hands.press("Tab", "space")
+    bob.reads("Private Message From ann: just you")
+
+    hands.begin("send a file")
+    path = random_file(os.path.join(WORK, "files by keyboard"), "a file.wad", 5000)
+    serve_form(bob)
+    ann.activate(ROOM)
+    hands.user("bob")
+    hands.press("Menu", "s")
+    hands.at(SEND)
+    hands.press("Tab", "space")
+    hands.at("Open")
+    write(path)
+    hands.press("Return", "Tab", "Return")
+    until(lambda: same_file(path, received(bob, "a file.wad")), "the file")
+    key("Escape")
+    ann.no_window(SEND)
+
+    hands.begin("offer a game")
+    hands.user("bob")
+    hands.press("Tab", "space")
+    hands.at(CHOICE)
+    hands.press("space", "Return")
+    hands.at(FIRST_WAITING)
+    key("Tab")  # no button that starts had the keyboard
+    bob.activate(ROOM)
+
+    guest = Hands(bob)
+    guest.begin("accept")
+    guest.to_newest(OFFER)
+    guest.press("Return")
+    ann.shows(FIRST_WAITING, "Player 1 accepted", "lit")
+    ann.activate(FIRST_WAITING)
+    key("Tab")
+    ann.has_focus(FIRST_WAITING, "GO")
+    key("space")
+    ann.window(IN_GAME)
+    bob.activate(ROOM)
+    guest.to_newest(LAST_LOOK)
+    guest.press("Tab", "space")
+    bob.window(IN_GAME)
+
+    taken = hands.counts | guest.counts
+    print("    keys:", ", ".join(f"{job} {count}" for job, count in taken.items()), flush=True)
+    assert set(taken) == set(MOST)
+    assert all(taken[job] <= most for job, most in MOST.items()), taken
+
+
+SCENARIOS = [jobs]
