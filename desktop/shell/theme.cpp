@@ -6,6 +6,7 @@
 #include <QStyleOptionComplex>
 
 #include "desktop/controls/text_box_view.h"
+#include "desktop/form_scale.h"
 #include "desktop/shell/theme_drawing.h"
 #include "desktop/shell/theme_icons.h"
 
@@ -137,14 +138,14 @@ int Theme::pixelMetric(PixelMetric metric, const QStyleOption* option,
     case PM_MenuBarItemSpacing:
       return 10;
     case PM_ScrollBarExtent:
-      return 14;
+      return qRound(14 * formScale());
     case PM_MenuPanelWidth:
       return 1;
     case PM_FocusFrameHMargin:
       return 6;
     case PM_IndicatorWidth:
     case PM_IndicatorHeight:
-      return 16;
+      return qRound(16 * formScale());
     default:
       return QProxyStyle::pixelMetric(metric, option, widget);
   }

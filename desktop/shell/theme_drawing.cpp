@@ -4,21 +4,23 @@
 #include <algorithm>
 
 #include "desktop/controls/views.h"
+#include "desktop/form_scale.h"
 
 namespace kelvaron::theme {
 namespace {
 
 // An arrow down in the middle of `rect`.
 void drawArrow(QPainter& painter, const QRectF& rect, const QColor& color) {
-  constexpr qreal kHalfWidth = 4.5;
-  constexpr qreal kHalfHeight = 2.5;
+  const qreal scale = std::min(formScale(), rect.width() / 16);
+  const qreal halfWidth = 4.5 * scale;
+  const qreal halfHeight = 2.5 * scale;
   const QPointF middle = rect.center();
   painter.save();
   painter.setRenderHint(QPainter::Antialiasing);
   painter.setPen(QPen(color, 1.8, Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin));
   painter.drawPolyline(
-      QPolygonF{{middle + QPointF(-kHalfWidth, -kHalfHeight), middle + QPointF(0, kHalfHeight),
-                 middle + QPointF(kHalfWidth, -kHalfHeight)}});
+      QPolygonF{{middle + QPointF(-halfWidth, -halfHeight), middle + QPointF(0, halfHeight),
+                 middle + QPointF(halfWidth, -halfHeight)}});
   painter.restore();
 }
 
