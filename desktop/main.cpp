@@ -13,6 +13,7 @@
 #include "desktop/ports/radio.h"
 #include "desktop/ports/sounds.h"
 #include "desktop/ports/vlc_library.h"
+#include "desktop/shell/caret_rest.h"
 #include "desktop/shell/shell.h"
 #include "desktop/shell/theme.h"
 #include "native/echo.h"
@@ -29,6 +30,8 @@ namespace {
 
 // Reading the icon's pictures would hold up the first window.
 constexpr std::chrono::milliseconds kIconDelay{100};
+/// As long as in other programs of Linux desktops.
+constexpr std::chrono::seconds kCaretBlinks{10};
 
 QIcon programIcon() {
   QIcon icon;
@@ -84,6 +87,7 @@ int main(int argc, char** argv) {
                                                                 .streams = streams,
                                                                 .localHost = localHost});
   const Shell shell(*client, gate);
+  const CaretRest caretRest(kCaretBlinks);
   QTimer::singleShot(kIconDelay, [] { QApplication::setWindowIcon(programIcon()); });
   if (!folders.problem.empty()) {
     edge.run([&] { client->MsgBox(fromUtf8(folders.problem), box_style::kExclamation); });

@@ -356,9 +356,9 @@ void ShownForm::applyFocus() {
       const bool button = view->control()->kind == ControlKind::button;
       if (button && static_cast<const CommandButton*>(view->control())->Deliberate) continue;
       const ControlKind kind = view->control()->kind;
-      const bool onlyRead = kind == ControlKind::richTextBox ||
-                            (kind == ControlKind::textBox &&
-                             static_cast<const TextBox*>(view->control())->Locked);
+      const bool onlyRead =
+          kind == ControlKind::richTextBox ||
+          (kind == ControlKind::textBox && static_cast<const TextBox*>(view->control())->Locked);
       if (first == nullptr || !onlyRead) first = view.get();
       if (!onlyRead) break;
     }

@@ -5,9 +5,11 @@
 #include <QLineEdit>
 #include <QProcess>
 #include <QPushButton>
+#include <QStyleHints>
 #include <QTimer>
 
 #include "desktop/chat_view/chat_view.h"
+#include "desktop/shell/caret_rest.h"
 #include "tests/desktop/room_desk.h"
 
 namespace kelvaron::testing {
@@ -127,6 +129,17 @@ TEST_F(InputLine, ALineForTheUserCallsForAttention) {
   told("xdotool", {"windowactivate", "--sync", QString::number(desk.frame().winId())});
   QTest::qWait(100);
   EXPECT_FALSE(state().contains("DEMANDS_ATTENTION")) << "it was looked at";
+}
+
+TEST_F(InputLine, ItsCaretStandsStillWhereNobodyTypes) {
+  const int blinking = QGuiApplication::styleHints()->cursorFlashTime();
+  ASSERT_GT(blinking, 0);
+  const CaretRest rest(std::chrono::milliseconds(30));
+  const auto flashes = [] { return QGuiApplication::styleHints()->cursorFlashTime(); };
+  EXPECT_TRUE(QTest::qWaitFor([&] { return flashes() == 0; }, 2000));
+  key(Qt::Key_A);
+  EXPECT_EQ(flashes(), blinking);
+  EXPECT_TRUE(QTest::qWaitFor([&] { return flashes() == 0; }, 2000));
 }
 
 }  // namespace

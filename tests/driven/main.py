@@ -41,6 +41,10 @@ def main(arguments):
         import pictures
         folder, *part = arguments[1:]
         return 0 if passes("pictures", pictures.pictures, os.path.abspath(folder), *part) else 1
+    if arguments[:1] == ["--stranger"]:
+        sys.path.append(os.path.join(os.path.dirname(__file__), "../../bench"))
+        import stranger_bench
+        return 0 if passes("stranger", stranger_bench.run) else 1
     chosen = SCENARIOS
     if arguments:
         chosen = [s for s in SCENARIOS + NAMED if s.__name__ in arguments]
