@@ -14,6 +14,8 @@ echo "== the chat view alone"
 echo "== start"
 /usr/bin/python3 bench/start_bench.py "$bench/bare_window" || exit 1
 /usr/bin/python3 bench/start_bench.py "$bin/kelvaron" || exit 1
+echo "== what a stranger sends"
+tests/driven/run.sh "$bin" --stranger || exit 1
 echo "== sending and receiving files"
 "$bench/transfer_bench" || exit 1
 echo "== the server"

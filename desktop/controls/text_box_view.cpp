@@ -71,10 +71,10 @@ void TextBoxView::caretMoved() {
 
 void TextBoxView::refresh() {
   const std::string& content = box().Text.get();
-  cut_ = content.size() > kMostShown;
+  cut_ = content.size() > mostShown();
   refreshLook();
   if (cut_) {
-    if (const QString shown = toWidget(beginningOf(content, kMostShown)); text() != shown) {
+    if (const QString shown = toWidget(beginningOf(content, mostShown())); text() != shown) {
       setText(shown);
     }
     return;

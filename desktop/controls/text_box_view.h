@@ -19,6 +19,8 @@ class TextBoxView : public ControlView {
  public:
   /// Bytes of a text that show.
   static constexpr std::size_t kMostShown = std::size_t{64} << 10U;
+  /// The same of a single line that is only shown, where a stranger's text costs time.
+  static constexpr std::size_t kMostShownInLine = std::size_t{8} << 10U;
   /// Characters that can be typed: with the rest of a line of the chat protocol they are as many as
   /// servers take.
   static constexpr std::size_t kMostTyped = 65'000;
@@ -40,6 +42,7 @@ class TextBoxView : public ControlView {
   virtual std::string toControl(const QString& text) const = 0;
   virtual QString toWidget(const std::string& text) const = 0;
   virtual void refreshLook() = 0;
+  virtual std::size_t mostShown() const { return kMostShown; }
 
   /// Whether only the beginning of the text shows.
   bool cut() const { return cut_; }
@@ -70,6 +73,7 @@ class TextLineView : public TextBoxView {
   std::string toControl(const QString& text) const override;
   QString toWidget(const std::string& text) const override;
   void refreshLook() override;
+  std::size_t mostShown() const override { return box().Locked ? kMostShownInLine : kMostShown; }
   QLineEdit& edit() const { return edit_; }
 
  private:

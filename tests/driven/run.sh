@@ -2,6 +2,7 @@
 # Drives the real programs on a virtual display, from outside.
 #
 #   run.sh BIN-FOLDER [SCENARIO...]           runs the scenarios, all unless named
+#   run.sh BIN-FOLDER --stranger              measures what a stranger's lines cost
 #   run.sh BIN-FOLDER --pictures FOLDER [PART...]
 #                                             makes the pictures of the documents, all or only
 #                                             those of profiles, pings and files
@@ -12,7 +13,7 @@
 set -u
 here=$(cd "$(dirname "$0")" && pwd)
 if [ $# -lt 1 ] || [ ! -x "$1/kelvaron" ] || [ ! -x "$1/kelvaron-server" ]; then
-  sed -n '4,7p' "$0"
+  sed -n '4,8p' "$0"
   echo "BIN-FOLDER holds kelvaron and kelvaron-server." >&2
   exit 2
 fi
