@@ -25,7 +25,7 @@ class NativeSocket : public Socket {
   /// Most bytes read in one turn, so that the loop stays responsive.
   static constexpr std::size_t kReadPerTurn = std::size_t{1} << 20U;
   /// From so many unread bytes on, reading pauses until `GetData`; the other side has to wait.
-  static constexpr std::size_t kUnreadLimit = std::size_t{4} << 20U;
+  static constexpr std::size_t kUnreadLimit = std::size_t{2} << 20U;
   /// While more than so many bytes wait to be sent on a connection of lines, nothing is read from
   /// it: whoever asks without reading the answers has to wait too.
   static constexpr std::size_t kUnsentLimit = std::size_t{1} << 20U;

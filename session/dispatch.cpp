@@ -11,7 +11,7 @@ namespace {
 
 constexpr std::chrono::minutes kBetweenMissingProfiles{1};
 // Lines of one turn take so long at most, and the one that is at work then.
-constexpr std::chrono::milliseconds kLongestTurn{20};
+constexpr std::chrono::milliseconds kLongestTurn{10};
 
 void handleLine(Client& client, std::string_view text, FaultRule& rule,
                 std::span<const InboundRow> table) {

@@ -58,9 +58,11 @@ void ControlView::settle() {
 void ControlView::refreshAll() {
   const Showing showing(*this);
   refreshPlace();
+  // What nobody sees costs nothing; it shows what it holds when it appears.
+  if (!control_->Visible) return widget_->hide();
   widget_->setEnabled(control_->Enabled);
   refresh();
-  widget_->setVisible(control_->Visible);
+  widget_->show();
 }
 
 void ControlView::refreshPlace() {

@@ -33,7 +33,32 @@ void setColors(QWidget& widget, const TextBox& box, const std::optional<Color>& 
 }  // namespace
 
 TextBoxView::TextBoxView(TextBox& box, ViewHost& host, QWidget* widget)
-    : ControlView(box, host, widget) {}
+    : ControlView(box, host, widget) {
+  constexpr int kQuiet = 100;  // in ms
+  rest_.setSingleShot(true);
+  rest_.setInterval(kQuiet);
+  connect(&rest_, &QTimer::timeout, this, [this] {
+    if (!attached()) return;
+    const Showing showing(*this);
+    showUpTo(kMostShown);
+  });
+}
+
+void TextBoxView::showBeginning() {
+  const std::string& content = box().Text.get();
+  const bool later = box().Locked && content.size() > kMostAtOnce;
+  if (later && text() == toWidget(beginningOf(content, kMostShown))) return;
+  if (showUpTo(later ? kMostAtOnce : kMostShown) && later) rest_.start();
+}
+
+bool TextBoxView::showUpTo(std::size_t bytes) {
+  const std::string& content = box().Text.get();
+  const QString shown = toWidget(beginningOf(content, bytes));
+  if (text() == shown) return false;
+  setText(shown);
+  if (content.size() > bytes) setCaret(0);
+  return true;
+}
 
 void TextBoxView::type(const QString& text) {
   if (cut_) return;
@@ -71,15 +96,10 @@ void TextBoxView::caretMoved() {
 
 void TextBoxView::refresh() {
   const std::string& content = box().Text.get();
-  cut_ = content.size() > mostShown();
+  cut_ = content.size() > kMostShown;
   refreshLook();
-  if (cut_) {
-    if (const QString shown = toWidget(beginningOf(content, mostShown())); text() != shown) {
-      setText(shown);
-    }
-    return;
-  }
-  if (const QString shown = toWidget(content); text() != shown) setText(shown);
+  showBeginning();
+  if (cut_) return;
   const auto start = static_cast<std::size_t>(std::max(0, box().SelStart.get()));
   const auto wanted = static_cast<int>(toWidget(content.substr(0, start)).size());
   if (start <= content.size() && caret() != wanted) setCaret(wanted);

@@ -3,6 +3,7 @@
 
 #include <QLineEdit>
 #include <QPlainTextEdit>
+#include <QTimer>
 
 #include "desktop/controls/control_view.h"
 
@@ -14,13 +15,14 @@ inline constexpr const char* kPasswordCharacter = "kelvaronPasswordCharacter";
 /// Keeps control and widget in step with every keystroke: what the user did goes to the control,
 /// `Change` runs, and what its handler made of it is shown at once. A character that the code page
 /// lacks shows as the "?" that it became. Of a very long text the beginning shows, and can't be
-/// edited, since the control keeps the whole.
+/// edited, since the control keeps the whole. A box that nobody types in takes time for a long text
+/// only when none follows it at once: a stranger may send very many.
 class TextBoxView : public ControlView {
  public:
   /// Bytes of a text that show.
   static constexpr std::size_t kMostShown = std::size_t{64} << 10U;
-  /// The same of a single line that is only shown, where a stranger's text costs time.
-  static constexpr std::size_t kMostShownInLine = std::size_t{8} << 10U;
+  /// The same at first, in a box that nobody types in.
+  static constexpr std::size_t kMostAtOnce = std::size_t{8} << 10U;
   /// Characters that can be typed: with the rest of a line of the chat protocol they are as many as
   /// servers take.
   static constexpr std::size_t kMostTyped = 65'000;
@@ -42,7 +44,6 @@ class TextBoxView : public ControlView {
   virtual std::string toControl(const QString& text) const = 0;
   virtual QString toWidget(const std::string& text) const = 0;
   virtual void refreshLook() = 0;
-  virtual std::size_t mostShown() const { return kMostShown; }
 
   /// Whether only the beginning of the text shows.
   bool cut() const { return cut_; }
@@ -52,12 +53,17 @@ class TextBoxView : public ControlView {
   void caretMoved();
 
   void refresh() override;
-  bool refreshesAtOnce() const override { return true; }
+  bool refreshesAtOnce() const override { return !box().Locked; }
   bool enterPressed(Qt::KeyboardModifiers modifiers) override;
   bool eventFilter(QObject* watched, QEvent* event) override;
 
  private:
+  void showBeginning();
+  /// Returns whether that was something else.
+  bool showUpTo(std::size_t bytes);
+
   bool cut_ = false;
+  QTimer rest_;
 };
 
 /// A text box of one line, with a colour of its own where it is a rich text line.
@@ -73,7 +79,6 @@ class TextLineView : public TextBoxView {
   std::string toControl(const QString& text) const override;
   QString toWidget(const std::string& text) const override;
   void refreshLook() override;
-  std::size_t mostShown() const override { return box().Locked ? kMostShownInLine : kMostShown; }
   QLineEdit& edit() const { return edit_; }
 
  private:
