@@ -6,7 +6,8 @@ cd "$(dirname "$0")/.." || exit 1
 mkdir -p build/fuzz/found
 for target in arrival transfer command playlist ping_output address lobby; do
   mkdir -p "build/fuzz/corpus/$target"
-  "build/fuzz/bin/fuzz_$target" "-dict=fuzz/$target.dict" -max_len=4096 "-max_total_time=$1" \
-    "-artifact_prefix=build/fuzz/found/$target-" "build/fuzz/corpus/$target" \
-    "fuzz/corpus/$target" || exit 1
+  # A target may work in a folder of its own, so that all places are told in full.
+  "build/fuzz/bin/fuzz_$target" "-dict=$PWD/fuzz/$target.dict" -max_len=4096 "-max_total_time=$1" \
+    "-artifact_prefix=$PWD/build/fuzz/found/$target-" "$PWD/build/fuzz/corpus/$target" \
+    "$PWD/fuzz/corpus/$target" || exit 1
 done
