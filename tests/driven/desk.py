@@ -49,11 +49,6 @@ def clipboard():
                           capture_output=True, timeout=PATIENCE).stdout.decode()
 
 
-def put_on_clipboard(text):
-    subprocess.run(["xclip", "-selection", "clipboard", "-i"], input=text.encode(), check=True,
-                   stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL, timeout=PATIENCE)
-
-
 def walk(node):
     yield node
     for child in node:
@@ -85,8 +80,3 @@ def checked(node):
 def text_of(node):
     text = node.queryText()
     return text.getText(0, text.characterCount)
-
-
-def process_at_work():
-    """Whose window has the keyboard."""
-    return int(x("getactivewindow", "getwindowpid"))

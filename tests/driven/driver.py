@@ -202,11 +202,6 @@ class Client(Program):
         until(lambda: any(node.name == name and has(node, pyatspi.STATE_FOCUSED)
                           for node in walk(self.window(window))), f"the keyboard at {name!r}")
 
-    def turn_wheel(self, node, notches):
-        """Up for a positive number."""
-        self.point(node)
-        x("click", "--repeat", abs(notches), "--delay", 5, 4 if notches > 0 else 5)
-
     def point(self, node):
         box = extents(node)
         x("mousemove", int((box.x + box.width / 2) * SCALE), int((box.y + box.height / 2) * SCALE))
@@ -225,12 +220,6 @@ class Client(Program):
             box = self.find(window, name, "check box")
             self.click(box)
             until(lambda: checked(box), f"{name!r} to be ticked")
-
-    def ticked(self, window, name):
-        return checked(self.find(window, name, "check box"))
-
-    def usable(self, window, name):
-        return enabled(self.find(window, name))
 
     def choose(self, window, name, value):
         """Opens a combo box at its arrow and clicks an entry."""
@@ -259,14 +248,6 @@ class Client(Program):
         """Of a label that has a name, and of a lamp."""
         until(lambda: self.find(window, name).description == text,
               lambda: f"{name!r} at {text!r}, not {self.find(window, name).description!r}")
-
-    def choose_file(self, title, path):
-        """Works a file dialog by keyboard."""
-        self.activate(title)
-        self.click(self.find(title, "File name:", "text"))
-        self.retype(path)
-        key("Return")
-        self.no_window(title)
 
     def retype(self, text):
         """Replaces what stands in the edit at work."""

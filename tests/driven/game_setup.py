@@ -18,7 +18,6 @@ OFFER = "Game Request"
 LAST_LOOK = "Final chance to decline a game."
 IN_GAME = "Game Launch in Progress"
 BOX = ("Kelvaron", "OK")
-QUESTION = ("Kelvaron", "Yes")
 
 # In the order of the file.
 RECORDS = ("zdoom", "gl_zdoom", "doom", "doom2", "final_doom", "plutonia", "evilution", "wads",
@@ -75,11 +74,6 @@ class Engine:
         os.remove(self.path + ".started")
         return lines[5:]
 
-    def starts_with(self, *expected):
-        arguments = self.arguments()
-        assert arguments == list(expected), (arguments, expected)
-
-
 def in_game(player, others):
     """The player's side and the others' lists while in the game."""
     player.window(IN_GAME)
@@ -97,11 +91,3 @@ def resumes(player, others, at="Resume"):
     player.shows(ROOM, "Status", "Ready to Play")
     for other in others:
         until(lambda: player.name in other.users(), f"the mark of {player.name} to go")
-
-
-def stays(player, window):
-    """A window that can't be closed by its frame."""
-    player.activate(window)
-    key("alt+F4")
-    time.sleep(0.3)
-    assert player.has_window(window)

@@ -7,12 +7,9 @@ import traceback
 
 import desk
 import driver
-from scenarios import (keyboard, chat_view, connection, csdoom, exchange, file_transfer, games,
-                       hostile, login,
-                       menus, moderation, offers, real_engines, talk, walk, window)
+from scenarios import display, hostile, keyboard, real_engines, walk
 
-SCENARIOS = [scenario for module in (keyboard, login, talk, menus, chat_view, connection, games, offers,
-                                     csdoom, moderation, hostile, window, walk, exchange, file_transfer)
+SCENARIOS = [scenario for module in (keyboard, display, hostile, walk)
              for scenario in module.SCENARIOS]
 # Only when named: they need packages that not every machine has.
 NAMED = real_engines.SCENARIOS

@@ -4,8 +4,12 @@ import socket
 import threading
 import time
 
-from desk import extents, key, text_of, until, write
-from driver import LOGIN, MOTD, ROOM, Client, Program
+from desk import key, until, write
+from driver import MOTD, ROOM, Client, Program
+from game_setup import (BOX, IN_GAME, LAST_LOOK, OFFER, Engine, configure, folder_for_games,
+                        game_file)
+
+OFFER_LINE = "GAME\tzdoom2\tNONE\tNONE\t{}\t10.0.0.9\tmallory"
 
 
 class HostileServer:
@@ -92,26 +96,34 @@ def keys_stay_in_the_line():
     until(lambda: ann.message() == "half a word more", lambda: f"the line, not {ann.message()!r}")
 
 
-def names_stand_as_they_are():
-    """An "&" is no mnemonic, and the File Server comes under the file form, frame and all."""
+def last_look(server, client, engine, doom2):
+    """An offer that was accepted and has started, up to its last look."""
+    configure(client, zdoom=engine.path, doom2=doom2)
+    server.send(OFFER_LINE.format(" -fast"))
+    client.press(OFFER, "Accept")
+    server.send("START")
+    client.window(LAST_LOOK)
+
+
+def what_is_shown_is_started():
+    """An offer behind the open last look changes what it shows; one press starts one game."""
     server, ann = in_the_room()
-    ann.select("R&D")
-    ann.click(ann.user("R&D"), button=3)
-    ann.click(ann.menu_entry("Private Message"))
-    until(lambda: ann.look_for_window("Private Message to : R&D"), "the window for R&D")
-    shown = ann.find("Private Message to : R&D", "R&D", "label")
-    assert shown is not None
-    key("Escape")
-    server.send("RETURNFT\t127.0.0.1")
-    sender = ann.window("Kelvaron File Send")
-    ann.activate("Kelvaron File Send")
-    time.sleep(0.3)
-    ann.open_menu("Tools", "File Server")
-    receiver = ann.window("Kelvaron File Server")
+    games = folder_for_games("hostile games")
+    engine, doom2 = Engine(games, "zdoom.exe"), game_file(games, "doom2.wad")
+    last_look(server, ann, engine, doom2)
+    server.send(*[OFFER_LINE.format(f" -skill {i}") for i in range(1, 6)])
+    ann.window(OFFER)
+    until(lambda: ann.text_in(LAST_LOOK, "Command").rstrip().endswith("-skill 5"), "the new one")
+    ann.press(LAST_LOOK, "OK")
+    ann.answer(BOX, "Another offer has changed the command")
+    assert not engine.was_started()
+    ann.activate(LAST_LOOK)
+    ann.click(ann.find(LAST_LOOK, "OK", "push button"), repeat=2)
+    arguments = engine.arguments()
+    ann.window(IN_GAME)
     time.sleep(0.5)
-    above, below = extents(sender), extents(receiver)
-    assert below.y + below.height <= 1024, below
-    assert below.y > above.y + above.height or below.y + below.height >= 990, (above, below)
+    assert not engine.was_started(), "two presses started two games"
+    assert arguments[:4] == ["-iwad", doom2, "-join", "10.0.0.9"], arguments
 
 
 def muted_stay_muted():
@@ -127,4 +139,4 @@ def muted_stay_muted():
     assert "not heard" not in ann.chat()
 
 
-SCENARIOS = [boxes_can_be_left, keys_stay_in_the_line, names_stand_as_they_are, muted_stay_muted]
+SCENARIOS = [boxes_can_be_left, keys_stay_in_the_line, what_is_shown_is_started, muted_stay_muted]

@@ -3,14 +3,14 @@
 import os
 import time
 
-from desk import has, key, showing, until, walk, write, x
-from driver import LOGIN, MOTD, ROOM, WORK, Client, Server
-from exchange_setup import SEND, received, random_file, same_file, serve_form
+from desk import has, key, until, write
+from driver import LOGIN, MOTD, ROOM, Client, Server
 from game_setup import (CHOICE, FIRST_WAITING, IN_GAME, LAST_LOOK, OFFER, Engine, configure,
                         folder_for_games, game_file)
 
 import pyatspi
 
+SEND = "Kelvaron File Send"
 # What each job may take.
 MOST = {"log in": 2, "talk": 1, "private message": 4, "offer a game": 7, "accept": 6,
         "send a file": 8}
@@ -93,8 +93,11 @@ def jobs():
     bob.reads("Private Message From ann: just you")
 
     hands.begin("send a file")
-    path = random_file(os.path.join(WORK, "files by keyboard"), "a file.wad", 5000)
-    serve_form(bob)
+    path, content = os.path.join(games, "a file.wad"), os.urandom(5000)
+    with open(path, "wb") as file:
+        file.write(content)
+    bob.open_menu("Tools", "File Server")
+    bob.window("Kelvaron File Server")
     ann.activate(ROOM)
     hands.user("bob")
     hands.press("Menu", "s")
@@ -103,7 +106,8 @@ def jobs():
     hands.at("Open")
     write(path)
     hands.press("Return", "Tab", "Return")
-    until(lambda: same_file(path, received(bob, "a file.wad")), "the file")
+    copy = os.path.join(bob.folder, "received", "a file.wad")
+    until(lambda: open(copy, "rb").read() == content, "the file")
     key("Escape")
     ann.no_window(SEND)
 

@@ -5,7 +5,6 @@ import time
 
 from desk import enabled, extents, key, picture, showing, until, walk as nodes
 from driver import LOGIN, MOTD, ROOM, Client, Server
-from scenarios.menus import SINGLE, USED
 
 # Where the pictures of all windows go, to be looked at.
 PICTURES = os.environ.get("KELVARON_DRIVEN_WALK")
@@ -32,6 +31,10 @@ USER_ENTRIES = (
     ("Private Message", ("Private Message to : ann", "Escape")),
     ("Send File", ("Kelvaron File Send", "Escape")),
 )
+USED = ("push button", "text", "list", "check box", "radio button", "combo box", "menu",
+        "menu item", "list item", "slider")
+# No two of a window have the same name.
+SINGLE = ("push button", "text", "check box", "combo box")
 PLACED = ("push button", "text", "password text", "list", "check box", "radio button",
           "combo box", "slider", "label")
 

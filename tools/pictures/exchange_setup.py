@@ -1,27 +1,27 @@
-"""What two users do with each other past the room: profiles, pings, files."""
+"""What two users do with each other past the room: profiles, files, secrets."""
 
 import hashlib
 import os
 import random
+import subprocess
+import time
 
-from desk import clipboard, enabled, key, put_on_clipboard, until, walk
+from desk import PATIENCE, clipboard, key, until, walk
 
-BOX = ("Kelvaron", "OK")
 PROFILE = "KV User Profiles"
 SEND = "Kelvaron File Send"
 SERVE = "Kelvaron File Server"
-
-# In the order of the form and of the file.
-PROFILE_BOXES = ("User Name", "Version", "First Name", "Last Name", "Age", "Sex", "ICQ Number",
-                 "Email Address", "City", "State", "Country", "Home Page", "Comments")
-FILE_PORT = 5050
-WHOLE, DONE = "Complete: 100 %", "Comlpete!"
 
 
 def from_user_menu(client, name, entry):
     client.select(name)
     client.click(client.user(name), button=3)
     client.click(client.menu_entry(entry))
+
+
+def put_on_clipboard(text):
+    subprocess.run(["xclip", "-selection", "clipboard", "-i"], input=text.encode(), check=True,
+                   stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL, timeout=PATIENCE)
 
 
 def fill_in(client, window, name, text):
@@ -36,12 +36,11 @@ def fill_in(client, window, name, text):
     client.holds(window, name, text)
 
 
-def in_profile(client):
-    return [client.text_in(PROFILE, name) for name in PROFILE_BOXES]
-
-
-def writable(client):
-    return [name for name in PROFILE_BOXES if enabled(client.find(PROFILE, name, "text"))]
+def type_secretly(client, window, name, password):
+    """Other programs read nothing of what is typed."""
+    client.type_in(window, name, password, "password text")
+    time.sleep(0.2)
+    assert not client.text_in(window, name, "password text"), "a password can be read"
 
 
 def edit_profile(client, texts):
@@ -54,29 +53,16 @@ def edit_profile(client, texts):
     client.no_window(PROFILE)
 
 
-def labels(client, window):
-    return [node.name for node in walk(client.window(window)) if node.getRoleName() == "label"]
-
-
-def label(client, window, beginning):
-    return next((text for text in labels(client, window) if text.startswith(beginning)), None)
-
-
-def tells(client, window, *texts, patience=8):
-    until(lambda: set(texts) <= set(labels(client, window)),
-          lambda: f"{texts} in {window!r}, not {labels(client, window)}", patience)
-
-
 def send_form(client, to):
     from_user_menu(client, to, "Send File")
     client.activate(SEND)
 
 
-def serve_form(client, listening=True):
+def serve_form(client):
     client.open_menu("Tools", "File Server")
     client.activate(SERVE)
-    if listening:
-        tells(client, SERVE, f"2 on port: {FILE_PORT}")
+    until(lambda: any(node.name == "2 on port: 5050" for node in walk(client.window(SERVE))),
+          "the form to listen")
 
 
 def choose(client, path):
@@ -87,7 +73,6 @@ def choose(client, path):
     key("Return")
     client.no_window("Open")
     client.holds(SEND, "Selected file", path)
-    tells(client, SEND, f"Filesize: {os.path.getsize(path)}")
     client.shows(SEND, "File name", os.path.basename(path))
 
 
@@ -109,14 +94,11 @@ def random_file(folder, name, size, gap=1):
     return path
 
 
-def digest(path):
-    result = hashlib.sha256()
-    with open(path, "rb") as file:
-        while block := file.read(1 << 20):
-            result.update(block)
-    return result.digest()
-
-
 def same_file(path, copy):
-    return (os.path.exists(copy) and os.path.getsize(copy) == os.path.getsize(path) and
-            digest(copy) == digest(path))
+    if not os.path.exists(copy) or os.path.getsize(copy) != os.path.getsize(path):
+        return False
+    digests = []
+    for each in (path, copy):
+        with open(each, "rb") as file:
+            digests.append(hashlib.file_digest(file, "sha256").digest())
+    return digests[0] == digests[1]
