@@ -26,18 +26,12 @@
 #include "bench/blocking_peer.h"
 #include "chat/main_window.h"
 #include "client/kelvaron_client.h"
-#include "desktop/ports/application.h"
 #include "desktop/ports/dialogs.h"
 #include "desktop/ports/qt_event_loop.h"
 #include "desktop/shell/shell.h"
 #include "desktop/shell/theme.h"
-#include "native/echo.h"
-#include "native/file_streams.h"
-#include "native/local_host.h"
-#include "native/native_process.h"
-#include "native/program_files.h"
 #include "session/login_window.h"
-#include "tests/support/quiet_ports.h"
+#include "tests/support/idle_ports.h"
 #include "tests/support/test_desktop.h"
 
 namespace kelvaron::bench {
@@ -90,12 +84,6 @@ class Paints : public QObject {
   Clock::time_point last;
 };
 
-class Silence final : public SoundPort {
- public:
-  void play(std::string_view) override {}
-  void playBeside(std::string_view) override {}
-};
-
 /// A client that has logged in to a blocking peer, with its room on the screen.
 class Desk {
  public:
@@ -127,20 +115,10 @@ class Desk {
   QtEventLoop loop_;
   testing::RoutedSocketPort sockets_{loop_, peer.port()};
   QtDialogs dialogs_{gate_};
-  Silence sounds_;
-  ProgramFiles files_{std::filesystem::temp_directory_path()};
-  QtApplication program_{gate_};
-  NativeProcessPort processes_{loop_};
-  testing::EmptyRegistry registry_;
-  testing::SilentPlayer player_;
-  NativeEcho echo_{loop_};
-  DiskStreams streams_{std::filesystem::temp_directory_path()};
-  NativeLocalHost localHost_{loop_};
+  testing::IdlePorts ports_{loop_};
 
  public:
-  const std::unique_ptr<Client> client =
-      makeClient(edge_, Ports{sockets_, dialogs_, sounds_, files_, program_, processes_, registry_,
-                              player_, echo_, streams_, localHost_});
+  const std::unique_ptr<Client> client = makeClient(edge_, ports_.with(sockets_, dialogs_));
 
  private:
   Shell shell_{*client, gate_};

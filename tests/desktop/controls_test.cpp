@@ -81,7 +81,7 @@ TEST(ControlsShow, PropertiesInTheNextTurn) {
 
 TEST(ControlsShow, NothingWhileHidden) {
   Desk desk;
-  auto& form = desk.client.form<ManyControls>();
+  auto& form = desk.client->form<ManyControls>();
   form.timer.Tick = [&] { form.log.emplace_back("tick"); };
   Desk::turn();
   EXPECT_EQ(desk.frame(form), nullptr);
@@ -198,7 +198,7 @@ TEST(TextBoxes, LockedOnesAreForReadingAndCopying) {
 
 TEST(TextBoxes, EnterAndEscape) {
   Desk desk;
-  auto& form = desk.client.form<ManyControls>();
+  auto& form = desk.client->form<ManyControls>();
   form.log.clear();
   form.name.KeyDown = [&](int key, int) { form.log.push_back("key " + std::to_string(key)); };
   form.people.DblClick = [&] { form.log.emplace_back("double"); };

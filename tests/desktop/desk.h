@@ -7,23 +7,18 @@
 #include <QTest>
 #include <QTimer>
 #include <functional>
+#include <memory>
 #include <string>
 #include <vector>
 
+#include "client/kelvaron_client.h"
 #include "desktop/ports/dialogs.h"
 #include "desktop/ports/qt_event_loop.h"
 #include "desktop/shell/shell.h"
-#include "native/echo.h"
-#include "native/file_streams.h"
-#include "native/local_host.h"
-#include "native/native_socket.h"
-#include "native/program_files.h"
 #include "platform/list_box.h"
 #include "platform/menu.h"
-#include "session/client.h"
-#include "tests/support/no_processes.h"
-#include "tests/support/quiet_ports.h"
-#include "tests/support/temporary_folder.h"
+#include "tests/support/idle_ports.h"
+#include "tests/support/test_desktop.h"
 
 namespace kelvaron::testing {
 
@@ -84,30 +79,15 @@ class Plain : public Form {
   static inline std::function<void(Plain&)> onLoad;
 };
 
-class Desk : private SoundPort, private Application {
+/// A client on the real shell, with the windows of its forms.
+class Desk {
  public:
-  Desk()
-      : gate(edge),
-        sockets(loop),
-        dialogs(gate),
-        client(edge,
-               Ports{.sockets = sockets,
-                     .dialogs = dialogs,
-                     .sound = *this,
-                     .files = files,
-                     .application = *this,
-                     .processes = processes,
-                     .registry = registry,
-                     .player = player,
-                     .echo = echo,
-                     .streams = streams,
-                     .localHost = localHost},
-               {},
-               {.touch = [](Client&) -> MainWindow& {
-                  throw Fault(fault_number::kInvalidCall, "no room");
-                },
-                .loaded = [](const Client&) -> const MainWindow* { return nullptr; }}),
-        shell(client, gate) {
+  using PlayerMaker = std::unique_ptr<MediaPlayer> (*)(SocketPort&, EventLoop&);
+  /// The radio is silent unless a player is made for it.
+  explicit Desk(PlayerMaker makePlayer = nullptr)
+      : player(makePlayer == nullptr ? nullptr : makePlayer(sockets, loop)),
+        client(makeClient(edge, ports.with(sockets, dialogs, player.get()))),
+        shell(*client, gate) {
     Plain::unloads = 0;
     Plain::onLoad = nullptr;
   }
@@ -115,7 +95,7 @@ class Desk : private SoundPort, private Application {
   /// The form on the screen.
   template <class F>
   F& show() {
-    F& form = client.form<F>();
+    F& form = client->form<F>();
     form.Show();
     turn();
     return form;
@@ -144,30 +124,14 @@ class Desk : private SoundPort, private Application {
   }
 
   Edge edge;
-  EventGate gate;
+  EventGate gate{edge};
   QtEventLoop loop;
-  NativeSocketPort sockets;
-  QtDialogs dialogs;
-  TemporaryFolder folder;
-  ProgramFiles files{folder.path()};
-  NoProcesses processes;
-  EmptyRegistry registry;
-  SilentPlayer player;
-  NativeEcho echo{loop};
-  DiskStreams streams{folder.path()};
-  NativeLocalHost localHost{loop};
-  std::vector<std::string> pages;
-  Client client;
+  RoutedSocketPort sockets{loop, 0};
+  QtDialogs dialogs{gate};
+  IdlePorts ports{loop};
+  std::unique_ptr<MediaPlayer> player;
+  std::unique_ptr<Client> client;
   Shell shell;
-
- private:
-  void play(std::string_view /*name*/) override {}
-  void playBeside(std::string_view /*name*/) override {}
-  std::string InstanceProblem() const override { return {}; }
-  bool PrevInstance() const override { return false; }
-  [[noreturn]] void End() override { throw ProgramEnd{}; }
-  void DoEvents() override {}
-  void showPage(const std::string& address) override { pages.push_back(address); }
 };
 
 }  // namespace kelvaron::testing

@@ -130,7 +130,7 @@ TEST(FileDialogs, TheEndOfTheProgramClosesThem) {
   bool wentOn = false;
   QTimer::singleShot(0, [&] {
     Desk::whenBoxOpens(
-        [&](QWidget&) { desk.edge.run([&] { desk.client.ports.application.End(); }); });
+        [&](QWidget&) { desk.edge.run([&] { desk.client->ports.application.End(); }); });
     desk.edge.run([&] {
       desk.dialogs.openFile({{}, {}, desk.full(""), {}});
       wentOn = true;

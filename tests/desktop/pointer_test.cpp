@@ -32,7 +32,7 @@ class Surface : public Form {
 };
 
 struct PointerDesk : Desk {
-  PointerDesk() : form(client.form<Surface>()) {
+  PointerDesk() : form(client->form<Surface>()) {
     form.off.Enabled = false;
     show<Surface>();
     surface = widget(form, form.label).parentWidget();
@@ -118,9 +118,9 @@ TEST(Pointer, AClickBeginsAndEndsInOnePlace) {
 TEST(Pointer, MovesOfAFormThatGoesAreForgotten) {
   PointerDesk desk;
   desk.move(nullptr);
-  desk.client.slots.unload(desk.form);
+  desk.client->slots.unload(desk.form);
   Desk::turn();
-  EXPECT_EQ(desk.client.loadedForm<Surface>(), nullptr);
+  EXPECT_EQ(desk.client->loadedForm<Surface>(), nullptr);
 }
 
 TEST(Pointer, Shapes) {

@@ -171,6 +171,10 @@ TEST_F(RadioTest, AMachineWithoutSoundSaysSoOncePerPress) {
 
 class RadioRoom : public ::testing::Test, protected RoomDesk {
  protected:
+  RadioRoom()
+      : RoomDesk([](SocketPort& network, EventLoop& turns) -> std::unique_ptr<MediaPlayer> {
+          return std::make_unique<Radio>(network, turns, VlcLibrary::Output::silent);
+        }) {}
   // Whether the label shows the text, written there by the timer of the room.
   bool displays(const QString& text) {
     return QTest::qWaitFor([&] {
@@ -195,7 +199,7 @@ TEST_F(RadioRoom, TheDisplayFollowsTheStream) {
   station.serve("/tone.wav", "audio/x-wav", tone(30));
   EXPECT_TRUE(QTest::qWaitFor([&] { return !widgetOf(room().Frame1).isVisible(); }));
   EXPECT_EQ(room().Label9.Caption.get(), "100%");
-  EXPECT_EQ(radio.BufferingProgress(), 100);
+  EXPECT_EQ(player->BufferingProgress(), 100);
   // A station that isn't there: the display comes back and stays at nothing.
   edge.run([&] { room().KSHE95.Click(); });
   EXPECT_TRUE(displays("0%"));

@@ -24,14 +24,14 @@ TEST(Windows, UnloadFromOwnHandler) {
   auto& form = desk.show<Plain>();
   const QPointer<QWidget> frame = desk.frame(form);
   form.button.Click = [&] {
-    desk.client.slots.unload(form);
+    desk.client->slots.unload(form);
     EXPECT_FALSE(frame->isVisible());
-    desk.client.MsgBox("still here");
+    desk.client->MsgBox("still here");
     EXPECT_FALSE(frame.isNull()) << "its button is on the stack";
   };
   Desk::whenBoxOpens([](QWidget& box) { QTest::keyClick(&box, Qt::Key_Escape); });
   desk.widget<QPushButton>(form, form.button).click();
-  EXPECT_EQ(desk.client.loadedForm<Plain>(), nullptr);
+  EXPECT_EQ(desk.client->loadedForm<Plain>(), nullptr);
   Desk::turn();
   EXPECT_TRUE(frame.isNull());
   EXPECT_NE(&desk.show<Plain>(), nullptr);
@@ -41,9 +41,9 @@ TEST(Windows, UnloadWhileItsOwnBoxIsOpen) {
   Desk desk;
   auto& form = desk.show<Plain>();
   const QPointer<QWidget> frame = desk.frame(form);
-  form.button.Click = [&] { desk.client.MsgBox("asked from the window"); };
+  form.button.Click = [&] { desk.client->MsgBox("asked from the window"); };
   Desk::whenBoxOpens([&](QWidget& box) {
-    desk.edge.run([&] { desk.client.slots.unload(form); });
+    desk.edge.run([&] { desk.client->slots.unload(form); });
     Desk::turn();
     EXPECT_TRUE(box.isVisible());
     EXPECT_FALSE(frame.isNull());
@@ -57,13 +57,13 @@ TEST(Windows, UnloadWhileItsOwnBoxIsOpen) {
 TEST(Windows, CloseButton) {
   for (const bool closable : {true, false}) {
     Desk desk;
-    auto& form = desk.client.form<Plain>();
+    auto& form = desk.client->form<Plain>();
     form.ControlBox = closable;
     desk.show<Plain>();
     EXPECT_EQ(desk.frame(form)->windowFlags().testFlag(Qt::WindowCloseButtonHint), closable);
     desk.frame(form)->close();
     EXPECT_EQ(Plain::unloads, closable ? 1 : 0);
-    EXPECT_EQ(desk.client.loadedForm<Plain>() == nullptr, closable);
+    EXPECT_EQ(desk.client->loadedForm<Plain>() == nullptr, closable);
   }
 }
 
@@ -75,9 +75,9 @@ TEST(Windows, SizeAndResize) {
   desk.frame(fixed)->resize(500, 500);
   Desk::turn();
   EXPECT_EQ(desk.frame(fixed)->size(), QSize(200, 100));
-  desk.client.slots.unload(fixed);
+  desk.client->slots.unload(fixed);
 
-  auto& form = desk.client.form<Plain>();
+  auto& form = desk.client->form<Plain>();
   form.Sizable = true;
   desk.show<Plain>();
   desk.frame(form)->resize(300, 120);
@@ -92,7 +92,7 @@ TEST(Windows, LargerThanTheScreen) {
   Desk desk;
   const QSize screen = QGuiApplication::primaryScreen()->availableSize();
   for (const bool sizable : {false, true}) {
-    auto& form = desk.client.form<Plain>();
+    auto& form = desk.client->form<Plain>();
     form.Sizable = sizable;
     form.ScaleWidth = toTwips(screen.width() + 400);
     form.ScaleHeight = toTwips(screen.height() + 400);
@@ -105,13 +105,13 @@ TEST(Windows, LargerThanTheScreen) {
     // The design's own size comes first, so that a layout measured there fits afterwards.
     EXPECT_EQ(form.sizes.front().first, toTwips(screen.width() + 400));
     EXPECT_EQ(form.sizes.size(), sizable ? 2U : 1U);
-    desk.client.slots.unload(form);
+    desk.client->slots.unload(form);
   }
 }
 
 TEST(Windows, KeyboardGoesWhereItIsWanted) {
   Desk desk;
-  auto& form = desk.client.form<ManyControls>();
+  auto& form = desk.client->form<ManyControls>();
   form.secret.SetFocus();
   desk.show<ManyControls>();
   EXPECT_EQ(desk.frame(form)->focusWidget(), &desk.widget(form, form.secret));
@@ -139,7 +139,7 @@ TEST(Windows, WhatComesByItselfLeavesTheKeyboard) {
       {"quietly", [&](Form& form) { desk.gate.run([&] { form.ShowQuietly(); }); }, false},
   };
   for (const Row& row : rows) {
-    auto& form = desk.client.form<Plain>();
+    auto& form = desk.client->form<Plain>();
     row.bring(form);
     QTest::qWait(50);
     ASSERT_TRUE(desk.frame(form)->isVisible()) << row.what;
@@ -150,7 +150,7 @@ TEST(Windows, WhatComesByItselfLeavesTheKeyboard) {
           [&] { return desk.frame(form)->isActiveWindow() == row.activates; }, 1000))
           << row.what;
     }
-    desk.client.slots.unload(form);
+    desk.client->slots.unload(form);
     desk.frame(typedIn)->activateWindow();
     ASSERT_TRUE(QTest::qWaitForWindowActive(desk.frame(typedIn)));
   }
@@ -215,7 +215,7 @@ TEST(Boxes, StrangersTextIsPlainAndFitsTheScreen) {
       EXPECT_EQ(box.windowTitle(), "Title");
       QTest::keyClick(&box, Qt::Key_Return);
     });
-    desk.client.MsgBox(text, box_style::kCritical, "Title");
+    desk.client->MsgBox(text, box_style::kCritical, "Title");
   }
 }
 
@@ -232,9 +232,9 @@ TEST(Boxes, OneAtATime) {
       seen.push_back(first.windowTitle().toStdString());
       QTest::keyClick(&first, Qt::Key_Return);
     });
-    desk.client.MsgBox("b", box_style::kPlain, "second");
+    desk.client->MsgBox("b", box_style::kPlain, "second");
   });
-  desk.client.MsgBox("a", box_style::kPlain, "first");
+  desk.client->MsgBox("a", box_style::kPlain, "first");
   EXPECT_EQ(seen, (std::vector<std::string>{"first", "second"}));
 }
 
@@ -259,7 +259,7 @@ TEST(Boxes, WhatComesByItselfTakesNoKeyAtFirstAndHasAWayOut) {
     EXPECT_EQ(desk.dialogs.show({.text = "x", .unasked = true, .offersDisconnect = true}),
               BoxAnswer::disconnect);
   });
-  desk.client.MsgBox("first");
+  desk.client->MsgBox("first");
 }
 
 TEST(Boxes, Input) {
@@ -296,7 +296,7 @@ TEST(Boxes, QuestionIsNoUnlessYesIsSaid) {
       EXPECT_TRUE(QTest::qWaitForWindowActive(&box));  // mnemonics work in there alone
       row.answer(box);
     });
-    EXPECT_EQ(desk.client.confirm("Sure?"), row.agreed);
+    EXPECT_EQ(desk.client->confirm("Sure?"), row.agreed);
   }
 }
 
@@ -319,14 +319,14 @@ TEST(End, ClosesOpenBoxesAndGoesNoFurther) {
   QTimer::singleShot(0, [&] {
     auto& form = desk.show<Plain>();
     form.button.Click = [&] {
-      desk.client.MsgBox("outer");
+      desk.client->MsgBox("outer");
       wentOn = true;
     };
     Desk::whenBoxOpens([&](QWidget&) {
       // While the inner one waits for its turn.
-      QTimer::singleShot(20, [&] { desk.edge.run([&] { desk.client.ports.application.End(); }); });
+      QTimer::singleShot(20, [&] { desk.edge.run([&] { desk.client->ports.application.End(); }); });
       desk.edge.run([&] {
-        desk.client.MsgBox("inner");
+        desk.client->MsgBox("inner");
         wentOn = true;
       });
     });
@@ -336,7 +336,7 @@ TEST(End, ClosesOpenBoxesAndGoesNoFurther) {
   EXPECT_TRUE(desk.edge.ended());
   EXPECT_FALSE(wentOn);
   for (const QWidget* window : QApplication::topLevelWidgets()) EXPECT_FALSE(window->isVisible());
-  EXPECT_THROW(desk.client.MsgBox("too late"), ProgramEnd);
+  EXPECT_THROW(desk.client->MsgBox("too late"), ProgramEnd);
 }
 
 }  // namespace

@@ -72,7 +72,7 @@ void fillRoom(frmMain& room) {
 }
 
 GameConfig saved(RoomDesk& desk) {
-  saveGameConfig(desk.files, kConfig);
+  saveGameConfig(desk.ports.files, kConfig);
   return kConfig;
 }
 
