@@ -3,8 +3,7 @@
 #include <gtest/gtest.h>
 
 #include "chat/about_box.h"
-#include "tests/support/line_server.h"
-#include "tests/support/test_desktop.h"
+#include "tests/support/client_test.h"
 
 namespace kelvaron::testing {
 namespace {
@@ -15,18 +14,14 @@ using ::testing::IsEmpty;
 const std::string kFirstKey = R"(SOFTWARE\Microsoft\Shared Tools\MSINFO)";
 const std::string kSecondKey = R"(SOFTWARE\Microsoft\Shared Tools Location)";
 
-class About : public ::testing::Test {
+class About : public ClientTest {
  protected:
   void SetUp() override {
-    ASSERT_TRUE(desktop.logIn("bob"));
+    ClientTest::SetUp();
     desktop.raise(desktop.room().mnuAbout.Click);
     ASSERT_TRUE(desktop.shows<frmAbout>());
   }
   frmAbout& form() { return desktop.client->form<frmAbout>(); }
-
-  PollLoop loop;
-  LineServer server{loop};
-  TestDesktop desktop{loop, server.port()};
 };
 
 TEST_F(About, TextsAndPointer) {

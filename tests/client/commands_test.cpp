@@ -5,8 +5,7 @@
 #include <algorithm>
 
 #include "chat/mute_list.h"
-#include "tests/support/line_server.h"
-#include "tests/support/test_desktop.h"
+#include "tests/support/client_test.h"
 
 namespace kelvaron::testing {
 namespace {
@@ -14,13 +13,8 @@ namespace {
 using ::testing::ElementsAre;
 using ::testing::IsEmpty;
 
-class Commands : public ::testing::Test {
+class Commands : public ClientTest {
  protected:
-  void SetUp() override {
-    ASSERT_TRUE(desktop.logIn("bob"));
-    ASSERT_TRUE(desktop.until([&] { return server.lines.size() == 2; }));
-    server.lines.clear();
-  }
   // What the server has got after the text was entered, "|" for TAB, lines joined by "; ".
   std::string sent(const std::string& text) {
     server.lines.clear();
@@ -37,10 +31,6 @@ class Commands : public ::testing::Test {
   }
   std::string left() { return desktop.room().txtinput.Text; }
   std::string status() { return desktop.room().Label7.Caption; }
-
-  PollLoop loop;
-  LineServer server{loop};
-  TestDesktop desktop{loop, server.port()};
 };
 
 TEST_F(Commands, LinesWhilePresent) {

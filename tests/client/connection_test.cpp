@@ -2,8 +2,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include "tests/support/line_server.h"
-#include "tests/support/test_desktop.h"
+#include "tests/support/client_test.h"
 
 namespace kelvaron::testing {
 namespace {
@@ -11,18 +10,8 @@ namespace {
 using ::testing::ElementsAre;
 using ::testing::IsEmpty;
 
-class Connection : public ::testing::Test {
+class Connection : public ClientTest {
  protected:
-  void SetUp() override {
-    ASSERT_TRUE(desktop.logIn("bob"));
-    ASSERT_TRUE(desktop.until([&] { return server.lines.size() == 2; }));
-    server.lines.clear();
-  }
-  bool offline() { return desktop.client->sckClient().State() != SocketState::connected; }
-
-  PollLoop loop;
-  LineServer server{loop};
-  TestDesktop desktop{loop, server.port()};
 };
 
 TEST_F(Connection, LostIsToldInBoldRedAndNothingElseChanges) {

@@ -2,8 +2,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include "tests/support/line_server.h"
-#include "tests/support/test_desktop.h"
+#include "tests/support/client_test.h"
 
 namespace kelvaron::testing {
 namespace {
@@ -11,21 +10,9 @@ namespace {
 using ::testing::ElementsAre;
 using ::testing::IsEmpty;
 
-class Dispatch : public ::testing::Test {
+class Dispatch : public ClientTest {
  protected:
-  void SetUp() override {
-    ASSERT_TRUE(desktop.logIn("bob"));
-    ASSERT_TRUE(desktop.until([&] { return server.lines.size() == 2; }));
-  }
-  // One arrival with just these bytes.
-  void arrive(std::string_view bytes) {
-    desktop.edge.run([&] { handleArrival(*desktop.client, bytes, inboundTable()); });
-  }
   std::vector<std::string> users() { return desktop.room().List1.entries(); }
-
-  PollLoop loop;
-  LineServer server{loop};
-  TestDesktop desktop{loop, server.port()};
 };
 
 TEST_F(Dispatch, ListsAfterArrivals) {

@@ -2,8 +2,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include "tests/support/line_server.h"
-#include "tests/support/test_desktop.h"
+#include "tests/support/client_test.h"
 
 namespace kelvaron::testing {
 namespace {
@@ -11,17 +10,13 @@ namespace {
 using ::testing::ElementsAre;
 using ::testing::IsEmpty;
 
-class Login : public ::testing::Test {
+class Login : public FreshClientTest {
  protected:
   // Presses Login with a name; the window is the one that is open.
   void press(const std::string& name) {
     desktop.edge.run([&] { desktop.login().txtUserName.Text = name; });
     desktop.raise(desktop.login().cmdOK.Click);
   }
-
-  PollLoop loop;
-  LineServer server{loop};
-  TestDesktop desktop{loop, server.port()};
 };
 
 TEST_F(Login, SecondInstanceSaysSoAndEndsBeforeAnyWindow) {

@@ -4,8 +4,7 @@
 
 #include "build_settings.h"
 #include "chat/volume.h"
-#include "tests/support/line_server.h"
-#include "tests/support/test_desktop.h"
+#include "tests/support/client_test.h"
 
 namespace kelvaron::testing {
 namespace {
@@ -22,10 +21,8 @@ const std::string kKshe =
 const std::string kKwjj =
     opened(build::kRadioHostKwjj, "/netshow/v2/onair/onradio/kwjjlive_20k.asx");
 
-class RadioMenu : public ::testing::Test {
+class RadioMenu : public ClientTest {
  protected:
-  void SetUp() override { ASSERT_TRUE(desktop.logIn("bob")); }
-  frmMain& room() { return desktop.room(); }
   std::vector<std::string> calls() { return std::exchange(desktop.player.calls, {}); }
   // What the display shows: whether the timer runs, and the frame's texts while it is seen.
   std::string display() {
@@ -37,10 +34,6 @@ class RadioMenu : public ::testing::Test {
     desktop.player.progress = progress;
     desktop.raise(room().Timer1.Tick);
   }
-
-  PollLoop loop;
-  LineServer server{loop};
-  TestDesktop desktop{loop, server.port()};
 };
 
 TEST_F(RadioMenu, StationsByMenu) {

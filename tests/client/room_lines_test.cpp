@@ -4,8 +4,7 @@
 
 #include "chat/mute_list.h"
 #include "session/message_of_the_day.h"
-#include "tests/support/line_server.h"
-#include "tests/support/test_desktop.h"
+#include "tests/support/client_test.h"
 
 namespace kelvaron::testing {
 namespace {
@@ -31,21 +30,9 @@ std::vector<std::string> styledTail(const StyledText& text, std::size_t count) {
   return lines;
 }
 
-class RoomLines : public ::testing::Test {
+class RoomLines : public ClientTest {
  protected:
-  void SetUp() override {
-    ASSERT_TRUE(desktop.logIn("bob"));
-    ASSERT_TRUE(desktop.until([&] { return server.lines.size() == 2; }));
-    desktop.sounds.clear();
-  }
-  void arrive(const std::string& bytes) {
-    desktop.edge.run([&] { handleArrival(*desktop.client, bytes, inboundTable()); });
-  }
   StyledText& view() { return desktop.room().txtOutput.Content; }
-
-  PollLoop loop;
-  LineServer server{loop};
-  TestDesktop desktop{loop, server.port()};
 };
 
 TEST_F(RoomLines, ColoursOfEachWriterAndOfTheAnnouncementBehindIt) {

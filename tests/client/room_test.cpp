@@ -4,8 +4,7 @@
 
 #include "chat/private_message.h"
 #include "session/sending.h"
-#include "tests/support/line_server.h"
-#include "tests/support/test_desktop.h"
+#include "tests/support/client_test.h"
 
 namespace kelvaron::testing {
 namespace {
@@ -19,12 +18,10 @@ struct PopUps : FormWindow {
   std::vector<std::string> opened;
 };
 
-class Room : public ::testing::Test {
+class Room : public ClientTest {
  protected:
   void SetUp() override {
-    ASSERT_TRUE(desktop.logIn("bob"));
-    ASSERT_TRUE(desktop.until([&] { return server.lines.size() == 2; }));
-    server.lines.clear();
+    ClientTest::SetUp();
     for (const char* entry : {"ann", "cy[IG]", "dee[CS]", "eve[AW]"}) list().AddItem(entry);
     desktop.room().window = &window;
   }
@@ -37,10 +34,6 @@ class Room : public ::testing::Test {
     selectOnly(list(), index);
     desktop.raise(list().DblClick);
   }
-
-  PollLoop loop;
-  LineServer server{loop};
-  TestDesktop desktop{loop, server.port()};
   PopUps window;
 };
 

@@ -4,8 +4,7 @@
 
 #include "moderation/kick_form.h"
 #include "moderation/status_request.h"
-#include "tests/support/line_server.h"
-#include "tests/support/test_desktop.h"
+#include "tests/support/client_test.h"
 
 namespace kelvaron::testing {
 namespace {
@@ -16,15 +15,12 @@ using ::testing::StartsWith;
 
 using Lines = std::vector<std::string>;
 
-class Moderation : public ::testing::Test {
+class Moderation : public ClientTest {
  protected:
   void SetUp() override {
-    ASSERT_TRUE(desktop.logIn("bob"));
-    ASSERT_TRUE(desktop.until([&] { return server.lines.size() == 2; }));
-    server.lines.clear();
+    ClientTest::SetUp();
     for (const char* entry : {"ann", "Cy \xC9", "dee[IG]"}) room().List1.AddItem(entry);
   }
-  frmMain& room() { return desktop.room(); }
   frmGetOP& request() { return desktop.client->form<frmGetOP>(); }
   frmkick& kick() { return desktop.client->form<frmkick>(); }
 
@@ -47,10 +43,6 @@ class Moderation : public ::testing::Test {
     server.say(bytes);
     ASSERT_TRUE(desktop.until([&] { return desktop.shows<frmkick>(); }));
   }
-
-  PollLoop loop;
-  LineServer server{loop};
-  TestDesktop desktop{loop, server.port()};
 };
 
 TEST_F(Moderation, KickAndBanAskForAUserAndAReason) {
