@@ -10,12 +10,12 @@ fail() {
   xwininfo -display :77 -root -tree 2>/dev/null | grep -o '"[^"]*": ("kelvaron"' >&2
   exit 1
 }
-# await WHAT COMMAND...: until the command succeeds, for a minute at most: the first program with text
+# await WHAT COMMAND...: until the command succeeds, for two minutes at most: the first program with text
 # makes the caches of the fonts.
 await() {
   local what=$1
   shift
-  for _ in $(seq 600); do
+  for _ in $(seq 1200); do
     "$@" >/dev/null 2>&1 && return 0
     sleep 0.1
   done

@@ -95,7 +95,7 @@ TEST_F(Dispatch, LinesBehindAnOpenBoxKeepTheirOrder) {
     }
   };
   server.say("MSGBOX\tlook\r\nAnnounce\tfirst\r\n");
-  EXPECT_TRUE(desktop.until([&] { return desktop.sounds.size() == 3; }));
+  EXPECT_TRUE(desktop.until([&] { return desktop.sounds.size() == 2; }));
   EXPECT_EQ(desktop.chat(), "first\nsecond\n");
 }
 

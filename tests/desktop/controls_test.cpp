@@ -38,6 +38,8 @@ TEST(ControlsShow, PropertiesInTheNextTurn) {
        [&] { return frame.windowTitle() == QStringLiteral("Büro"); }},
       {"label", [&] { form.nameLabel.Caption = "<b>x</b>"; },
        [&] { return label.text() == "<b>x</b>" && label.textFormat() == Qt::PlainText; }},
+      {"an \"&\" of somebody's", [&] { form.nameLabel.Caption = "R&D"; },
+       [&] { return label.text() == "R&&D" && name.accessibleName() == "R&D"; }},
       {"colour",
        [&] {
          form.nameLabel.ForeColor = Color{1, 2, 3};
