@@ -3,7 +3,7 @@
 set -eu
 export DEBIAN_FRONTEND=noninteractive LC_ALL=C.UTF-8
 # Whatever was started here ends with it.
-trap 'kill $(jobs -p) 2>/dev/null; pkill -x kelvaron; pkill -x kelvaron-server' EXIT
+trap 'set +e; kill $(jobs -p) 2>/dev/null; pkill -x kelvaron; pkill -x kelvaron-server; true' EXIT
 step() { echo "== $1"; }
 fail() {
   echo "FAILED: $1" >&2
