@@ -1,13 +1,10 @@
 """A new user's walk: every entry and button once, and what must be true of each window."""
 
-import os
 import time
 
-from desk import enabled, extents, key, picture, showing, until, walk as nodes
+from desk import enabled, extents, key, showing, until, walk as nodes
 from driver import LOGIN, MOTD, ROOM, Client, Server
 
-# Where the pictures of all windows go, to be looked at.
-PICTURES = os.environ.get("KELVARON_DRIVEN_WALK")
 BOX = ("Kelvaron", "Escape")
 CONFIGURE = ("Configure Kelvaron", "Escape")
 # Each entry by its way through the menus: the windows that open one after the other, and the key
@@ -92,10 +89,6 @@ class Walk:
         shown = [n for n in nodes(found) if showing(n)]
         self.faults += [f"{name}: {fault}" for fault in
                         (*name_faults(shown), *place_faults(found, shown))]
-        if PICTURES:
-            self.client.activate(window)
-            count = len(os.listdir(PICTURES))
-            picture(os.path.join(PICTURES, f"{count:02} {name.replace('/', ' ')}.png"))
 
     def stop(self, opens, *windows):
         """Each window comes, is looked at, and goes by the keyboard."""
