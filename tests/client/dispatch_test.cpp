@@ -56,17 +56,6 @@ TEST_F(Dispatch, ListsAfterArrivals) {
   }
 }
 
-TEST_F(Dispatch, TableHasEveryKeywordOnceInItsOrder) {
-  std::vector<std::string_view> keywords;
-  for (const InboundRow& row : inboundTable()) keywords.push_back(row.keyword);
-  EXPECT_THAT(keywords,
-              ElementsAre("BANUSER", "STATUSTEXT", "BAD", "banned", "MSGBOX", "XCEPT", "Announce",
-                          "Message", "Kicked", "Kicker", "DOUBLE", "Users", "Userscl", "MOTD",
-                          "IPFILE", "PM", "GAME", "START", "GETPROFILE", "GETPROFILE2", "DECLINE",
-                          "PROFILE", "getip", "BANIP", "PING", "THEPING", "GETUSERIP", "OKUSERIP",
-                          "GETIPFT", "RETURNFT", "PLAYSOUND"));
-}
-
 TEST_F(Dispatch, MissingFileIsTheOneFaultThatIsTold) {
   constexpr InboundHandler missingFile = [](InboundContext&) {
     throw Fault(fault_number::kFileNotFound, "File not found");
