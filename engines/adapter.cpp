@@ -1,4 +1,5 @@
-// Chocolate Doom or Crispy Doom under the names and with the switches of the engines that Kelvaron starts.
+// Chocolate Doom or Crispy Doom under the names and with the switches of the engines that Kelvaron
+// starts.
 //
 // One program under four names: zdoom.exe and zdoomgl.exe (the game, for a host, a guest or one
 // player), doomsv.exe (a server that stays) and doomcl.exe (the game, for a player of such a

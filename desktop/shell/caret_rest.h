@@ -7,8 +7,8 @@
 
 namespace kelvaron {
 
-/// While it is there, the caret of the program's text boxes stands still from `after` the last key or
-/// click on, until the next.
+/// While it is there, the caret of the program's text boxes stands still from `after` the last key
+/// or click on, until the next.
 class CaretRest : public QObject {
  public:
   explicit CaretRest(std::chrono::milliseconds after);
