@@ -62,6 +62,15 @@ def grow(server):
         server.connections[-1].sendall(block)
 
 
+def send_and_point(client, server, lines):
+    """Sends, and moves the pointer to and fro over what came."""
+    server.send(*lines)
+    client.point(client.find(ROOM, "Chat", "text"))
+    for step in range(30):
+        x("mousemove_relative", "--", 3 if step % 2 else -3, 20 if step % 3 else -40)
+        time.sleep(0.05)
+
+
 def longest_wait(client, act):
     """Asks how much the input line holds, over and over, each a question and an answer; in ms."""
     line = client.find(ROOM, "Message", "text").queryText()
@@ -87,7 +96,8 @@ def lines():
             ann.press(OFFER, "Accept")
             time.sleep(1)
         before = resident(ann)
-        wait = longest_wait(ann, lambda: grow(server) if sent is None else server.send(*sent))
+        wait = longest_wait(ann, lambda: grow(server) if sent is None
+                            else send_and_point(ann, server, sent))
         print(f"{name:45} {wait:9.0f} ms {resident(ann) - before:6.1f} MiB", flush=True)
         Program.stop_all()
 

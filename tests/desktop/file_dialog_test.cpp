@@ -81,26 +81,31 @@ TEST(FileDialogs, WhichFilesTheyShow) {
 
 TEST(FileDialogs, WhatTheyGive) {
   FileDesk desk;
-  const std::pair<const char*, const char*> rows[] = {
+  struct Row {
+    const char* typed;
+    const char* given;
+  };
+  const Row rows[] = {
       {"doom2.wad", "doom2.wad"},
       {"doom2", "doom2.wad"},
       {"ä.wad", "\xE4.wad"},
       {"sub/inner", "sub/inner.wad"},
   };
-  for (const auto& [typed, given] : rows) {
+  for (const Row& row : rows) {
     CommonDialog dialog;
     dialog.InitDir = desk.full("");
     dialog.DefaultExt = "wad";
     Desk::whenBoxOpens([&](QWidget& box) {
-      FileDesk::type(box, typed);
+      FileDesk::type(box, row.typed);
       if (box.isVisible()) {
-        ADD_FAILURE() << typed;
+        ADD_FAILURE() << row.typed;
         box.close();
       }
     });
-    EXPECT_TRUE(dialog.ShowOpen(desk.dialogs)) << typed;
-    EXPECT_EQ(dialog.FileName, desk.full(given));
-    EXPECT_EQ(dialog.FileTitle, std::string(given).substr(std::string(given).rfind('/') + 1));
+    EXPECT_TRUE(dialog.ShowOpen(desk.dialogs)) << row.typed;
+    EXPECT_EQ(dialog.FileName, desk.full(row.given));
+    EXPECT_EQ(dialog.FileTitle,
+              std::string(row.given).substr(std::string(row.given).rfind('/') + 1));
   }
   CommonDialog dialog;
   dialog.FileName = "before";
