@@ -68,20 +68,6 @@ TEST(StyledText, EachLineEndCutsALine) {
   }
 }
 
-TEST(StyledText, AdjacentPiecesOfOneStyleAreOneRun) {
-  StyledText text;
-  text.setColor(kRed);
-  text.insert("ab");
-  text.setColor(kGreen);
-  text.setColor(kRed);
-  text.insert("c");
-  text.setBold(true);
-  text.insert("d\r\ne");
-  text.setColor(kGreen);
-  text.insert("f");
-  EXPECT_EQ(described(text), (Lines{"abc[r]d[r*]", "e[r*]f[g*]"}));
-}
-
 /// "ab" in red, "cd" in green bold, an empty line, "ef" in blue; at the end red is in force.
 void fill(StyledText& text) {
   text.setColor(kRed);
@@ -93,57 +79,6 @@ void fill(StyledText& text) {
   text.setBold(false);
   text.insert("ef");
   text.setColor(kRed);
-}
-
-TEST(StyledText, InsertionTakesTheStyleOfItsPlace) {
-  struct Case {
-    TextPosition caret;
-    std::string inserted;
-    Lines lines;
-    TextPosition behind;
-  };
-  const std::vector<Case> cases = {
-      {{0, 0}, "x", {"xab[r]cd[g*]", "", "ef[b]"}, {0, 1}},
-      {{0, 2}, "x", {"abx[r]cd[g*]", "", "ef[b]"}, {0, 3}},
-      {{0, 3}, "x\r\ny", {"ab[r]cx[g*]", "yd[g*]", "", "ef[b]"}, {1, 1}},
-      {{0, 1}, "\n", {"a[r]", "b[r]cd[g*]", "", "ef[b]"}, {1, 0}},
-      {{0, 99}, "x", {"ab[r]cdx[g*]", "", "ef[b]"}, {0, 5}},
-      {{1, 0}, "x", {"ab[r]cd[g*]", "x[g*]", "ef[b]"}, {1, 1}},
-      {{2, 0}, "x\r\n", {"ab[r]cd[g*]", "", "x[b]", "ef[b]"}, {3, 0}},
-      {{2, 1}, "x", {"ab[r]cd[g*]", "", "exf[b]"}, {2, 2}},
-      {{2, 2}, "x", {"ab[r]cd[g*]", "", "ef[b]x[r]"}, {2, 3}},
-      {{7, 0}, "x", {"ab[r]cd[g*]", "", "ef[b]x[r]"}, {2, 3}},
-  };
-  for (const Case& c : cases) {
-    StyledText text;
-    fill(text);
-    text.setCaret(c.caret);
-    text.insert(c.inserted);
-    EXPECT_EQ(described(text), c.lines) << c.caret.line << ',' << c.caret.column;
-    EXPECT_EQ(text.caret(), c.behind);
-
-    text.caretToEnd();
-    EXPECT_EQ(text.style(), (TextStyle{kRed, false})) << "the end keeps its style";
-  }
-}
-
-TEST(StyledText, StyleSetAtTheEndStaysThereThroughAClickAndAColourInTheMiddle) {
-  StyledText text;
-  fill(text);
-  text.setCaret({0, 3});
-  EXPECT_EQ(text.style(), (TextStyle{kGreen, true}));
-  text.setColor(kBlue);
-  text.setBold(false);
-  text.insert("x");
-  EXPECT_EQ(described(text, 0), "ab[r]c[g*]x[b]d[g*]");
-  text.caretToEnd();
-  text.insert("y");
-  EXPECT_EQ(described(text, 2), "ef[b]y[r]");
-
-  text.setCaret({0, 0});
-  text.clear();
-  text.insert("z");
-  EXPECT_EQ(described(text), Lines{"z[r]"}) << "clearing keeps the style of the end";
 }
 
 TEST(StyledText, ACutOfTheTextIsClampedAndTakesTheLineEndAskedFor) {
