@@ -9,7 +9,7 @@ import time
 
 import pyatspi
 
-from desk import (PATIENCE, SCALE, checked, enabled, extents, has, key, showing, text_of, until,
+from desk import (PATIENCE, SCALE, checked, extents, has, key, showing, text_of, until,
                   walk, write, x)
 
 BIN = os.environ["KELVARON_BIN"]

@@ -1,9 +1,8 @@
 """Engines that record how they were started, and configurations that lead to them."""
 
 import os
-import time
 
-from desk import key, until
+from desk import until
 from driver import BIN, ROOM, WORK
 
 RECORDING_ENGINE = os.path.abspath(
