@@ -13,7 +13,7 @@
 namespace kelvaron {
 namespace {
 
-constexpr int kHeadingPoints = 14;
+constexpr int kTitlePoints = 14;
 constexpr int kLevels = 32;
 
 void fill(ComboBox& combo, std::initializer_list<int> numbers) {
@@ -45,7 +45,7 @@ game1::game1(Client& client)
 }
 
 void game1::look() {
-  Label1.Font_ = Font{.points = kHeadingPoints, .bold = true};
+  Label1.Font_ = Font{.points = kTitlePoints, .bold = true};
   for (CheckBox* later :
        {&Check8, &Check9, &Check10, &Check11, &Check12, &Check13, &Check14, &Check15, &Check16,
         &Check17, &Check18, &Check19, &Check21, &Check22, &Check23, &Check24}) {

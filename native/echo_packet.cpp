@@ -1,6 +1,6 @@
 #include "native/echo_packet.h"
 
-#include <netinet/ip_icmp.h>
+#include <linux/icmp.h>
 
 #include <cstddef>
 

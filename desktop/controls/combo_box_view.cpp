@@ -3,14 +3,12 @@
 #include <limits>
 
 #include "desktop/controls/combo_accessible.h"
+#include "desktop/controls/entry_model.h"
 #include "desktop/controls/views.h"
 #include "desktop/qt_values.h"
 
 namespace kelvaron {
 namespace {
-
-// Characters of an item, as in a list.
-constexpr std::size_t kMostShown = 256;
 
 // Pixels that the text stands further in, so that it is in line with that of text boxes.
 constexpr int kTextMargin = 4;
@@ -49,7 +47,7 @@ void ComboBoxView::refresh() {
     items_ = box().items();
     combo_.clear();
     for (const std::string& item : items_) {
-      combo_.addItem(shownText(withoutLineEnds(beginningOf(item, kMostShown))));
+      combo_.addItem(shownText(withoutLineEnds(beginningOf(item, kMostOfEntry))));
     }
     combo_.setCurrentIndex(-1);
   }

@@ -3,12 +3,6 @@
 #include "desktop/qt_values.h"
 
 namespace kelvaron {
-namespace {
-
-// Characters of an entry; nobody reads further in a list.
-constexpr std::size_t kMostShown = 256;
-
-}  // namespace
 
 bool EntryModel::take(const std::vector<std::string>& entries) {
   if (entries == entries_) return false;
@@ -24,7 +18,7 @@ int EntryModel::rowCount(const QModelIndex& parent) const {
 
 QVariant EntryModel::data(const QModelIndex& index, int role) const {
   if (role != Qt::DisplayRole || !index.isValid()) return {};
-  return shownText(beginningOf(entries_.at(static_cast<std::size_t>(index.row())), kMostShown));
+  return shownText(beginningOf(entries_.at(static_cast<std::size_t>(index.row())), kMostOfEntry));
 }
 
 }  // namespace kelvaron

@@ -2,10 +2,14 @@
 #pragma once
 
 #include <QAbstractListModel>
+#include <cstddef>
 #include <string>
 #include <vector>
 
 namespace kelvaron {
+
+/// Characters shown of an entry; nobody reads further in a list.
+constexpr std::size_t kMostOfEntry = 256;
 
 /// A copy of the list's entries, taken whole; text is converted as rows come into sight.
 class EntryModel : public QAbstractListModel {

@@ -22,7 +22,7 @@ Qt::Alignment toQt(Alignment alignment) {
 }
 
 // Characters of a caption; no label has room for more.
-constexpr std::size_t kMostShown = 1024;
+constexpr std::size_t kMostOfCaption = 1024;
 
 QFont toQt(const Font& font, QFont own) {
   if (font.family == FontFamily::tahoma) own.setFamilies({QStringLiteral("Tahoma"), own.family()});
@@ -64,7 +64,7 @@ void LabelView::refresh() {
 void LabelView::fitText() {
   const auto& label = static_cast<const Label&>(*control());
   label_.setFont(captionFont(toQt(label.Font_, QGuiApplication::font())));
-  const QString caption = shownText(beginningOf(label.Caption.get(), kMostShown));
+  const QString caption = shownText(beginningOf(label.Caption.get(), kMostOfCaption));
   // Only a caption of the design has a mnemonic; what others wrote stands as it is.
   const bool designed = label.Caption.get() == label.DesignCaption;
   const QString plain = designed ? withoutMnemonic(caption) : caption;
