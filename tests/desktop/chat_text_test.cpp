@@ -1,14 +1,18 @@
-// What the chat view knows of its text: wrapping, links, words, search.
+// What the chat view knows of its text: wrapping, links, words, search, times.
 #include <gtest/gtest.h>
 
-#include <QFontDatabase>
+#include <QGuiApplication>
+#include <numeric>
 #include <random>
 #include <string>
+#include <tuple>
+#include <utility>
 #include <vector>
 
 #include "desktop/chat_view/chat_find.h"
 #include "desktop/chat_view/chat_layout.h"
 #include "desktop/chat_view/chat_links.h"
+#include "desktop/chat_view/chat_notes.h"
 #include "desktop/chat_view/chat_selection.h"
 #include "desktop/text_conversion.h"
 
@@ -27,53 +31,32 @@ Strings rowsOf(const ChatLayout& layout, std::size_t line) {
 }
 
 TEST(ChatLayout, BreaksBehindBlanksAndCutsWhatFitsNoRow) {
-  struct Case {
-    std::string text;
-    std::string widest;  // the text that a row has room for, and not a pixel more
-    Strings rows;
-  };
-  const std::vector<Case> cases = {
-      {"", "aaaa", {""}},
-      {"aaaa", "aaaa", {"aaaa"}},
-      {"aaaaa", "aaaa", {"aaaa", "a"}},
-      {"aa aa aa", "aa aa", {"aa aa ", "aa"}},
-      {"aa aa    aa", "aa aa", {"aa aa    ", "aa"}},
-      {"aa\taa aa", "aa aa", {"aa\taa ", "aa"}},
-      {"aa aaaaaaaaa aa", "aaaa", {"aa ", "aaaa", "aaaa", "a aa"}},
-      {"aaa\xA0"
-       "aaa aaa",
-       "aaa aaa",
-       {"aaa\xA0"
-        "aaa ",
-        "aaa"}},
-      {"aaa   ", "aaa", {"aaa   "}},
-      {"ab", "", {"a", "b"}},
-  };
-  for (const Case& c : cases) {
+  // A text, what a row has room for, and not a pixel more, and the rows.
+  using Case = std::tuple<std::string, std::string, Strings>;
+  for (const auto& [words, widest, rows] :
+       {Case{"", "aaaa", {""}}, Case{"aaaa", "aaaa", {"aaaa"}},
+        Case{"aaaaa", "aaaa", {"aaaa", "a"}}, Case{"aa aa    aa", "aa aa", {"aa aa    ", "aa"}},
+        Case{"aa\taa aa", "aa aa", {"aa\taa ", "aa"}},
+        Case{"aa aaaaaaaaa aa", "aaaa", {"aa ", "aaaa", "aaaa", "a aa"}},
+        Case{"aaa\240aaa aaa", "aaa aaa", {"aaa\240aaa ", "aaa"}},
+        Case{"aaa   ", "aaa", {"aaa   "}}, Case{"ab", "", {"a", "b"}}}) {
     StyledText text;
-    text.insert(c.text);
-    ChatLayout layout(text, QFontDatabase::systemFont(QFontDatabase::GeneralFont));
-    layout.setWidth(layout.font().width(c.widest, false));
-    EXPECT_EQ(rowsOf(layout, 0), c.rows) << c.text;
+    text.insert(words);
+    ChatLayout layout(text, QGuiApplication::font());
+    layout.setWidth(layout.font().width(widest, false));
+    EXPECT_EQ(rowsOf(layout, 0), rows) << words;
   }
 }
 
 TEST(ChatLayout, RowsCoverTheLineWithinTheWidthAndPlacesComeBack) {
   std::mt19937 random(7);
   StyledText text;
-  for (int i = 0; i < 40; ++i) {
-    for (std::size_t piece = random() % 6; piece > 0; --piece) {
-      text.setBold(random() % 2 == 0);
-      std::string words(random() % 60, '\0');
-      for (char& c : words) {
-        c = random() % 6 == 0 ? ' ' : static_cast<char>(random() % 256);
-        c = c == '\r' || c == '\n' ? '\t' : c;
-      }
-      text.insert(words);
-    }
-    text.insert("\n");
+  for (int i = 0; i < 4'000; ++i) {
+    if (random() % 16 == 0) text.setBold(random() % 2 == 0);
+    const char byte = random() % 6 == 0 ? ' ' : static_cast<char>(random() % 256);
+    text.insert(std::string(1, random() % 200 == 0 ? '\n' : byte));
   }
-  ChatLayout layout(text, QFontDatabase::systemFont(QFontDatabase::GeneralFont));
+  ChatLayout layout(text, QGuiApplication::font());
   for (const qreal width : {30.0, 90.0, 333.0}) {
     layout.setWidth(width);
     for (std::size_t line = 0; line < text.lineCount(); ++line) {
@@ -83,9 +66,7 @@ TEST(ChatLayout, RowsCoverTheLineWithinTheWidthAndPlacesComeBack) {
         const ChatLayout::Span span = layout.span(row);
         ASSERT_EQ(span.begin, column);
         std::size_t shown = span.end;
-        while (shown > span.begin && isBlank(text.line(line)[shown - 1])) {
-          --shown;
-        }
+        while (shown > span.begin && isBlank(text.line(line)[shown - 1])) --shown;
         ASSERT_LE(layout.xOf(row, shown), width);
         for (; column < span.end; ++column) {
           ASSERT_EQ(layout.rowOf({line, column}), row);
@@ -100,7 +81,7 @@ TEST(ChatLayout, RowsCoverTheLineWithinTheWidthAndPlacesComeBack) {
 
 TEST(ChatLayout, FollowsChangesOfItsText) {
   StyledText text;
-  ChatLayout layout(text, QFontDatabase::systemFont(QFontDatabase::GeneralFont));
+  ChatLayout layout(text, QGuiApplication::font());
   layout.setWidth(layout.font().width("aaaa", false));
   text.onChange = [&](const StyledText::Change& change) { layout.changed(change); };
   text.insert("aaaa\naa");
@@ -119,43 +100,36 @@ TEST(ChatLayout, FollowsChangesOfItsText) {
 }
 
 TEST(ChatLinks, OnlyWebAddressesWithoutTheSentenceAroundThem) {
-  struct Case {
-    std::string line;
+  using Case = std::pair<std::string, Strings>;
+  for (const auto& [line, wanted] :
+       {Case{"see HTTPS://A.example/x?y=1&z=%20#t now", {"HTTPS://A.example/x?y=1&z=%20#t"}},
+        Case{"http://a.example/b, http://c.example.", {"http://a.example/b", "http://c.example"}},
+        Case{"(http://a.example/b)", {"http://a.example/b"}},
+        Case{"http://a.example/Doom_(game)", {"http://a.example/Doom_(game)"}},
+        Case{"(see http://a.example/Doom_(game)).", {"http://a.example/Doom_(game)"}},
+        Case{"[http://a.example/x]: {http://b.example/[y]}",
+             {"http://a.example/x", "http://b.example/[y]"}},
+        Case{"<http://a.example/x>\"http://b.example\"",
+             {"http://a.example/x", "http://b.example"}},
+        Case{"\x93http://a.example\x94 \x91http://b.example\x92",
+             {"http://a.example", "http://b.example"}},
+        Case{"http://a.example/\xE9t\xE9!?", {"http://a.example/\xE9t\xE9"}},
+        Case{"'http://a.example/x'...", {"http://a.example/x"}},
+        Case{"http://a.example/x,http://b.example", {"http://a.example/x,http://b.example"}},
+        Case{"xhttp://a.example ahttps://b.example http://[bad ://x", {}},
+        Case{"ftp://a.example file:///etc/passwd javascript://a.example/%0aalert(1)", {}},
+        Case{"http:// https://... http://) http:///x http:/a.example http://", {}}}) {
+    SCOPED_TRACE(line);
     Strings links;
-  };
-  const std::vector<Case> cases = {
-      {"http://a.example/", {"http://a.example/"}},
-      {"see HTTPS://A.example/x?y=1&z=%20#t now", {"HTTPS://A.example/x?y=1&z=%20#t"}},
-      {"http://a.example/b, http://c.example.", {"http://a.example/b", "http://c.example"}},
-      {"(http://a.example/b)", {"http://a.example/b"}},
-      {"http://a.example/Doom_(game)", {"http://a.example/Doom_(game)"}},
-      {"(see http://a.example/Doom_(game)).", {"http://a.example/Doom_(game)"}},
-      {"[http://a.example/x]: {http://b.example/[y]}",
-       {"http://a.example/x", "http://b.example/[y]"}},
-      {"<http://a.example/x>\"http://b.example\"", {"http://a.example/x", "http://b.example"}},
-      {"\x93http://a.example\x94 \x91http://b.example\x92",
-       {"http://a.example", "http://b.example"}},
-      {"http://a.example/\xE9t\xE9!?", {"http://a.example/\xE9t\xE9"}},
-      {"'http://a.example/x'...", {"http://a.example/x"}},
-      {"http://a.example/x,http://b.example", {"http://a.example/x,http://b.example"}},
-      {"xhttp://a.example ahttps://b.example", {}},
-      {"ftp://a.example file:///etc/passwd javascript://a.example/%0aalert(1)", {}},
-      {"http:// https://... http://) http:///x http:/a.example", {}},
-      {"http://[bad", {}},
-      {"://x http://", {}},
-  };
-  for (const Case& c : cases) {
-    Strings links;
-    for (const LinkSpan& span : findLinks(c.line)) {
-      links.push_back(c.line.substr(span.begin, span.end - span.begin));
+    for (const LinkSpan& span : findLinks(line)) {
+      links.push_back(line.substr(span.begin, span.end - span.begin));
       const auto url = urlOf(links.back());
-      ASSERT_TRUE(url && (url->scheme() == "http" || url->scheme() == "https")) << c.line;
-      for (const std::size_t inside : {span.begin, span.end - 1}) {
-        EXPECT_EQ(linkAt(c.line, inside), span) << c.line;
-      }
-      EXPECT_NE(linkAt(c.line, span.end), span) << c.line;
+      ASSERT_TRUE(url && (url->scheme() == "http" || url->scheme() == "https"));
+      EXPECT_EQ(linkAt(line, span.begin), span);
+      EXPECT_EQ(linkAt(line, span.end - 1), span);
+      EXPECT_NE(linkAt(line, span.end), span);
     }
-    EXPECT_EQ(links, c.links) << c.line;
+    EXPECT_EQ(links, wanted);
   }
   EXPECT_EQ(linkAt("", 0), std::nullopt);
 }
@@ -163,22 +137,18 @@ TEST(ChatLinks, OnlyWebAddressesWithoutTheSentenceAroundThem) {
 TEST(ChatSelection, WordsAndSteps) {
   StyledText text;
   text.insert("<Mod_1>  h\xE9llo, you\n\nend");
-  struct Case {
-    TextPosition place;
-    TextRange word;
-    TextPosition next;
-    TextPosition previous;
-  };
-  const std::vector<Case> cases = {
+  // A place, the word there, and the places of the next and the previous one.
+  using Case = std::tuple<TextPosition, TextRange, TextPosition, TextPosition>;
+  const Case cases[] = {
       {{0, 0}, {{0, 0}, {0, 1}}, {0, 1}, {0, 0}},    {{0, 3}, {{0, 1}, {0, 6}}, {0, 6}, {0, 1}},
       {{0, 6}, {{0, 6}, {0, 7}}, {0, 9}, {0, 1}},    {{0, 8}, {{0, 7}, {0, 9}}, {0, 9}, {0, 6}},
       {{0, 11}, {{0, 9}, {0, 14}}, {0, 14}, {0, 9}}, {{0, 19}, {{0, 16}, {0, 19}}, {1, 0}, {0, 16}},
-      {{1, 0}, {{1, 0}, {1, 0}}, {2, 0}, {0, 19}},   {{2, 3}, {{2, 0}, {2, 3}}, {2, 3}, {2, 0}},
-  };
-  for (const Case& c : cases) {
-    EXPECT_EQ(wordAt(text, c.place), c.word) << c.place.line << ',' << c.place.column;
-    EXPECT_EQ(nextWord(text, c.place), c.next) << c.place.line << ',' << c.place.column;
-    EXPECT_EQ(previousWord(text, c.place), c.previous) << c.place.line << ',' << c.place.column;
+      {{1, 0}, {{1, 0}, {1, 0}}, {2, 0}, {0, 19}},   {{2, 3}, {{2, 0}, {2, 3}}, {2, 3}, {2, 0}}};
+  for (const auto& [place, word, next, previous] : cases) {
+    SCOPED_TRACE(place.column);
+    EXPECT_EQ(wordAt(text, place), word);
+    EXPECT_EQ(nextWord(text, place), next);
+    EXPECT_EQ(previousWord(text, place), previous);
   }
 }
 
@@ -186,29 +156,18 @@ TEST(ChatFind, FindsInAnyCaseBothWaysAndGoesRound) {
   StyledText text;
   text.insert("Coop game\nno\n\xC9t\xE9 coop COOP\naaaa");
   using Place = std::optional<TextPosition>;
-  struct Case {
-    std::string wanted;
-    TextPosition from;
-    Place forward;
-    Place backward;
-  };
-  const std::vector<Case> cases = {
-      {"coop", {0, 0}, {{0, 0}}, {{2, 9}}},
-      {"coop", {0, 1}, {{2, 4}}, {{0, 0}}},
-      {"CoOp", {2, 5}, {{2, 9}}, {{2, 4}}},
-      {"coop", {2, 10}, {{0, 0}}, {{2, 9}}},
-      {"\xE9T\xC9", {0, 0}, {{2, 0}}, {{2, 0}}},
-      {"aa", {3, 1}, {{3, 1}}, {{3, 0}}},
-      {"a", {3, 4}, {{0, 6}}, {{3, 3}}},
-      {"game", {0, 99}, {{0, 5}}, {{0, 5}}},
-      {"gamen", {0, 0}, {}, {}},
-      {"", {0, 0}, {}, {}},
-      {"Coop game and more", {0, 0}, {}, {}},
-  };
-  for (const Case& c : cases) {
-    const ChatNeedle needle(c.wanted);
-    EXPECT_EQ(findForward(text, needle, c.from), c.forward) << c.wanted;
-    EXPECT_EQ(findBackward(text, needle, c.from), c.backward) << c.wanted;
+  // From a place, forward and backward.
+  using Case = std::tuple<std::string, TextPosition, Place, Place>;
+  for (const auto& [wanted, from, forward, backward] :
+       {Case{"coop", {0, 0}, {{0, 0}}, {{2, 9}}}, Case{"coop", {0, 1}, {{2, 4}}, {{0, 0}}},
+        Case{"CoOp", {2, 5}, {{2, 9}}, {{2, 4}}}, Case{"coop", {2, 10}, {{0, 0}}, {{2, 9}}},
+        Case{"\xE9T\xC9", {0, 0}, {{2, 0}}, {{2, 0}}}, Case{"aa", {3, 1}, {{3, 1}}, {{3, 0}}},
+        Case{"a", {3, 4}, {{0, 6}}, {{3, 3}}}, Case{"game", {0, 99}, {{0, 5}}, {{0, 5}}},
+        Case{"gamen", {0, 0}, {}, {}}, Case{"", {0, 0}, {}, {}},
+        Case{"Coop game and more", {0, 0}, {}, {}}}) {
+    const ChatNeedle needle(wanted);
+    EXPECT_EQ(findForward(text, needle, from), forward) << wanted;
+    EXPECT_EQ(findBackward(text, needle, from), backward) << wanted;
   }
 }
 
@@ -216,9 +175,7 @@ TEST(ChatFind, AgreesWithThePlainSearch) {
   std::mt19937 random(3);
   const auto word = [&random](std::size_t length) {
     std::string result(length, 'a');
-    for (char& c : result) {
-      c = static_cast<char>('a' + random() % 3);
-    }
+    for (char& c : result) c = static_cast<char>('a' + random() % 3);
     return result;
   };
   for (int i = 0; i < 3'000; ++i) {
@@ -232,15 +189,42 @@ TEST(ChatFind, AgreesWithThePlainSearch) {
 
 TEST(TextConversion, EveryByteIsOneCharacterAndComesBack) {
   std::string all(256, '\0');
-  for (std::size_t i = 0; i < all.size(); ++i) {
-    all[i] = static_cast<char>(i);
-  }
+  std::iota(all.begin(), all.end(), '\0');
   const QString shown = shownText(all);
   EXPECT_EQ(shown.size(), 256);
   EXPECT_EQ(shown[0x80], QChar(0x20AC));
   EXPECT_EQ(shown[0xA5], QChar(0xA5));
   EXPECT_EQ(storedText(shown), all);
   EXPECT_EQ(storedText(QString::fromUtf8("\xE2\x86\x92x")), "?x");
+}
+
+TEST(ChatNotes, FollowTheirLines) {
+  StyledText text;
+  ChatNotes notes(text);
+  text.onChange = [&](const StyledText::Change& change) { notes.changed(change); };
+  notes.makeTest = [] {
+    return [](std::string_view line) { return line.find("bob") != std::string_view::npos; };
+  };
+  text.insert("hi\r\nbob?\r\nopen bob");
+  EXPECT_TRUE(notes.settle(3605));
+  EXPECT_TRUE(notes.isMarked(1));
+  EXPECT_FALSE(notes.isMarked(2)) << "not whole yet";
+  notes.stopReading();
+  text.insert("\r\n");
+  EXPECT_TRUE(notes.settle(3700));
+  EXPECT_EQ(notes.cameAt(1), 3600);
+  EXPECT_EQ(notes.cameAt(2), 3660);
+  EXPECT_FALSE(notes.cameAt(3));
+  // Where the user clicked, a line is inserted above.
+  text.setCaret({0, 2});
+  text.insert("\r\nmore");
+  EXPECT_FALSE(notes.settle(9000));
+  EXPECT_TRUE(notes.isMarked(2) && notes.isMarked(3) && !notes.isMarked(1));
+  EXPECT_EQ(notes.readTo(), 3U);
+  EXPECT_EQ(notes.cameAt(3), 3660);
+  text.clear();
+  EXPECT_FALSE(notes.isMarked(2));
+  EXPECT_FALSE(notes.readTo());
 }
 
 }  // namespace

@@ -45,6 +45,14 @@ class ChatViewTest : public ::testing::Test {
   void click(TextPosition place, Qt::KeyboardModifiers modifiers = Qt::NoModifier) {
     QTest::mouseClick(view.viewport(), Qt::LeftButton, modifiers, pointOf(place));
   }
+  void doubleClick(TextPosition place) {
+    QTest::mouseDClick(view.viewport(), Qt::LeftButton, {}, pointOf(place));
+  }
+  void press(TextPosition place) {
+    QTest::mousePress(view.viewport(), Qt::LeftButton, {}, pointOf(place));
+  }
+  void drag(TextPosition place) { moveMouse(pointOf(place), Qt::LeftButton); }
+  void release(QPoint point) { QTest::mouseRelease(view.viewport(), Qt::LeftButton, {}, point); }
   void moveMouse(QPoint point, Qt::MouseButtons buttons = Qt::NoButton) {
     const QPointF local(point);
     QMouseEvent event(QEvent::MouseMove, local, view.viewport()->mapToGlobal(local), Qt::NoButton,

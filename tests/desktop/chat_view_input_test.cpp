@@ -7,16 +7,12 @@
 #include <QMenu>
 #include <QSignalSpy>
 #include <algorithm>
-#include <string>
-#include <vector>
+#include <tuple>
 
-#include "desktop/text_conversion.h"
 #include "tests/desktop/chat_view_fixture.h"
 
 namespace kelvaron::testing {
 namespace {
-
-using Strings = std::vector<std::string>;
 
 TEST_F(ChatViewTest, MouseSelects) {
   append("first <line> here\r\nsecond line\r\nthird");
@@ -30,37 +26,37 @@ TEST_F(ChatViewTest, MouseSelects) {
   EXPECT_EQ(view.selectedText(), "line> here\nsec");
   EXPECT_EQ(text.caret(), (TextPosition{0, 7}));
 
-  QTest::mousePress(view.viewport(), Qt::LeftButton, {}, pointOf({0, 6}));
-  moveMouse(pointOf({1, 1}), Qt::LeftButton);
-  moveMouse(pointOf({0, 12}), Qt::LeftButton);
-  QTest::mouseRelease(view.viewport(), Qt::LeftButton, {}, pointOf({0, 12}));
+  press({0, 6});
+  drag({1, 1});
+  drag({0, 12});
+  release(pointOf({0, 12}));
   EXPECT_EQ(view.selectedText(), "<line>");
 
   click({1, 8});
-  QTest::mouseDClick(view.viewport(), Qt::LeftButton, {}, pointOf({1, 8}));
+  doubleClick({1, 8});
   EXPECT_EQ(view.selectedText(), "line");
-  moveMouse(pointOf({1, 2}), Qt::LeftButton);
+  drag({1, 2});
   EXPECT_EQ(view.selectedText(), "second line") << "a drag goes on by words";
-  QTest::mouseRelease(view.viewport(), Qt::LeftButton, {}, pointOf({1, 2}));
+  release(pointOf({1, 2}));
 
-  QTest::mouseDClick(view.viewport(), Qt::LeftButton, {}, pointOf({0, 2}));
-  QTest::mousePress(view.viewport(), Qt::LeftButton, {}, pointOf({0, 2}));
+  doubleClick({0, 2});
+  press({0, 2});
   EXPECT_EQ(view.selectedText(), "first <line> here") << "the third click takes the line";
-  moveMouse(pointOf({1, 2}), Qt::LeftButton);
+  drag({1, 2});
   EXPECT_EQ(view.selectedText(), "first <line> here\nsecond line");
-  QTest::mouseRelease(view.viewport(), Qt::LeftButton, {}, pointOf({1, 2}));
+  release(pointOf({1, 2}));
 }
 
 TEST_F(ChatViewTest, ADragBeyondTheEdgeScrolls) {
   appendLines(500);
   turn();
   const ChatRow before = view.topRow();
-  QTest::mousePress(view.viewport(), Qt::LeftButton, {}, pointOf({before.line + 2, 3}));
+  press({before.line + 2, 3});
   moveMouse({20, -50}, Qt::LeftButton);
   QTest::qWait(250);
   EXPECT_LT(view.topRow(), before);
   EXPECT_LT(view.cursor().line, before.line);
-  QTest::mouseRelease(view.viewport(), Qt::LeftButton, {}, {20, -50});
+  release({20, -50});
   const ChatRow after = view.topRow();
   QTest::qWait(100);
   EXPECT_EQ(view.topRow(), after);
@@ -70,11 +66,11 @@ TEST_F(ChatViewTest, NothingMovesUnderAHeldButtonAndTheEndIsFollowedAfterIt) {
   appendLines(100);
   turn();
   const ChatRow top = view.topRow();
-  QTest::mousePress(view.viewport(), Qt::LeftButton, {}, pointOf({top.line + 2, 3}));
+  press({top.line + 2, 3});
   appendLines(50);
   turn();
   EXPECT_EQ(view.topRow(), top);
-  QTest::mouseRelease(view.viewport(), Qt::LeftButton, {}, pointOf({top.line + 2, 3}));
+  release(pointOf({top.line + 2, 3}));
   EXPECT_EQ(view.topRow(), (ChatRow{top.line + 50, 0}));
 }
 
@@ -104,13 +100,8 @@ TEST_F(ChatViewTest, ShiftAndKeysExtendTheSelection) {
   append("one two three\r\nfour\r\n\r\nfive six\r\n");
   constexpr auto kShift = Qt::ShiftModifier;
   constexpr auto kFar = Qt::ShiftModifier | Qt::ControlModifier;
-  struct Case {
-    TextPosition from;
-    Qt::Key key;
-    Qt::KeyboardModifiers modifiers;
-    TextPosition to;
-  };
-  const std::vector<Case> cases = {
+  using Case = std::tuple<TextPosition, Qt::Key, Qt::KeyboardModifiers, TextPosition>;
+  const Case cases[] = {
       {{0, 4}, Qt::Key_Left, kShift, {0, 3}},   {{1, 0}, Qt::Key_Left, kShift, {0, 13}},
       {{0, 0}, Qt::Key_Left, kShift, {0, 0}},   {{0, 13}, Qt::Key_Right, kShift, {1, 0}},
       {{0, 4}, Qt::Key_Right, kShift, {0, 5}},  {{4, 0}, Qt::Key_Right, kShift, {4, 0}},
@@ -119,19 +110,16 @@ TEST_F(ChatViewTest, ShiftAndKeysExtendTheSelection) {
       {{3, 4}, Qt::Key_Home, kFar, {0, 0}},     {{0, 4}, Qt::Key_End, kFar, {4, 0}},
       {{1, 0}, Qt::Key_Up, kShift, {0, 0}},     {{0, 4}, Qt::Key_Up, kShift, {0, 0}},
       {{0, 0}, Qt::Key_Down, kShift, {1, 0}},   {{0, 2}, Qt::Key_PageDown, kShift, {4, 0}},
-      {{4, 0}, Qt::Key_PageUp, kShift, {0, 0}}, {{4, 0}, Qt::Key_Down, kShift, {4, 0}},
-  };
-  for (const Case& c : cases) {
-    view.select(c.from, c.from);
-    key(c.key, c.modifiers);
-    EXPECT_EQ(view.cursor(), c.to) << c.from.line << ',' << c.from.column << " key " << c.key;
-    EXPECT_EQ(view.selection(), (TextRange{std::min(c.from, c.to), std::max(c.from, c.to)}));
-    EXPECT_EQ(text.caret(), c.to);
+      {{4, 0}, Qt::Key_PageUp, kShift, {0, 0}}, {{4, 0}, Qt::Key_Down, kShift, {4, 0}}};
+  for (const auto& [from, pressed, modifiers, to] : cases) {
+    view.select(from, from);
+    key(pressed, modifiers);
+    EXPECT_EQ(view.cursor(), to) << from.line << ',' << from.column << " key " << pressed;
+    EXPECT_EQ(view.selection(), (TextRange{std::min(from, to), std::max(from, to)}));
+    EXPECT_EQ(text.caret(), to);
   }
   view.select({0, 12}, {0, 12});
-  for (int i = 0; i < 3; ++i) {
-    key(Qt::Key_Down, kShift);
-  }
+  for (int i = 0; i < 3; ++i) key(Qt::Key_Down, kShift);
   EXPECT_EQ(view.cursor(), (TextPosition{3, 8})) << "short lines keep the column in mind";
 }
 
@@ -159,16 +147,14 @@ TEST_F(ChatViewTest, AClickOpensALinkADragSelectsIt) {
   moveMouse(pointOf({0, 2}));
   EXPECT_EQ(view.viewport()->cursor().shape(), Qt::IBeamCursor);
 
-  for (const std::size_t column : {1U, 25U, 32U, 45U}) {
-    click({0, column});
-  }
+  for (const std::size_t column : {1U, 25U, 32U, 45U}) click({0, column});
   QTest::mouseClick(view.viewport(), Qt::LeftButton, {}, {395, 8});
   QTest::mouseClick(view.viewport(), Qt::LeftButton, {}, {30, 250});
   QTest::mouseClick(view.viewport(), Qt::RightButton, {}, pointOf({0, 10}));
   click({0, 10}, Qt::ShiftModifier);
-  QTest::mousePress(view.viewport(), Qt::LeftButton, {}, pointOf({0, 6}));
-  moveMouse(pointOf({0, 20}), Qt::LeftButton);
-  QTest::mouseRelease(view.viewport(), Qt::LeftButton, {}, pointOf({0, 20}));
+  press({0, 6});
+  drag({0, 20});
+  release(pointOf({0, 20}));
   EXPECT_EQ(view.selectedText(), "ttp://example.");
   EXPECT_EQ(opened.count(), 0);
 
@@ -177,24 +163,22 @@ TEST_F(ChatViewTest, AClickOpensALinkADragSelectsIt) {
   ASSERT_EQ(opened.count(), 1);
   EXPECT_EQ(opened[0][0].toUrl(), QUrl("http://example.org/a"));
 
-  const auto menu = view.makeContextMenu(pointOf({0, 10}));
-  menu->actions().front()->trigger();
+  view.makeContextMenu(pointOf({0, 10}))->actions().front()->trigger();
   EXPECT_EQ(opened.count(), 2);
 }
 
 TEST_F(ChatViewTest, TheContextMenuOffersWhatCanBeDone) {
   append("plain words\r\n");
   const auto enabled = [&] {
-    Strings result;
+    QStringList result;
     const auto menu = view.makeContextMenu(pointOf({0, 1}));
     for (const QAction* action : menu->actions()) {
-      if (!action->isSeparator() && action->isEnabled()) {
-        result.push_back(storedText(action->text().remove('&')));
-      }
+      if (!action->isSeparator() && action->isEnabled()) result << action->text().remove('&');
     }
     return result;
   };
-  EXPECT_EQ(enabled(), (Strings{"Select All", "Find...", "Zoom In", "Zoom Out", "Normal Size"}));
+  EXPECT_EQ(enabled(),
+            (QStringList{"Select All", "Find...", "Zoom In", "Zoom Out", "Normal Size"}));
   view.selectAll();
   EXPECT_EQ(enabled().front(), "Copy");
 }
@@ -202,18 +186,14 @@ TEST_F(ChatViewTest, TheContextMenuOffersWhatCanBeDone) {
 TEST_F(ChatViewTest, TypingIsPassedOnCommandsAreNot) {
   QSignalSpy typed(&view, &ChatView::typed);
   QTest::keyClicks(&view, "a /");
-  QTest::keyClick(&view, 'x', Qt::ControlModifier);
-  QTest::keyClick(&view, 'x', Qt::AltModifier);
-  for (const Qt::Key silent : {Qt::Key_Return, Qt::Key_Tab, Qt::Key_Delete, Qt::Key_F5}) {
-    QTest::keyClick(&view, silent);
-  }
+  key(Qt::Key_X, Qt::ControlModifier);
+  key(Qt::Key_X, Qt::AltModifier);
+  for (const auto silent : {Qt::Key_Return, Qt::Key_Tab, Qt::Key_Delete, Qt::Key_F5}) key(silent);
   QInputMethodEvent composed;
   composed.setCommitString(QString::fromUtf8("é"));
   QApplication::sendEvent(&view, &composed);
   QString all;
-  for (const QList<QVariant>& arguments : typed) {
-    all += arguments[0].toString();
-  }
+  for (const QList<QVariant>& arguments : typed) all += arguments[0].toString();
   EXPECT_EQ(all, QString::fromUtf8("a /é"));
 }
 

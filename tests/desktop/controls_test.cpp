@@ -1,16 +1,15 @@
 // Properties reach the widgets, and what the user does reaches the controls.
 #include <gmock/gmock.h>
 
-#include <QAccessible>
 #include <QCheckBox>
 #include <QClipboard>
-#include <QGroupBox>
 #include <QLabel>
 #include <QLineEdit>
 #include <QMenu>
 #include <QMenuBar>
 #include <QPlainTextEdit>
-#include <QPushButton>
+#include <tuple>
+#include <utility>
 
 #include "tests/desktop/desk.h"
 
@@ -19,105 +18,86 @@ namespace {
 
 using ::testing::ElementsAre;
 
-TEST(ControlsShow, PropertiesInTheNextTurn) {
-  Desk desk;
-  auto& form = desk.show<ManyControls>();
-  const QWidget& frame = *desk.frame(form);
-  auto& name = desk.widget<QLineEdit>(form, form.name);
-  auto& area = desk.widget<QPlainTextEdit>(form, form.area);
-  auto& tick = desk.widget<QCheckBox>(form, form.tick);
-  auto& label = desk.widget<QLabel>(form, form.nameLabel);
+using ControlsShow = FormTest<ManyControls>;
+using TextBoxes = FormTest<ManyControls>;
+using CheckBoxes = FormTest<ManyControls>;
+using Menus = FormTest<ManyControls>;
 
-  struct Row {
-    const char* what;
-    std::function<void()> change;
-    std::function<bool()> shown;
-  };
+TEST_F(ControlsShow, PropertiesInTheNextTurn) {
+  auto& name = widgetOf<QLineEdit>(form.name);
+  auto& area = widgetOf<QPlainTextEdit>(form.area);
+  auto& secret = widgetOf<QLineEdit>(form.secret);
+  auto& tick = widgetOf<QCheckBox>(form.tick);
+  auto& label = widgetOf<QLabel>(form.nameLabel);
+  const QWidget& group = widgetOf(form.frame);
+  const QWidget& surface = *group.parentWidget();
+  const Color color{1, 2, 3};
+  const Place place = pixels(20, 220, 100, 40);
+
+  using Row = std::tuple<const char*, std::function<void()>, std::function<bool()>>;
   const std::vector<Row> rows = {
       {"caption of the form", [&] { form.Caption = "B\xFCro"; },
-       [&] { return frame.windowTitle() == QStringLiteral("Büro"); }},
+       [&] { return window().windowTitle() == "Büro"; }},
       {"label", [&] { form.nameLabel.Caption = "<b>x</b>"; },
        [&] { return label.text() == "<b>x</b>" && label.textFormat() == Qt::PlainText; }},
       {"an \"&\" of somebody's", [&] { form.nameLabel.Caption = "R&D"; },
        [&] { return label.text() == "R&&D" && name.accessibleName() == "R&D"; }},
-      {"colour",
-       [&] {
-         form.nameLabel.ForeColor = Color{1, 2, 3};
-       },
+      {"colour", [&] { form.nameLabel.ForeColor = color; },
        [&] { return label.palette().color(QPalette::WindowText) == QColor(1, 2, 3); }},
-      {"text", [&] { form.name.Text = "\xA5zero\x80"; },
-       [&] { return name.text() == QStringLiteral("¥zero€"); }},
+      {"text", [&] { form.name.Text = "\xA5zero\x80"; }, [&] { return name.text() == "¥zero€"; }},
       {"lines", [&] { form.area.Text = "a\r\nb\rc"; },
        [&] { return area.toPlainText() == "a\nb\nc"; }},
       {"locked", [&] { form.name.Locked = true; }, [&] { return name.isReadOnly(); }},
-      {"mask", [&] { form.secret.Text = "abc"; },
-       [&] { return desk.widget<QLineEdit>(form, form.secret).displayText() == "***"; }},
+      {"mask", [&] { form.secret.Text = "abc"; }, [&] { return secret.displayText() == "***"; }},
       {"another mask", [&] { form.secret.PasswordChar = '\xA4'; },
-       [&] {
-         return desk.widget<QLineEdit>(form, form.secret).displayText() == QStringLiteral("¤¤¤");
-       }},
+       [&] { return secret.displayText() == "¤¤¤"; }},
       {"caret", [&] { form.name.SelStart = 2; }, [&] { return name.cursorPosition() == 2; }},
       {"tick", [&] { form.tick.Value = 1; }, [&] { return tick.isChecked(); }},
       {"disabled", [&] { form.tick.Enabled = false; }, [&] { return !tick.isEnabled(); }},
       {"hidden frame", [&] { form.frame.Visible = false; }, [&] { return !tick.isVisible(); }},
-      {"place",
-       [&] {
-         form.ok.Move({300, 3300, 1500, 600});
-       },
-       [&] { return desk.widget(form, form.ok).geometry() == QRect(20, 220, 100, 40); }},
+      {"place", [&] { form.ok.Move(place); },
+       [&] { return widgetOf(form.ok).geometry() == QRect(20, 220, 100, 40); }},
       {"pointer", [&] { form.MousePointer_ = MousePointer::hourglass; },
-       [&] { return desk.widget(form, form.frame).parentWidget()->cursor() == Qt::WaitCursor; }},
-      {"size", [&] { form.ScaleWidth = 7500; },
-       [&] { return desk.widget(form, form.frame).parentWidget()->width() == 500; }},
-      {"gone", [&] { form.Visible = false; }, [&] { return !frame.isVisible(); }},
-  };
+       [&] { return surface.cursor() == Qt::WaitCursor; }},
+      {"size", [&] { form.ScaleWidth = 7500; }, [&] { return surface.width() == 500; }},
+      {"gone", [&] { form.Visible = false; }, [&] { return !window().isVisible(); }}};
   EXPECT_EQ(name.geometry(), QRect(100, 10, 200, 25));
-  EXPECT_EQ(tick.mapTo(&desk.widget(form, form.frame), QPoint()), QPoint(10, 20));
-  for (const Row& row : rows) {
-    EXPECT_FALSE(row.shown()) << row.what;
-    row.change();
-    Desk::turn();
-    EXPECT_TRUE(row.shown()) << row.what;
+  EXPECT_EQ(tick.mapTo(&group, QPoint()), QPoint(10, 20));
+  for (const auto& [what, change, shown] : rows) {
+    EXPECT_FALSE(shown()) << what;
+    change();
+    turn();
+    EXPECT_TRUE(shown()) << what;
   }
 }
 
-TEST(ControlsShow, NothingWhileHidden) {
+TEST(HiddenForms, HaveTimersAndNoWindow) {
   Desk desk;
   auto& form = desk.client->form<ManyControls>();
-  form.timer.Tick = [&] { form.log.emplace_back("tick"); };
-  Desk::turn();
-  EXPECT_EQ(desk.frame(form), nullptr);
-
+  int ticks = 0;
+  form.timer.Tick = [&] { ++ticks; };
   form.timer.Enabled = true;
   QTest::qWait(60);
+  EXPECT_EQ(desk.frame(form), nullptr);
   form.timer.Enabled = false;
-  const auto ticks = form.log.size();
-  EXPECT_GT(ticks, 2U);
+  const int before = ticks;
+  EXPECT_GT(before, 2);
   QTest::qWait(30);
-  EXPECT_EQ(form.log.size(), ticks);
+  EXPECT_EQ(ticks, before);
 }
 
-TEST(ControlsShow, AccessibleNames) {
-  Desk desk;
-  auto& form = desk.show<ManyControls>();
-  const auto nameOf = [&](const Control& control) {
-    return QAccessible::queryAccessibleInterface(&desk.widget(form, control))
-        ->text(QAccessible::Name)
-        .toStdString();
-  };
-  EXPECT_EQ(nameOf(form.name), "Name:");
-  EXPECT_EQ(nameOf(form.area), "Notes");
-  EXPECT_EQ(nameOf(form.people), "People");
-  EXPECT_EQ(nameOf(form.tick), "Tick");
-  EXPECT_EQ(nameOf(form.frame), "Group");
-  EXPECT_EQ(nameOf(form.ok), "Fine");
-  EXPECT_EQ(desk.widget<QLabel>(form, form.nameLabel).buddy(), &desk.widget(form, form.name));
+TEST_F(ControlsShow, AccessibleNames) {
+  using Row = std::pair<const Control&, const char*>;
+  for (const auto& [control, name] :
+       {Row{form.name, "Name:"}, Row{form.area, "Notes"}, Row{form.people, "People"},
+        Row{form.tick, "Tick"}, Row{form.frame, "Group"}, Row{form.ok, "Fine"}}) {
+    EXPECT_EQ(told(widgetOf(control)), name);
+  }
+  EXPECT_EQ(widgetOf<QLabel>(form.nameLabel).buddy(), &widgetOf(form.name));
 }
 
-TEST(TextBoxes, TypingIsInStepWithTheHandlers) {
-  Desk desk;
-  auto& form = desk.show<ManyControls>();
-  auto& edit = desk.widget<QLineEdit>(form, form.name);
+TEST_F(TextBoxes, TypingIsInStepWithTheHandlers) {
+  auto& edit = widgetOf<QLineEdit>(form.name);
   QTest::keyClicks(&edit, "abc");
   EXPECT_EQ(form.name.Text.get(), "abc");
   EXPECT_EQ(form.name.SelStart, 3);
@@ -134,37 +114,20 @@ TEST(TextBoxes, TypingIsInStepWithTheHandlers) {
   form.name.Change = [&] { form.name.Text = "other"; };
   QTest::keyClicks(&edit, "y");
   EXPECT_EQ(edit.text(), "other");
-  EXPECT_THAT(form.log, ElementsAre("resize 6000x4500", "xabc"));
+  EXPECT_THAT(form.log, ElementsAre("xabc"));
 }
 
-TEST(TextBoxes, WhatTheCodePageLacksShowsAsQuestionMark) {
-  struct Row {
-    const char16_t* pasted;
-    const char* bytes;
-    const char16_t* shown;
-  };
-  const Row rows[] = {
-      {u"one\r\ntwo\nthree", "one two three", u"one two three"},
-      {u"ÄÖ€¥", "\xC4\xD6\x80\xA5", u"ÄÖ€¥"},
-      {u"a→b", "a?b", u"a?b"},
-      {u"\xD83D\xDE00!", "?!", u"?!"},
-  };
-  for (const Row& row : rows) {
-    Desk desk;
-    auto& form = desk.show<ManyControls>();
-    auto& edit = desk.widget<QLineEdit>(form, form.name);
-    QGuiApplication::clipboard()->setText(QString::fromUtf16(row.pasted));
-    edit.paste();
-    EXPECT_EQ(form.name.Text.get(), row.bytes);
-    EXPECT_EQ(edit.text(), QString::fromUtf16(row.shown));
-    EXPECT_EQ(form.name.SelStart, static_cast<int>(form.name.Text.get().size()));
-  }
+TEST_F(TextBoxes, WhatTheCodePageLacksShowsAsQuestionMark) {
+  auto& edit = widgetOf<QLineEdit>(form.name);
+  QGuiApplication::clipboard()->setText(QStringLiteral("one\r\ntwo\nÄÖ€¥!→\U0001F600"));
+  edit.paste();
+  EXPECT_EQ(form.name.Text.get(), "one two \xC4\xD6\x80\xA5!??");
+  EXPECT_EQ(edit.text(), QStringLiteral("one two ÄÖ€¥!??"));
+  EXPECT_EQ(form.name.SelStart, 15);
 }
 
-TEST(TextBoxes, SeveralLines) {
-  Desk desk;
-  auto& form = desk.show<ManyControls>();
-  auto& edit = desk.widget<QPlainTextEdit>(form, form.area);
+TEST_F(TextBoxes, SeveralLines) {
+  auto& edit = widgetOf<QPlainTextEdit>(form.area);
   QTest::keyClicks(&edit, "ab");
   QTest::keyClick(&edit, Qt::Key_Return);
   QTest::keyClicks(&edit, QStringLiteral("c\u00A0"));
@@ -172,62 +135,54 @@ TEST(TextBoxes, SeveralLines) {
   EXPECT_EQ(form.area.SelStart, 6);
 }
 
-TEST(TextBoxes, LockedOnesAreForReadingAndCopying) {
-  Desk desk;
-  auto& form = desk.show<ManyControls>();
+TEST_F(TextBoxes, LockedOnesAreForReadingAndCopying) {
   for (TextBox* box : {&form.name, &form.area}) {
-    QWidget& widget = desk.widget(form, *box);
-    const QColor typedIn = widget.palette().color(QPalette::Base);
+    SCOPED_TRACE(box->Name);
+    QWidget& widget = widgetOf(*box);
+    const auto base = [&] { return widget.palette().color(QPalette::Base); };
+    const QColor typedIn = base();
     box->Text = "kept";
     box->Locked = true;
-    Desk::turn();
-    EXPECT_NE(widget.palette().color(QPalette::Base), typedIn) << box->Name;
+    turn();
+    EXPECT_NE(base(), typedIn);
     QGuiApplication::clipboard()->clear();
     QTest::keyClicks(&widget, "x");
-    QTest::keySequence(&widget, QKeySequence::SelectAll);
-    QTest::keySequence(&widget, QKeySequence::Copy);
-    QTest::keySequence(&widget, QKeySequence::Cut);
-    EXPECT_EQ(QGuiApplication::clipboard()->text(), "kept") << box->Name;
+    for (const auto keys : {QKeySequence::SelectAll, QKeySequence::Copy, QKeySequence::Cut}) {
+      QTest::keySequence(&widget, keys);
+    }
+    EXPECT_EQ(QGuiApplication::clipboard()->text(), "kept");
     EXPECT_EQ(box->Text.get(), "kept");
     box->Locked = false;
-    Desk::turn();
+    turn();
     QTest::keyClick(&widget, Qt::Key_End);
     QTest::keyClicks(&widget, "y");
     EXPECT_EQ(box->Text.get(), "kepty");
-    EXPECT_EQ(widget.palette().color(QPalette::Base), typedIn);
+    EXPECT_EQ(base(), typedIn);
   }
 }
 
-TEST(TextBoxes, EnterAndEscape) {
-  Desk desk;
-  auto& form = desk.client->form<ManyControls>();
-  form.log.clear();
+TEST_F(TextBoxes, EnterAndEscape) {
   form.name.KeyDown = [&](int key, int) { form.log.push_back("key " + std::to_string(key)); };
   form.people.DblClick = [&] { form.log.emplace_back("double"); };
   form.cancel.Cancel = true;
-  desk.show<ManyControls>();
-  form.log.clear();
-  QTest::keyClick(&desk.widget(form, form.name), Qt::Key_Return);
-  QTest::keyClick(&desk.widget(form, form.people), Qt::Key_Enter);
-  QTest::keyClick(&desk.widget(form, form.area), Qt::Key_Escape);
+  QTest::keyClick(&widgetOf(form.name), Qt::Key_Return);
+  QTest::keyClick(&widgetOf(form.people), Qt::Key_Enter);
+  QTest::keyClick(&widgetOf(form.area), Qt::Key_Escape);
   EXPECT_THAT(form.log, ElementsAre("key 13", "double", "cancel"));
 
   form.log.clear();
   form.ok.Default = true;
-  QTest::keyClick(&desk.widget(form, form.name), Qt::Key_Return);
-  QTest::keyClick(&desk.widget(form, form.area), Qt::Key_Return);
-  QTest::keyClick(&desk.widget(form, form.cancel), Qt::Key_Return);
+  for (const Control* at : std::initializer_list<Control*>{&form.name, &form.area, &form.cancel}) {
+    QTest::keyClick(&widgetOf(*at), Qt::Key_Return);
+  }
   form.ok.Enabled = false;
-  QTest::keyClick(&desk.widget(form, form.tick), Qt::Key_Return);
+  QTest::keyClick(&widgetOf(form.tick), Qt::Key_Return);
   EXPECT_THAT(form.log, ElementsAre("ok", "ok", "cancel"));
 }
 
-TEST(CheckBoxes, OrderOfEvents) {
-  Desk desk;
-  auto& form = desk.show<ManyControls>();
-  form.log.clear();
+TEST_F(CheckBoxes, OrderOfEvents) {
   const auto note = [&](const char* event) {
-    return form.log.push_back(event + std::to_string(form.tick.Value.get()));
+    form.log.push_back(event + std::to_string(form.tick.Value.get()));
   };
   form.tick.MouseDown = [&](MouseButton) { note("down "); };
   form.tick.Click = [&] { note("click "); };
@@ -235,23 +190,18 @@ TEST(CheckBoxes, OrderOfEvents) {
     note("up ");
     form.tick.Value = 1;
   };
-  auto& box = desk.widget<QCheckBox>(form, form.tick);
-  const QPoint onTick(8, box.height() / 2);
-  QTest::mouseClick(&box, Qt::LeftButton, {}, onTick);
-  QTest::mouseClick(&box, Qt::LeftButton, {}, onTick);
-  EXPECT_THAT(form.log, ElementsAre("down 0", "click 1", "up 1", "down 1", "click 0", "up 0"));
+  auto& box = widgetOf<QCheckBox>(form.tick);
+  for (int i = 0; i < 2; ++i) {
+    QTest::mouseClick(&box, Qt::LeftButton, {}, QPoint(8, box.height() / 2));
+  }
   EXPECT_TRUE(box.isChecked());
-  form.log.clear();
   QTest::keyClick(&box, Qt::Key_Space);
-  EXPECT_THAT(form.log, ElementsAre("click 0"));
+  EXPECT_THAT(form.log,
+              ElementsAre("down 0", "click 1", "up 1", "down 1", "click 0", "up 0", "click 0"));
 }
 
-TEST(Menus, BarAndPopUp) {
-  Desk desk;
-  auto& form = desk.show<ManyControls>();
-  form.log.clear();
-  const QWidget& frame = *desk.frame(form);
-  const auto* bar = frame.findChild<QMenuBar*>();
+TEST_F(Menus, BarAndPopUp) {
+  const auto* bar = window().findChild<QMenuBar*>();
   ASSERT_NE(bar, nullptr);
   ASSERT_EQ(bar->actions().size(), 2);
   EXPECT_TRUE(bar->actions()[0]->isVisible());

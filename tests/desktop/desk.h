@@ -3,6 +3,7 @@
 
 #include <gtest/gtest.h>
 
+#include <QAccessible>
 #include <QApplication>
 #include <QTest>
 #include <QTimer>
@@ -24,9 +25,8 @@ namespace kelvaron::testing {
 
 class ManyControls : public Form {
  public:
-  explicit ManyControls(Client& owner)
-      : Form({.name = "ManyControls", .caption = "Many", .width = 6000, .height = 4500}),
-        client(owner) {
+  explicit ManyControls(Client&)
+      : Form({.name = "ManyControls", .caption = "Many", .width = 6000, .height = 4500}) {
     area.MultiLine = true;
     area.AccessibleName = "Notes";
     people.AccessibleName = "People";
@@ -35,12 +35,7 @@ class ManyControls : public Form {
     cancel.Click = [this] { log.emplace_back("cancel"); };
     go.Click = [this] { log.emplace_back("go"); };
   }
-  void Form_Resize() override {
-    log.push_back("resize " + std::to_string(ScaleWidth.get()) + "x" +
-                  std::to_string(ScaleHeight.get()));
-  }
 
-  Client& client;
   std::vector<std::string> log;
 
   Label nameLabel{*this, "nameLabel", {150, 150, 1200, 300}, "&Name:"};
@@ -64,19 +59,14 @@ class ManyControls : public Form {
 /// A second form; what it is like is set before it is shown.
 class Plain : public Form {
  public:
-  explicit Plain(Client& owner)
-      : Form({.name = "Plain", .caption = "Plain", .width = 3000, .height = 1500}), client(owner) {}
-  void Form_Load() override {
-    if (onLoad) onLoad(*this);
-  }
+  explicit Plain(Client&)
+      : Form({.name = "Plain", .caption = "Plain", .width = 3000, .height = 1500}) {}
   void Form_Unload() override { ++unloads; }
   void Form_Resize() override { sizes.emplace_back(ScaleWidth.get(), ScaleHeight.get()); }
 
-  Client& client;
   std::vector<std::pair<int, int>> sizes;
   CommandButton button{*this, "button", {150, 150, 1200, 450}, "Press"};
   static inline int unloads = 0;
-  static inline std::function<void(Plain&)> onLoad;
 };
 
 /// A client on the real shell, with the windows of its forms.
@@ -89,7 +79,6 @@ class Desk {
         client(makeClient(edge, ports.with(sockets, dialogs, player.get()))),
         shell(*client, gate) {
     Plain::unloads = 0;
-    Plain::onLoad = nullptr;
   }
 
   /// The form on the screen.
@@ -112,6 +101,10 @@ class Desk {
     return dynamic_cast<Widget&>(shell.shown(form)->viewOf(control)->widget());
   }
 
+  /// What a screen reader hears of a widget.
+  static QString told(QWidget& widget, QAccessible::Text kind = QAccessible::Name) {
+    return QAccessible::queryAccessibleInterface(&widget)->text(kind);
+  }
   /// Runs `act` with the next modal dialog, once it is open.
   static void whenBoxOpens(std::function<void(QWidget&)> act) {
     QTimer::singleShot(20, [act = std::move(act)] {
@@ -132,6 +125,20 @@ class Desk {
   std::unique_ptr<MediaPlayer> player;
   std::unique_ptr<Client> client;
   Shell shell;
+};
+
+/// A desk with one form of a kind on the screen.
+template <class F>
+class FormTest : public ::testing::Test, protected Desk {
+ protected:
+  QWidget& window() const { return *frame(form); }
+  /// The widget of one of its controls.
+  template <class Widget = QWidget>
+  Widget& widgetOf(const Control& control) const {
+    return widget<Widget>(form, control);
+  }
+
+  F& form = show<F>();
 };
 
 }  // namespace kelvaron::testing

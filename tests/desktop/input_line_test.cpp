@@ -1,4 +1,4 @@
-// The room's line of input on the real shell: what its keys do to the line and to the chat view.
+// The room's line of input: completion, history, and what its keys do to the chat view.
 #include <gtest/gtest.h>
 
 #include <QClipboard>
@@ -6,14 +6,58 @@
 #include <QProcess>
 #include <QPushButton>
 #include <QStyleHints>
-#include <QTimer>
+#include <utility>
+#include <vector>
 
 #include "desktop/chat_view/chat_view.h"
+#include "desktop/controls/input_helpers.h"
 #include "desktop/shell/caret_rest.h"
 #include "tests/desktop/room_desk.h"
 
 namespace kelvaron::testing {
 namespace {
+
+TEST(NickCompletion, Lines) {
+  const QStringList nicks = {"ann", "Anna", "bob", "cy"};
+  // The caret stands at the bar.
+  using Case = std::pair<const char*, std::vector<const char*>>;
+  for (const auto& [before, after] :
+       {Case{"an|", {"ann: |", "Anna: |", "ann: |"}}, Case{"B|", {"bob: |"}},
+        Case{"hi an| there", {"hi ann | there", "hi Anna | there"}}, Case{"hi |", {nullptr}},
+        Case{"|an", {nullptr}}, Case{"zed|", {nullptr}}}) {
+    NickCompletion completion;
+    const QString text = QString::fromLatin1(before);
+    NickCompletion::Line line{QString(text).remove('|'), text.indexOf('|')};
+    for (const char* wanted : after) {
+      const auto next = completion.next(line, nicks);
+      ASSERT_EQ(next.has_value(), wanted != nullptr) << before;
+      if (!next) break;
+      line = *next;
+      EXPECT_EQ(QString(line.text).insert(line.caret, '|'), QString::fromLatin1(wanted));
+    }
+  }
+  // A name that was typed on from is a beginning again.
+  NickCompletion completion;
+  const auto first = completion.next({"an", 2}, nicks);
+  EXPECT_EQ(completion.next({first->text + "cy", first->caret + 2}, nicks)->text, "ann: cy ");
+}
+
+TEST(LineHistory, UpAndDown) {
+  LineHistory history;
+  EXPECT_FALSE(history.older("begun"));
+  for (const char* sent : {"one", "two", "two", "three"}) history.add(sent);
+  QString shown = "begun";
+  for (const char* sent : {"three", "two", "one"}) {
+    EXPECT_EQ(history.older(std::exchange(shown, sent)), sent);
+  }
+  EXPECT_FALSE(history.older(shown));
+  for (const char* sent : {"two", "three", "begun"}) EXPECT_EQ(history.newer(), sent);
+  EXPECT_FALSE(history.newer());
+  for (int i = 0; i < 200; ++i) history.add(QString::number(i));
+  int kept = 0;
+  while (history.older("")) ++kept;
+  EXPECT_EQ(kept, LineHistory::kMost);
+}
 
 class InputLine : public ::testing::Test {
  protected:
@@ -71,31 +115,24 @@ TEST_F(InputLine, KeysReachTheChatView) {
 
 TEST_F(InputLine, WhatIsTooLongIsRefusedWithASentence) {
   QTest::keyClicks(&edit, "before");
-  QTimer::singleShot(50, [] {
-    QWidget* box = QApplication::activeModalWidget();
-    ASSERT_NE(box, nullptr) << "no box is open";
-    box->close();
-  });
+  Desk::whenBoxOpens([](QWidget& box) { box.close(); });
   edit.insert(QString(70'000, 'x'));
-  QTest::qWait(150);
+  QTest::qWait(100);
   EXPECT_EQ(edit.text(), "before");
 }
 
 TEST_F(InputLine, LinesForTheUserAreMarked) {
-  struct Case {
-    const char* line;
-    bool forUser;
-  };
-  for (const Case& each :
+  using Case = std::pair<const char*, bool>;
+  for (const auto& [words, forUser] :
        {Case{"ann: hi BOB, ready?", true}, Case{"ann pats bob on the back", true},
         Case{"Private Message From ann: psst", true}, Case{"bob: hi, bob here", false},
         Case{"bob has become bored with life", false},
         Case{"[Server] bob has entered Kelvaron", false}, Case{"ann: bobby and kabob", false},
         Case{"ann: bob", true}}) {
     const std::size_t line = chat.notes().wholeLines();
-    desk.room().AppendChat(each.line);
+    desk.room().AppendChat(words);
     QTest::qWait(20);
-    EXPECT_EQ(chat.notes().isMarked(line), each.forUser) << each.line;
+    EXPECT_EQ(chat.notes().isMarked(line), forUser) << words;
   }
 }
 

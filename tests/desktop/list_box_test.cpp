@@ -14,8 +14,9 @@ namespace {
 
 using ::testing::ElementsAre;
 
-struct ListDesk : Desk {
-  ListDesk() : form(show<ManyControls>()), list(widget<QListView>(form, form.people)) {
+class ListBoxes : public FormTest<ManyControls> {
+ protected:
+  ListBoxes() {
     form.people.Click = [this] { note("click"); };
     form.people.DblClick = [this] { note("double"); };
     form.people.MouseUp = [this](MouseButton button) {
@@ -23,12 +24,13 @@ struct ListDesk : Desk {
     };
     fill(40);
     turn();
-    form.log.clear();
   }
   void note(const std::string& event) { form.log.push_back(event + " " + form.people.Text()); }
+  /// The events since the last call.
+  std::vector<std::string> log() { return std::exchange(form.log, {}); }
   void fill(int count) {
     form.people.Clear();
-    for (int i = 0; i < count; ++i) form.people.AddItem(QString("p%1").arg(100 + i).toStdString());
+    for (int i = 0; i < count; ++i) form.people.AddItem("p" + std::to_string(100 + i));
   }
   QPoint at(int row) const { return list.visualRect(list.model()->index(row, 0)).center(); }
   void click(int row, Qt::MouseButton button = Qt::LeftButton, Qt::KeyboardModifiers keys = {}) {
@@ -41,103 +43,90 @@ struct ListDesk : Desk {
     }
     return rows;
   }
-  int shownSelected() const {
-    return static_cast<int>(list.selectionModel()->selectedIndexes().size());
-  }
+  auto shownSelected() const { return list.selectionModel()->selectedIndexes().size(); }
 
-  ManyControls& form;
-  QListView& list;
+  QListView& list = widgetOf<QListView>(form.people);
 };
 
-TEST(ListBoxes, OneResetATurnAndNothingIsLost) {
-  ListDesk desk;
-  desk.click(3);
-  desk.click(5, Qt::LeftButton, Qt::ControlModifier);
-  desk.list.verticalScrollBar()->setValue(7);
-  QSignalSpy resets(desk.list.model(), &QAbstractItemModel::modelReset);
-  for (int i = 0; i < 20; ++i) desk.fill(50 + i);
+TEST_F(ListBoxes, OneResetATurnAndNothingIsLost) {
+  click(3);
+  click(5, Qt::LeftButton, Qt::ControlModifier);
+  list.verticalScrollBar()->setValue(7);
+  QSignalSpy resets(list.model(), &QAbstractItemModel::modelReset);
+  for (int i = 0; i < 20; ++i) fill(50 + i);
   EXPECT_EQ(resets.size(), 0);
-  Desk::turn();
+  turn();
   EXPECT_EQ(resets.size(), 1);
-  EXPECT_EQ(desk.list.model()->rowCount(), 69);
-  EXPECT_EQ(desk.shownSelected(), 2);
-  EXPECT_THAT(desk.selected(), ElementsAre(3, 5));
-  EXPECT_EQ(desk.list.currentIndex().row(), 5);
-  EXPECT_EQ(desk.list.verticalScrollBar()->value(), 7);
+  EXPECT_EQ(list.model()->rowCount(), 69);
+  EXPECT_EQ(shownSelected(), 2);
+  EXPECT_THAT(selected(), ElementsAre(3, 5));
+  EXPECT_EQ(list.currentIndex().row(), 5);
+  EXPECT_EQ(list.verticalScrollBar()->value(), 7);
 
-  desk.fill(69);  // the same again
-  Desk::turn();
+  fill(69);  // the same again
+  turn();
   EXPECT_EQ(resets.size(), 1);
 }
 
-TEST(ListBoxes, SelectingByMouseAndKeyboard) {
-  ListDesk desk;
-  desk.click(2);
-  EXPECT_THAT(desk.selected(), ElementsAre(2));
-  desk.click(4, Qt::LeftButton, Qt::ShiftModifier);
-  EXPECT_THAT(desk.selected(), ElementsAre(2, 3, 4));
-  EXPECT_EQ(desk.form.people.Text(), "p104");
-  desk.click(3, Qt::LeftButton, Qt::ControlModifier);
-  EXPECT_THAT(desk.selected(), ElementsAre(2, 4));
-  desk.click(1);
-  EXPECT_THAT(desk.selected(), ElementsAre(1));
-  desk.form.log.clear();
-  QTest::keyClick(&desk.list, Qt::Key_Down, Qt::ShiftModifier);
-  EXPECT_THAT(desk.selected(), ElementsAre(1, 2));
-  EXPECT_THAT(desk.form.log, ElementsAre("click p102"));
+TEST_F(ListBoxes, SelectingByMouseAndKeyboard) {
+  click(2);
+  EXPECT_THAT(selected(), ElementsAre(2));
+  click(4, Qt::LeftButton, Qt::ShiftModifier);
+  EXPECT_THAT(selected(), ElementsAre(2, 3, 4));
+  EXPECT_EQ(form.people.Text(), "p104");
+  click(3, Qt::LeftButton, Qt::ControlModifier);
+  EXPECT_THAT(selected(), ElementsAre(2, 4));
+  click(1);
+  EXPECT_THAT(selected(), ElementsAre(1));
+  log();
+  QTest::keyClick(&list, Qt::Key_Down, Qt::ShiftModifier);
+  EXPECT_THAT(selected(), ElementsAre(1, 2));
+  EXPECT_THAT(log(), ElementsAre("click p102"));
 
-  QTest::mousePress(desk.list.viewport(), Qt::LeftButton, {}, desk.at(0));
+  QTest::mousePress(list.viewport(), Qt::LeftButton, {}, at(0));
   for (const int row : {1, 2, 3}) {
-    QMouseEvent drag(QEvent::MouseMove, desk.at(row),
-                     desk.list.viewport()->mapToGlobal(desk.at(row)), Qt::NoButton, Qt::LeftButton,
-                     {});
-    QApplication::sendEvent(desk.list.viewport(), &drag);
+    QMouseEvent drag(QEvent::MouseMove, at(row), list.viewport()->mapToGlobal(at(row)),
+                     Qt::NoButton, Qt::LeftButton, {});
+    QApplication::sendEvent(list.viewport(), &drag);
   }
-  QTest::mouseRelease(desk.list.viewport(), Qt::LeftButton, {}, desk.at(3));
-  EXPECT_THAT(desk.selected(), ElementsAre(0, 1, 2, 3));
+  QTest::mouseRelease(list.viewport(), Qt::LeftButton, {}, at(3));
+  EXPECT_THAT(selected(), ElementsAre(0, 1, 2, 3));
 }
 
-TEST(ListBoxes, EventsOfTheButtons) {
-  ListDesk desk;
-  desk.click(2);
-  EXPECT_THAT(desk.form.log, ElementsAre("click p102", "left p102"));
-  desk.form.log.clear();
-  desk.click(5, Qt::RightButton);
-  EXPECT_THAT(desk.form.log, ElementsAre("right p102"));
-  EXPECT_THAT(desk.selected(), ElementsAre(2));
-  desk.form.log.clear();
+TEST_F(ListBoxes, EventsOfTheButtons) {
+  click(2);
+  EXPECT_THAT(log(), ElementsAre("click p102", "left p102"));
+  click(5, Qt::RightButton);
+  EXPECT_THAT(log(), ElementsAre("right p102"));
+  EXPECT_THAT(selected(), ElementsAre(2));
   QContextMenuEvent menuKey(QContextMenuEvent::Keyboard, QPoint(), QPoint());
-  QApplication::sendEvent(&desk.list, &menuKey);
-  QTest::mouseDClick(desk.list.viewport(), Qt::LeftButton, {}, desk.at(2));
-  QTest::keyClick(&desk.list, Qt::Key_Return);
-  EXPECT_THAT(desk.form.log, ElementsAre("right p102", "double p102", "double p102"));
+  QApplication::sendEvent(&list, &menuKey);
+  QTest::mouseDClick(list.viewport(), Qt::LeftButton, {}, at(2));
+  QTest::keyClick(&list, Qt::Key_Return);
+  EXPECT_THAT(log(), ElementsAre("right p102", "double p102", "double p102"));
 }
 
-TEST(ListBoxes, ClickBeforeARebuildIsShown) {
-  ListDesk desk;
-  const QPoint second = desk.at(1);
-  desk.form.people.AddItem("a first");  // moves every entry down, in the next turn
-  QTest::mouseClick(desk.list.viewport(), Qt::LeftButton, {}, second);
-  EXPECT_EQ(desk.form.people.Text(), "p100");
-  desk.form.people.setListIndex(desk.form.people.ListCount() - 1);
-  Desk::turn();
-  EXPECT_TRUE(
-      desk.list.viewport()->rect().intersects(desk.list.visualRect(desk.list.currentIndex())));
+TEST_F(ListBoxes, ClickBeforeARebuildIsShown) {
+  const QPoint second = at(1);
+  form.people.AddItem("a first");  // moves every entry down, in the next turn
+  QTest::mouseClick(list.viewport(), Qt::LeftButton, {}, second);
+  EXPECT_EQ(form.people.Text(), "p100");
+  form.people.setListIndex(form.people.ListCount() - 1);
+  turn();
+  EXPECT_TRUE(list.viewport()->rect().intersects(list.visualRect(list.currentIndex())));
 }
 
-TEST(ListBoxes, TheKeyboardAloneChoosesNothing) {
-  ListDesk desk;
-  ASSERT_TRUE(QTest::qWaitForWindowActive(desk.frame(desk.form)));
-  desk.form.name.SetFocus();
-  Desk::turn();
-  desk.form.people.SetFocus();
-  Desk::turn();
-  ASSERT_TRUE(desk.list.hasFocus());
-  EXPECT_EQ(desk.form.people.ListIndex(), -1);
-  EXPECT_EQ(desk.shownSelected(), 0);
-  QTest::keyClick(&desk.list, Qt::Key_Down);
-  EXPECT_EQ(desk.form.people.Text(), "p100");
-  EXPECT_THAT(desk.form.log, ElementsAre("click p100"));
+TEST_F(ListBoxes, TheKeyboardAloneChoosesNothing) {
+  ASSERT_TRUE(QTest::qWaitForWindowActive(&window()));
+  form.name.SetFocus();
+  turn();
+  form.people.SetFocus();
+  turn();
+  ASSERT_TRUE(list.hasFocus());
+  EXPECT_EQ(form.people.ListIndex(), -1);
+  EXPECT_EQ(shownSelected(), 0);
+  QTest::keyClick(&list, Qt::Key_Down);
+  EXPECT_THAT(log(), ElementsAre("click p100"));
 }
 
 }  // namespace

@@ -3,7 +3,6 @@
 #include <unistd.h>
 
 #include <QDesktopServices>
-#include <QTemporaryDir>
 #include <QTest>
 #include <QUrl>
 #include <chrono>
@@ -13,16 +12,26 @@
 #include "desktop/ports/application.h"
 #include "desktop/ports/qt_event_loop.h"
 #include "desktop/ports/sounds.h"
-#include "tests/desktop/page_catcher.h"
+#include "tests/support/temporary_folder.h"
 
 namespace kelvaron::testing {
+
+/// Stands in for the browser.
+class PageCatcher : public QObject {
+  Q_OBJECT
+
+ public:
+  QStringList opened;
+  Q_INVOKABLE void open(const QUrl& url) { opened << url.toString(); }
+};
+
 namespace {
 
 using namespace std::chrono_literals;
 
 TEST(Sounds, AreFoundBesideTheProgram) {
-  const QTemporaryDir folder;
-  const std::filesystem::path path = folder.path().toStdString();
+  const TemporaryFolder folder;
+  const auto& path = folder.path();
   std::filesystem::create_directory(path / "Sounds");
   std::ofstream(path / "Sounds" / "Boom.WAV") << "x";
   EXPECT_EQ(WaveSounds::find(path / "Sounds", "bOOM"), path / "Sounds" / "Boom.WAV");
@@ -38,8 +47,8 @@ constexpr const char* kPlayed = "broken";
 #endif
 
 TEST(Sounds, AFloodDoesNotWait) {
-  const QTemporaryDir folder;
-  const std::filesystem::path path = folder.path().toStdString();
+  const TemporaryFolder folder;
+  const auto& path = folder.path();
   std::filesystem::create_directory(path / "sounds");
   std::ofstream(path / "sounds" / "broken.wav") << "not a wave";
   WaveSounds sounds(path, path);
@@ -54,14 +63,12 @@ TEST(Pages, OnlyOfTheWeb) {
   QtApplication application(gate);
   PageCatcher catcher;
   const QStringList schemes = {"http", "https", "file", "ssh", "mailto"};
-  for (const QString& scheme : schemes) {
-    QDesktopServices::setUrlHandler(scheme, &catcher, "open");
-  }
+  for (const auto& scheme : schemes) QDesktopServices::setUrlHandler(scheme, &catcher, "open");
   for (const char* address : {"http://one.example/", "HTTPS://two.example/a", "file:///etc/passwd",
                               "ssh://x", "mailto:a@b", "relative", "http:", "-option"}) {
     application.showPage(address);
   }
-  for (const QString& scheme : schemes) QDesktopServices::unsetUrlHandler(scheme);
+  for (const auto& scheme : schemes) QDesktopServices::unsetUrlHandler(scheme);
   EXPECT_EQ(catcher.opened, (QStringList{"http://one.example/", "https://two.example/a"}));
 }
 
@@ -69,8 +76,7 @@ TEST(Loop, TimersAndDescriptors) {
   QtEventLoop loop;
   const auto start = std::chrono::steady_clock::now();
   std::chrono::steady_clock::duration waited{};
-  std::unique_ptr<LoopWatch> timer;
-  timer = loop.after(20ms, [&] {
+  std::unique_ptr<LoopWatch> timer = loop.after(20ms, [&] {
     waited = std::chrono::steady_clock::now() - start;
     timer.reset();
   });
@@ -91,3 +97,5 @@ TEST(Loop, TimersAndDescriptors) {
 
 }  // namespace
 }  // namespace kelvaron::testing
+
+#include "ports_test.moc"

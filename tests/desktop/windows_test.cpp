@@ -1,16 +1,21 @@
-// Windows come, go and end, from within their own handlers too.
+// Windows come, go and end, from within their own handlers too; what they hear of the mouse, and
+// the theme's contrasts.
 #include <gmock/gmock.h>
 
-#include <QCloseEvent>
-#include <QLabel>
-#include <QLineEdit>
-#include <QPlainTextEdit>
+#include <QMouseEvent>
 #include <QPointer>
 #include <QPushButton>
 #include <QScreen>
 #include <QScrollArea>
+#include <algorithm>
+#include <cmath>
+#include <tuple>
+#include <utility>
 
+#include "desktop/qt_values.h"
 #include "desktop/shell/theme.h"
+#include "desktop/shell/theme_drawing.h"
+#include "platform/shape.h"
 #include "tests/desktop/desk.h"
 
 namespace kelvaron::testing {
@@ -19,324 +24,308 @@ namespace {
 using ::testing::ElementsAre;
 using ::testing::Pair;
 
-TEST(Windows, UnloadFromOwnHandler) {
-  Desk desk;
-  auto& form = desk.show<Plain>();
-  const QPointer<QWidget> frame = desk.frame(form);
+class Windows : public ::testing::Test, protected Desk {
+ protected:
+  void press(Plain& form) { widget<QPushButton>(form, form.button).click(); }
+};
+
+TEST_F(Windows, UnloadFromOwnHandler) {
+  auto& form = show<Plain>();
+  const QPointer<QWidget> window = frame(form);
   form.button.Click = [&] {
-    desk.client->slots.unload(form);
-    EXPECT_FALSE(frame->isVisible());
-    desk.client->MsgBox("still here");
-    EXPECT_FALSE(frame.isNull()) << "its button is on the stack";
+    client->slots.unload(form);
+    EXPECT_FALSE(window->isVisible());
+    client->MsgBox("still here");
+    EXPECT_FALSE(window.isNull()) << "its button is on the stack";
   };
-  Desk::whenBoxOpens([](QWidget& box) { QTest::keyClick(&box, Qt::Key_Escape); });
-  desk.widget<QPushButton>(form, form.button).click();
-  EXPECT_EQ(desk.client->loadedForm<Plain>(), nullptr);
-  Desk::turn();
-  EXPECT_TRUE(frame.isNull());
-  EXPECT_NE(&desk.show<Plain>(), nullptr);
+  whenBoxOpens([](QWidget& box) { QTest::keyClick(&box, Qt::Key_Escape); });
+  press(form);
+  EXPECT_EQ(client->loadedForm<Plain>(), nullptr);
+  turn();
+  EXPECT_TRUE(window.isNull());
+  EXPECT_TRUE(frame(show<Plain>())->isVisible());
 }
 
-TEST(Windows, UnloadWhileItsOwnBoxIsOpen) {
-  Desk desk;
-  auto& form = desk.show<Plain>();
-  const QPointer<QWidget> frame = desk.frame(form);
-  form.button.Click = [&] { desk.client->MsgBox("asked from the window"); };
-  Desk::whenBoxOpens([&](QWidget& box) {
-    desk.edge.run([&] { desk.client->slots.unload(form); });
-    Desk::turn();
+TEST_F(Windows, UnloadWhileItsOwnBoxIsOpen) {
+  auto& form = show<Plain>();
+  const QPointer<QWidget> window = frame(form);
+  form.button.Click = [&] { client->MsgBox("asked from the window"); };
+  whenBoxOpens([&](QWidget& box) {
+    edge.run([&] { client->slots.unload(form); });
+    turn();
     EXPECT_TRUE(box.isVisible());
-    EXPECT_FALSE(frame.isNull());
+    EXPECT_FALSE(window.isNull());
     QTest::keyClick(&box, Qt::Key_Return);
   });
-  desk.widget<QPushButton>(form, form.button).click();
-  Desk::turn();
-  EXPECT_TRUE(frame.isNull());
+  press(form);
+  turn();
+  EXPECT_TRUE(window.isNull());
 }
 
-TEST(Windows, CloseButton) {
+TEST_F(Windows, CloseButton) {
   for (const bool closable : {true, false}) {
-    Desk desk;
-    auto& form = desk.client->form<Plain>();
+    Plain::unloads = 0;
+    auto& form = client->form<Plain>();
     form.ControlBox = closable;
-    desk.show<Plain>();
-    EXPECT_EQ(desk.frame(form)->windowFlags().testFlag(Qt::WindowCloseButtonHint), closable);
-    desk.frame(form)->close();
+    show<Plain>();
+    EXPECT_EQ(frame(form)->windowFlags().testFlag(Qt::WindowCloseButtonHint), closable);
+    frame(form)->close();
     EXPECT_EQ(Plain::unloads, closable ? 1 : 0);
-    EXPECT_EQ(desk.client->loadedForm<Plain>() == nullptr, closable);
+    EXPECT_EQ(client->loadedForm<Plain>() == nullptr, closable);
   }
 }
 
-TEST(Windows, SizeAndResize) {
-  Desk desk;
-  auto& fixed = desk.show<Plain>();
+TEST_F(Windows, SizeAndResize) {
+  auto& fixed = show<Plain>();
   EXPECT_THAT(fixed.sizes, ElementsAre(Pair(3000, 1500)));
-  EXPECT_EQ(desk.frame(fixed)->size(), QSize(200, 100));
-  desk.frame(fixed)->resize(500, 500);
-  Desk::turn();
-  EXPECT_EQ(desk.frame(fixed)->size(), QSize(200, 100));
-  desk.client->slots.unload(fixed);
+  EXPECT_EQ(frame(fixed)->size(), QSize(200, 100));
+  frame(fixed)->resize(500, 500);
+  turn();
+  EXPECT_EQ(frame(fixed)->size(), QSize(200, 100));
+  client->slots.unload(fixed);
 
-  auto& form = desk.client->form<Plain>();
+  auto& form = client->form<Plain>();
   form.Sizable = true;
-  desk.show<Plain>();
-  desk.frame(form)->resize(300, 120);
-  Desk::turn();
+  show<Plain>();
+  frame(form)->resize(300, 120);
+  turn();
   EXPECT_THAT(form.sizes, ElementsAre(Pair(3000, 1500), Pair(4500, 1800)));
   form.ScaleWidth = 3150;
-  Desk::turn();
-  EXPECT_EQ(desk.frame(form)->size(), QSize(210, 120));
+  turn();
+  EXPECT_EQ(frame(form)->size(), QSize(210, 120));
 }
 
-TEST(Windows, LargerThanTheScreen) {
-  Desk desk;
+TEST_F(Windows, LargerThanTheScreen) {
   const QSize screen = QGuiApplication::primaryScreen()->availableSize();
   for (const bool sizable : {false, true}) {
-    auto& form = desk.client->form<Plain>();
+    auto& form = client->form<Plain>();
     form.Sizable = sizable;
     form.ScaleWidth = toTwips(screen.width() + 400);
     form.ScaleHeight = toTwips(screen.height() + 400);
-    desk.show<Plain>();
-    const QWidget& frame = *desk.frame(form);
-    EXPECT_EQ(frame.size(), frame.size().boundedTo(screen));
-    EXPECT_GT(frame.width(), screen.width() * 3 / 4);
-    EXPECT_GT(frame.height(), screen.height() * 3 / 4);
-    EXPECT_EQ(frame.findChild<QScrollArea*>() == nullptr, sizable);
+    show<Plain>();
+    const QWidget& window = *frame(form);
+    EXPECT_EQ(window.size(), window.size().boundedTo(screen));
+    EXPECT_GT(window.width(), screen.width() * 3 / 4);
+    EXPECT_GT(window.height(), screen.height() * 3 / 4);
+    EXPECT_EQ(window.findChild<QScrollArea*>() == nullptr, sizable);
     // The design's own size comes first, so that a layout measured there fits afterwards.
     EXPECT_EQ(form.sizes.front().first, toTwips(screen.width() + 400));
     EXPECT_EQ(form.sizes.size(), sizable ? 2U : 1U);
-    desk.client->slots.unload(form);
+    client->slots.unload(form);
   }
 }
 
-TEST(Windows, KeyboardGoesWhereItIsWanted) {
-  Desk desk;
-  auto& form = desk.client->form<ManyControls>();
+TEST_F(Windows, KeyboardGoesWhereItIsWanted) {
+  auto& form = client->form<ManyControls>();
   form.secret.SetFocus();
-  desk.show<ManyControls>();
-  EXPECT_EQ(desk.frame(form)->focusWidget(), &desk.widget(form, form.secret));
+  show<ManyControls>();
+  EXPECT_EQ(frame(form)->focusWidget(), &widget(form, form.secret));
   form.tick.SetFocus();
-  Desk::turn();
-  EXPECT_EQ(desk.frame(form)->focusWidget(), &desk.widget(form, form.tick));
+  turn();
+  EXPECT_EQ(frame(form)->focusWidget(), &widget(form, form.tick));
 
-  auto& plain = desk.show<Plain>();
-  EXPECT_EQ(desk.frame(plain)->focusWidget(), &desk.widget(plain, plain.button));
+  auto& plain = show<Plain>();
+  EXPECT_EQ(frame(plain)->focusWidget(), &widget(plain, plain.button));
 }
 
-TEST(Windows, WhatComesByItselfLeavesTheKeyboard) {
-  Desk desk;
-  auto& typedIn = desk.show<ManyControls>();
-  ASSERT_TRUE(QTest::qWaitForWindowActive(desk.frame(typedIn)));
-  struct Row {
-    const char* what;
-    std::function<void(Form&)> bring;
-    bool activates;
-  };
-  const std::vector<Row> rows = {
-      {"from the network", [&](Form& form) { desk.edge.run([&] { form.Visible = true; }); }, false},
-      {"for the user", [&](Form& form) { desk.gate.run([&] { form.Visible = true; }); }, true},
-      {"to the front", [&](Form& form) { desk.edge.run([&] { form.Show(); }); }, true},
-      {"quietly", [&](Form& form) { desk.gate.run([&] { form.ShowQuietly(); }); }, false},
-  };
-  for (const Row& row : rows) {
-    auto& form = desk.client->form<Plain>();
-    row.bring(form);
+TEST_F(Windows, WhatComesByItselfLeavesTheKeyboard) {
+  QWidget* typedIn = frame(show<ManyControls>());
+  ASSERT_TRUE(QTest::qWaitForWindowActive(typedIn));
+  using Row = std::tuple<const char*, std::function<void(Form&)>, bool>;
+  for (const auto& [what, bring, activates] :
+       {Row{"from the network", [&](Form& form) { edge.run([&] { form.Visible = true; }); }, false},
+        Row{"for the user", [&](Form& form) { gate.run([&] { form.Visible = true; }); }, true},
+        Row{"to the front", [&](Form& form) { edge.run([&] { form.Show(); }); }, true},
+        Row{"quietly", [&](Form& form) { gate.run([&] { form.ShowQuietly(); }); }, false}}) {
+    SCOPED_TRACE(what);
+    auto& form = client->form<Plain>();
+    bring(form);
     QTest::qWait(50);
-    ASSERT_TRUE(desk.frame(form)->isVisible()) << row.what;
-    EXPECT_NE(desk.frame(form)->testAttribute(Qt::WA_ShowWithoutActivating), row.activates)
-        << row.what;
+    const QWidget& window = *frame(form);
+    ASSERT_TRUE(window.isVisible());
+    EXPECT_NE(window.testAttribute(Qt::WA_ShowWithoutActivating), activates);
     if (QGuiApplication::platformName() != "offscreen") {  // which activates whatever is shown
       EXPECT_TRUE(QTest::qWaitFor(
-          [&] { return desk.frame(form)->isActiveWindow() == row.activates; }, 1000))
-          << row.what;
+          [&, wanted = activates] { return window.isActiveWindow() == wanted; }, 1000));
     }
-    desk.client->slots.unload(form);
-    desk.frame(typedIn)->activateWindow();
-    ASSERT_TRUE(QTest::qWaitForWindowActive(desk.frame(typedIn)));
+    client->slots.unload(form);
+    typedIn->activateWindow();
+    ASSERT_TRUE(QTest::qWaitForWindowActive(typedIn));
   }
 }
 
-TEST(Windows, ShowOfAnOpenFormLeavesTheKeyboardUnlessAskedFor) {
-  Desk desk;
-  auto& open = desk.show<Plain>();
-  auto& typedIn = desk.show<ManyControls>();
-  ASSERT_TRUE(QTest::qWaitForWindowActive(desk.frame(typedIn)));
+TEST_F(Windows, ShowOfAnOpenFormLeavesTheKeyboardUnlessAskedFor) {
+  auto& open = show<Plain>();
+  QWidget* typedIn = frame(show<ManyControls>());
+  ASSERT_TRUE(QTest::qWaitForWindowActive(typedIn));
   for (int i = 0; i < 50; ++i) {
-    desk.edge.run([&] {
+    edge.run([&] {
       open.Show();
       open.ShowQuietly();
     });
-    Desk::turn();
-    ASSERT_TRUE(desk.frame(typedIn)->isActiveWindow()) << i;
+    turn();
+    ASSERT_TRUE(typedIn->isActiveWindow()) << i;
   }
-  desk.gate.run([&] { open.ShowQuietly(); });
+  gate.run([&] { open.ShowQuietly(); });
   QTest::qWait(50);
-  EXPECT_TRUE(desk.frame(typedIn)->isActiveWindow());
-  desk.gate.run([&] { open.Show(); });
-  EXPECT_TRUE(QTest::qWaitForWindowActive(desk.frame(open)));
+  EXPECT_TRUE(typedIn->isActiveWindow());
+  gate.run([&] { open.Show(); });
+  EXPECT_TRUE(QTest::qWaitForWindowActive(frame(open)));
 }
 
-TEST(Windows, DisabledTextLooksSo) {
-  Desk desk;
-  auto& form = desk.show<ManyControls>();
+TEST_F(Windows, DisabledTextLooksSo) {
+  auto& form = show<ManyControls>();
   form.ForeColor = Color{1, 2, 3};
   form.name.ForeColor = Color{1, 2, 3};
-  Desk::turn();
-  const QColor own(1, 2, 3);
-  const std::pair<Control*, QPalette::ColorRole> rows[] = {{&form.name, QPalette::Text},
-                                                           {&form.tick, QPalette::WindowText}};
-  for (const auto& [control, role] : rows) {
-    const QWidget& widget = desk.widget(form, *control);
-    EXPECT_EQ(widget.palette().color(role), own) << control->Name;
-    control->Enabled = false;
-    Desk::turn();
-    EXPECT_EQ(widget.palette().color(role), darkPalette().color(QPalette::Disabled, role))
-        << control->Name;
+  turn();
+  using Row = std::pair<Control&, QPalette::ColorRole>;
+  for (const auto& [control, role] :
+       {Row{form.name, QPalette::Text}, Row{form.tick, QPalette::WindowText}}) {
+    const QWidget& shown = widget(form, control);
+    EXPECT_EQ(shown.palette().color(role), QColor(1, 2, 3)) << control.Name;
+    control.Enabled = false;
+    turn();
+    EXPECT_EQ(shown.palette().color(role), darkPalette().color(QPalette::Disabled, role))
+        << control.Name;
   }
 }
 
-TEST(Boxes, StrangersTextIsPlainAndFitsTheScreen) {
-  Desk desk;
-  const std::string markup = "<b>bold</b> <img src='x'> & \xE4";
-  const std::string longWord(30000, 'w');
-  for (const std::string& text : {markup, longWord, std::string(5000, '\n') + "end"}) {
-    Desk::whenBoxOpens([&](QWidget& box) {
-      const QSize screen = box.screen()->availableSize();
-      EXPECT_EQ(box.size(), box.size().boundedTo(screen));
-      if (const auto* area = box.findChild<QPlainTextEdit*>()) {
-        const bool cut = text.size() > 4096;
-        EXPECT_EQ(area->toPlainText().toStdString(),
-                  text.substr(0, 4096) + (cut ? " [\u2026]" : ""));
-      } else {
-        const auto labels = box.findChildren<QLabel*>();
-        EXPECT_EQ(labels.back()->text(), QStringLiteral("<b>bold</b> <img src='x'> & ä"));
-        EXPECT_EQ(labels.back()->textFormat(), Qt::PlainText);
-      }
-      EXPECT_EQ(box.windowTitle(), "Title");
-      QTest::keyClick(&box, Qt::Key_Return);
-    });
-    desk.client->MsgBox(text, box_style::kCritical, "Title");
+class Surface : public Form {
+ public:
+  explicit Surface(Client&)
+      : Form({.name = "Surface", .caption = "Surface", .width = 6000, .height = 4500}) {
+    off.Enabled = false;
+    heard.MouseMove = [this] { log.emplace_back("image moved"); };
+    heard.Click = [this] { log.emplace_back("image clicked"); };
+  }
+  void Form_Click() override { log.emplace_back("clicked"); }
+  void Form_MouseMove() override { log.emplace_back("moved"); }
+
+  std::vector<std::string> log;
+  Label label{*this, "label", {150, 150, 1500, 300}, "Label"};
+  TextBox text{*this, "text", {150, 600, 1500, 375}};
+  TextBox off{*this, "off", {150, 1050, 1500, 375}};
+  Image heard{*this, "heard", {1800, 150, 900, 900}, "logo"};
+  Image silent{*this, "silent", {2850, 150, 900, 900}, "logo"};
+  ListBox list{*this, "list", {150, 1800, 1500, 900}, true, ListBox::Selection::one};
+  Frame frame{*this, "frame", {1800, 1800, 1500, 900}, "Frame"};
+  Label inFrame{frame, "inFrame", {150, 300, 400, 300}, "In"};
+};
+
+class Pointer : public FormTest<Surface> {
+ protected:
+  /// The widget that a real mouse would find over the middle of a control; without one, the form's.
+  QWidget& over(const Control* control) const {
+    if (control == nullptr) return surface;
+    QWidget& whole = widgetOf(*control);
+    QWidget* part = whole.childAt(whole.rect().center());
+    return part == nullptr ? whole : *part;
+  }
+  QPoint in(const QWidget& at) const {
+    return &at == &surface ? QPoint(350, 250) : at.rect().center();
+  }
+  void move(const Control* control) const {
+    QWidget& to = over(control);
+    QMouseEvent event(QEvent::MouseMove, in(to), to.mapToGlobal(in(to)), Qt::NoButton, Qt::NoButton,
+                      {});
+    QApplication::sendEvent(&to, &event);
+  }
+  /// What was heard since the last call.
+  std::vector<std::string> log() { return std::exchange(form.log, {}); }
+
+  QWidget& surface = *widgetOf(form.label).parentWidget();
+};
+
+TEST_F(Pointer, WhoHearsOfIt) {
+  using Heard = std::vector<std::string>;
+  const Heard formMoved = {"moved"};
+  using Row = std::tuple<const Control*, Heard, Heard>;
+  for (const auto& [control, moved, clicked] :
+       {Row{nullptr, formMoved, {"clicked"}}, Row{&form.label, formMoved, {"clicked"}},
+        Row{&form.text, formMoved, {}}, Row{&form.off, formMoved, {}},
+        Row{&form.list, formMoved, {}}, Row{&form.frame, formMoved, {}},
+        Row{&form.inFrame, formMoved, {}}, Row{&form.silent, formMoved, {}},
+        Row{&form.heard, {"image moved"}, {"image clicked"}}}) {
+    SCOPED_TRACE(control == nullptr ? "bare surface" : control->Name);
+    move(control);
+    move(control);
+    EXPECT_EQ(log(), Heard{});
+    turn();
+    EXPECT_EQ(log(), moved);
+
+    QWidget& at = over(control);
+    QTest::mouseClick(&at, Qt::LeftButton, {}, in(at));
+    QTest::mouseClick(&at, Qt::RightButton, {}, in(at));
+    EXPECT_EQ(log(), clicked);
   }
 }
 
-TEST(Boxes, OneAtATime) {
-  Desk desk;
-  std::vector<std::string> seen;
-  Desk::whenBoxOpens([&](QWidget& first) {
-    Desk::whenBoxOpens([&](QWidget& stillFirst) {
-      EXPECT_EQ(&stillFirst, &first) << "the other waits";
-      Desk::whenBoxOpens([&](QWidget& second) {
-        seen.push_back(second.windowTitle().toStdString());
-        QTest::keyClick(&second, Qt::Key_Return);
-      });
-      seen.push_back(first.windowTitle().toStdString());
-      QTest::keyClick(&first, Qt::Key_Return);
-    });
-    desk.client->MsgBox("b", box_style::kPlain, "second");
-  });
-  desk.client->MsgBox("a", box_style::kPlain, "first");
-  EXPECT_EQ(seen, (std::vector<std::string>{"first", "second"}));
+TEST_F(Pointer, TheLastPlaceOfATurnCounts) {
+  move(&form.heard);
+  move(nullptr);
+  turn();
+  EXPECT_THAT(log(), ElementsAre("moved"));
+  move(nullptr);
+  move(&form.heard);
+  turn();
+  EXPECT_THAT(log(), ElementsAre("image moved"));
 }
 
-TEST(Boxes, WhatComesByItselfTakesNoKeyAtFirstAndHasAWayOut) {
-  Desk desk;
-  Desk::whenBoxOpens([&](QWidget& first) {
-    // The time begins when the box shows, which has to wait for its turn.
-    QTimer::singleShot(700, &first, [&first] {
-      Desk::whenBoxOpens([](QWidget& box) {
-        for (const Qt::Key key : {Qt::Key_Return, Qt::Key_Escape, Qt::Key_Space}) {
-          QTest::keyClick(QApplication::focusWidget(), key);
-          ASSERT_TRUE(box.isVisible());
-        }
-        QTimer::singleShot(600, &box, [&box] {
-          for (auto* button : box.findChildren<QPushButton*>()) {
-            if (button->text() == "Disconnect") button->click();
-          }
-        });
-      });
-      first.close();
-    });
-    EXPECT_EQ(desk.dialogs.show({.text = "x", .unasked = true, .offersDisconnect = true}),
-              BoxAnswer::disconnect);
-  });
-  desk.client->MsgBox("first");
+TEST_F(Pointer, AClickBeginsAndEndsInOnePlace) {
+  QTest::mousePress(&surface, Qt::LeftButton, {}, in(surface));
+  QTest::mouseRelease(&over(&form.label), Qt::LeftButton);
+  EXPECT_THAT(log(), ElementsAre());
 }
 
-TEST(Boxes, Input) {
-  Desk desk;
-  const auto ask = [&](Qt::Key last) {
-    Desk::whenBoxOpens([last](QWidget& box) {
-      auto* edit = box.findChild<QLineEdit*>();
-      EXPECT_EQ(edit->selectedText(), "before");
-      edit->insert(QStringLiteral("né→w"));
-      QTest::keyClick(edit, last);
-    });
-    return desk.dialogs.InputBox("Who?", "Ask", "before");
-  };
-  EXPECT_EQ(ask(Qt::Key_Return), "n\xE9?w");
-  EXPECT_EQ(ask(Qt::Key_Escape), "");
+TEST_F(Pointer, MovesOfAFormThatGoesAreForgotten) {
+  move(nullptr);
+  client->slots.unload(form);
+  turn();
+  EXPECT_EQ(client->loadedForm<Surface>(), nullptr);
 }
 
-TEST(Boxes, QuestionIsNoUnlessYesIsSaid) {
-  Desk desk;
-  struct Row {
-    std::function<void(QWidget&)> answer;
-    bool agreed;
-  };
-  const Row rows[] = {
-      {[](QWidget& box) { QTest::keyClick(&box, Qt::Key_Return); }, false},
-      {[](QWidget& box) { QTest::keyClick(&box, Qt::Key_Escape); }, false},
-      {[](QWidget& box) { box.close(); }, false},
-      {[](QWidget& box) { QTest::keyClick(&box, Qt::Key_Y, Qt::AltModifier); }, true},
-      {[](QWidget& box) { QTest::keyClick(&box, Qt::Key_N, Qt::AltModifier); }, false},
-  };
-  for (const Row& row : rows) {
-    Desk::whenBoxOpens([&](QWidget& box) {
-      EXPECT_FALSE(box.windowFlags().testFlag(Qt::WindowMaximizeButtonHint));
-      EXPECT_TRUE(QTest::qWaitForWindowActive(&box));  // mnemonics work in there alone
-      row.answer(box);
-    });
-    EXPECT_EQ(desk.client->confirm("Sure?"), row.agreed);
+TEST_F(Pointer, Shapes) {
+  using Row = std::pair<MousePointer, Qt::CursorShape>;
+  for (const auto& [pointer, shape] : {Row{MousePointer::noDrop, Qt::ForbiddenCursor},
+                                       Row{MousePointer::hourglass, Qt::WaitCursor},
+                                       Row{MousePointer::standard, Qt::ArrowCursor}}) {
+    form.MousePointer_ = pointer;
+    turn();
+    EXPECT_EQ(surface.cursor().shape(), shape);
+    EXPECT_EQ(over(&form.label).cursor().shape(), shape);
+    EXPECT_EQ(over(&form.heard).cursor().shape(), Qt::PointingHandCursor);
   }
 }
 
-TEST(Boxes, FaultOfAHandlerIsTold) {
-  Desk desk;
-  auto& form = desk.show<Plain>();
-  form.button.Click = [] { throw Fault(fault_number::kOverflow, "Overflow it is"); };
-  std::string told;
-  Desk::whenBoxOpens([&](QWidget& box) {
-    told = box.findChildren<QLabel*>().back()->text().toStdString();
-    QTest::keyClick(&box, Qt::Key_Return);
-  });
-  desk.widget<QPushButton>(form, form.button).click();
-  EXPECT_EQ(told, "Overflow it is");
+double luminance(const QColor& color) {
+  const auto part = [](double value) {
+    return value <= 0.03928 ? value / 12.92 : std::pow((value + 0.055) / 1.055, 2.4);
+  };
+  return 0.2126 * part(color.redF()) + 0.7152 * part(color.greenF()) + 0.0722 * part(color.blueF());
 }
 
-TEST(End, ClosesOpenBoxesAndGoesNoFurther) {
-  Desk desk;
-  bool wentOn = false;
-  QTimer::singleShot(0, [&] {
-    auto& form = desk.show<Plain>();
-    form.button.Click = [&] {
-      desk.client->MsgBox("outer");
-      wentOn = true;
-    };
-    Desk::whenBoxOpens([&](QWidget&) {
-      // While the inner one waits for its turn.
-      QTimer::singleShot(20, [&] { desk.edge.run([&] { desk.client->ports.application.End(); }); });
-      desk.edge.run([&] {
-        desk.client->MsgBox("inner");
-        wentOn = true;
-      });
-    });
-    desk.widget<QPushButton>(form, form.button).click();
-  });
-  EXPECT_EQ(QApplication::exec(), 0);
-  EXPECT_TRUE(desk.edge.ended());
-  EXPECT_FALSE(wentOn);
-  for (const QWidget* window : QApplication::topLevelWidgets()) EXPECT_FALSE(window->isVisible());
-  EXPECT_THROW(desk.client->MsgBox("too late"), ProgramEnd);
+double contrast(const QColor& one, const QColor& other) {
+  const auto [low, high] = std::minmax({luminance(one), luminance(other)});
+  return (high + 0.05) / (low + 0.05);
+}
+
+// As the recommendations for accessible contents compute them.
+TEST(Theme, Contrasts) {
+  using namespace theme;
+  using Case = std::tuple<const char*, QColor, QColor, double>;
+  for (const auto& [what, front, ground, least] :
+       {Case{"border of a field on the window", kLine, kWindow, 3},
+        Case{"border of a field on the field", kLine, kField, 3},
+        Case{"border of a menu", kLine, kMenu, 3},
+        Case{"scroll handle on a field", kHandle, kField, 3},
+        Case{"scroll handle in the room", kHandle, Qt::black, 3},
+        Case{"held handle", kHandleHeld, kField, 3},
+        Case{"unlit lamp", toQt(Shape::kUnlit), kWindow, 3}, Case{"focus", kAccent, kWindow, 3},
+        Case{"text", kText, kWindow, 7}, Case{"text of a button", kText, kButton, 7},
+        Case{"selected text", Qt::white, kSelection, 4.5},
+        Case{"what is switched off", kDisabledText, kWindow, 4.5}}) {
+    EXPECT_GE(contrast(front, ground), least) << what;
+  }
 }
 
 }  // namespace
