@@ -1,6 +1,4 @@
 // Mouse and keyboard on the chat view: selecting, copying, links, typing.
-#include <gtest/gtest.h>
-
 #include <QAction>
 #include <QClipboard>
 #include <QInputMethodEvent>

@@ -1,15 +1,11 @@
 // The chat view at any length: scrolling, zoom, find, its voice and its colours.
-#include <gtest/gtest.h>
-
 #include <QAccessible>
 #include <QElapsedTimer>
 #include <QImage>
 #include <QLabel>
 #include <QLineEdit>
 #include <QScrollBar>
-#include <string>
 #include <tuple>
-#include <utility>
 
 #include "desktop/chat_view/chat_find_bar.h"
 #include "tests/desktop/chat_view_fixture.h"

@@ -1,20 +1,17 @@
-// Combo boxes, sliders, progress bars and lamps.
+// List and combo boxes, sliders, progress bars and lamps.
 #include <gmock/gmock.h>
 
 #include <QAbstractItemView>
 #include <QClipboard>
 #include <QComboBox>
-#include <QLabel>
-#include <QLineEdit>
+#include <QContextMenuEvent>
+#include <QListView>
 #include <QProgressBar>
+#include <QScrollBar>
+#include <QSignalSpy>
 #include <QSlider>
 #include <QWheelEvent>
-#include <tuple>
 
-#include "platform/combo_box.h"
-#include "platform/progress_bar.h"
-#include "platform/shape.h"
-#include "platform/slider.h"
 #include "tests/desktop/desk.h"
 
 namespace kelvaron::testing {
@@ -22,26 +19,7 @@ namespace {
 
 using ::testing::ElementsAre;
 
-class Choices : public Form {
- public:
-  explicit Choices(Client&)
-      : Form({.name = "Choices", .caption = "Choices", .width = 6000, .height = 4500}) {
-    for (const char* entry : {"doom.wad", "doom2.wad", "plutonia.wad"}) combo.AddItem(entry);
-    lamp.AccessibleName = "Ready";
-    named.AccessibleName = "Named";
-    slider.Change = [this] { log.push_back(slider.Value); };
-  }
-  std::vector<int> log;
-  TextBox text{*this, "text", {150, 150, 1500, 375}};
-  Label label{*this, "label", {150, 600, 1500, 300}, "&File:"};
-  ComboBox combo{*this, "combo", {1800, 600, 3000, 375}};
-  ComboBox named{*this, "named", {1800, 1050, 3000, 375}};
-  Slider slider{*this, "slider", {150, 1500, 3000, 375}, 0, 100, 30};
-  ProgressBar bar{*this, "bar", {150, 2000, 3000, 300}};
-  Shape lamp{*this, "lamp", {150, 2500, 360, 360}};
-};
-
-class ChoiceControls : public FormTest<Choices> {
+class ChoiceControls : public FormTest<ManyControls> {
  protected:
   static void turnWheel(QWidget& over) {
     QWheelEvent wheel(over.rect().center(), over.mapToGlobal(over.rect().center()), {}, {0, -120},
@@ -65,7 +43,7 @@ TEST_F(ComboBoxes, TypingAndChoosingAreTextAtOnce) {
   turn();
   QTest::keyClicks(&combo, "DOOM.WAD");
   QTest::keyClick(&combo, Qt::Key_Return);
-  form.text.SetFocus();
+  form.name.SetFocus();
   turn();
   EXPECT_EQ(text, "DOOM.WAD");
   EXPECT_EQ(combo.currentText(), "DOOM.WAD");
@@ -87,7 +65,6 @@ TEST_F(ComboBoxes, WhatTheCoreSets) {
     for (int i = 0; i < 2; ++i) box.AddItem("b");
     box.Text = "b";
   };
-  // What is done; the text, the number of entries and the current one that show.
   using Row = std::tuple<std::function<void()>, const char*, int, int>;
   for (const auto& [change, shown, entries, current] :
        {Row{[&] { box.Text = "doom2.wad"; }, "doom2.wad", 3, 1},
@@ -117,7 +94,7 @@ TEST_F(ComboBoxes, KeysActOnWhatTheCoreSaysNow) {
 TEST_F(ChoiceControls, WheelOnlyWithTheKeyboard) {
   ASSERT_TRUE(QTest::qWaitForWindowActive(&window()));
   form.combo.Text = "doom.wad";
-  form.text.SetFocus();
+  form.name.SetFocus();
   turn();
   for (QWidget* over : std::initializer_list<QWidget*>{&combo, combo.lineEdit(), &slider}) {
     turnWheel(*over);
@@ -152,6 +129,8 @@ TEST_F(ChoiceControls, WhatAScreenReaderHears) {
 }
 
 TEST_F(ChoiceControls, EachNewValueOfASliderAtOnce) {
+  std::vector<int> values;
+  form.slider.Change = [&] { values.push_back(form.slider.Value); };
   slider.setFocus();
   for (const Qt::Key key : {Qt::Key_Right, Qt::Key_PageUp, Qt::Key_End, Qt::Key_End}) {
     QTest::keyClick(&slider, key);
@@ -159,7 +138,7 @@ TEST_F(ChoiceControls, EachNewValueOfASliderAtOnce) {
   form.slider.Value = 20;
   turn();
   EXPECT_EQ(slider.value(), 20);
-  EXPECT_THAT(form.log, ElementsAre(31, 41, 100, 20));
+  EXPECT_THAT(values, ElementsAre(31, 41, 100, 20));
 
   QTest::mouseClick(&slider, Qt::LeftButton, {}, slider.rect().center());
   EXPECT_NEAR(form.slider.Value, 50, 2);
@@ -174,7 +153,6 @@ TEST_F(ChoiceControls, EachNewValueOfASliderAtOnce) {
 
 TEST_F(ChoiceControls, ProgressIsAShareOfAWhole) {
   auto& bar = widgetOf<QProgressBar>(form.bar);
-  // A value, the whole, and the thousandths that show.
   using Row = std::tuple<std::int64_t, std::int64_t, int>;
   for (const auto& [value, max, thousandths] :
        {Row{50, 100, 500}, Row{0, 0, 0}, Row{5, 0, 0}, Row{-1, 100, 0}, Row{7, 5, 1000},
@@ -204,6 +182,121 @@ TEST_F(ChoiceControls, LightAndWordsOfALamp) {
   turn();
   EXPECT_EQ(told(lamp, QAccessible::Description), "unlit");
   EXPECT_EQ(image(), unlit);
+}
+
+class ListBoxes : public FormTest<ManyControls> {
+ protected:
+  ListBoxes() {
+    form.people.Click = [this] { note("click"); };
+    form.people.DblClick = [this] { note("double"); };
+    form.people.MouseUp = [this](MouseButton button) {
+      note(button == MouseButton::right ? "right" : "left");
+    };
+    fill(40);
+    turn();
+  }
+  void note(const std::string& event) { form.log.push_back(event + " " + form.people.Text()); }
+  /// The events since the last call.
+  std::vector<std::string> log() { return std::exchange(form.log, {}); }
+  void fill(int count) {
+    form.people.Clear();
+    for (int i = 0; i < count; ++i) form.people.AddItem("p" + std::to_string(100 + i));
+  }
+  QPoint at(int row) const { return list.visualRect(list.model()->index(row, 0)).center(); }
+  void click(int row, Qt::MouseButton button = Qt::LeftButton, Qt::KeyboardModifiers keys = {}) {
+    QTest::mouseClick(list.viewport(), button, keys, at(row));
+  }
+  std::vector<int> selected() const {
+    std::vector<int> rows;
+    for (int i = 0; i < form.people.ListCount(); ++i) {
+      if (form.people.Selected(i)) rows.push_back(i);
+    }
+    return rows;
+  }
+  auto shownSelected() const { return list.selectionModel()->selectedIndexes().size(); }
+
+  QListView& list = widgetOf<QListView>(form.people);
+};
+
+TEST_F(ListBoxes, OneResetATurnAndNothingIsLost) {
+  click(3);
+  click(5, Qt::LeftButton, Qt::ControlModifier);
+  list.verticalScrollBar()->setValue(7);
+  QSignalSpy resets(list.model(), &QAbstractItemModel::modelReset);
+  for (int i = 0; i < 20; ++i) fill(50 + i);
+  EXPECT_EQ(resets.size(), 0);
+  turn();
+  EXPECT_EQ(resets.size(), 1);
+  EXPECT_EQ(list.model()->rowCount(), 69);
+  EXPECT_EQ(shownSelected(), 2);
+  EXPECT_THAT(selected(), ElementsAre(3, 5));
+  EXPECT_EQ(list.currentIndex().row(), 5);
+  EXPECT_EQ(list.verticalScrollBar()->value(), 7);
+
+  fill(69);  // the same again
+  turn();
+  EXPECT_EQ(resets.size(), 1);
+}
+
+TEST_F(ListBoxes, SelectingByMouseAndKeyboard) {
+  click(2);
+  EXPECT_THAT(selected(), ElementsAre(2));
+  click(4, Qt::LeftButton, Qt::ShiftModifier);
+  EXPECT_THAT(selected(), ElementsAre(2, 3, 4));
+  EXPECT_EQ(form.people.Text(), "p104");
+  click(3, Qt::LeftButton, Qt::ControlModifier);
+  EXPECT_THAT(selected(), ElementsAre(2, 4));
+  click(1);
+  EXPECT_THAT(selected(), ElementsAre(1));
+  log();
+  QTest::keyClick(&list, Qt::Key_Down, Qt::ShiftModifier);
+  EXPECT_THAT(selected(), ElementsAre(1, 2));
+  EXPECT_THAT(log(), ElementsAre("click p102"));
+
+  QTest::mousePress(list.viewport(), Qt::LeftButton, {}, at(0));
+  for (const int row : {1, 2, 3}) {
+    QMouseEvent drag(QEvent::MouseMove, at(row), list.viewport()->mapToGlobal(at(row)),
+                     Qt::NoButton, Qt::LeftButton, {});
+    QApplication::sendEvent(list.viewport(), &drag);
+  }
+  QTest::mouseRelease(list.viewport(), Qt::LeftButton, {}, at(3));
+  EXPECT_THAT(selected(), ElementsAre(0, 1, 2, 3));
+}
+
+TEST_F(ListBoxes, EventsOfTheButtons) {
+  click(2);
+  EXPECT_THAT(log(), ElementsAre("click p102", "left p102"));
+  click(5, Qt::RightButton);
+  EXPECT_THAT(log(), ElementsAre("right p102"));
+  EXPECT_THAT(selected(), ElementsAre(2));
+  QContextMenuEvent menuKey(QContextMenuEvent::Keyboard, QPoint(), QPoint());
+  QApplication::sendEvent(&list, &menuKey);
+  QTest::mouseDClick(list.viewport(), Qt::LeftButton, {}, at(2));
+  QTest::keyClick(&list, Qt::Key_Return);
+  EXPECT_THAT(log(), ElementsAre("right p102", "double p102", "double p102"));
+}
+
+TEST_F(ListBoxes, ClickBeforeARebuildIsShown) {
+  const QPoint second = at(1);
+  form.people.AddItem("a first");  // moves every entry down, in the next turn
+  QTest::mouseClick(list.viewport(), Qt::LeftButton, {}, second);
+  EXPECT_EQ(form.people.Text(), "p100");
+  form.people.setListIndex(form.people.ListCount() - 1);
+  turn();
+  EXPECT_TRUE(list.viewport()->rect().intersects(list.visualRect(list.currentIndex())));
+}
+
+TEST_F(ListBoxes, TheKeyboardAloneChoosesNothing) {
+  ASSERT_TRUE(QTest::qWaitForWindowActive(&window()));
+  form.name.SetFocus();
+  turn();
+  form.people.SetFocus();
+  turn();
+  ASSERT_TRUE(list.hasFocus());
+  EXPECT_EQ(form.people.ListIndex(), -1);
+  EXPECT_EQ(shownSelected(), 0);
+  QTest::keyClick(&list, Qt::Key_Down);
+  EXPECT_THAT(log(), ElementsAre("click p100"));
 }
 
 }  // namespace

@@ -3,13 +3,8 @@
 
 #include <QCheckBox>
 #include <QClipboard>
-#include <QLabel>
-#include <QLineEdit>
 #include <QMenu>
 #include <QMenuBar>
-#include <QPlainTextEdit>
-#include <tuple>
-#include <utility>
 
 #include "tests/desktop/desk.h"
 
@@ -18,19 +13,16 @@ namespace {
 
 using ::testing::ElementsAre;
 
-using ControlsShow = FormTest<ManyControls>;
+using Controls = FormTest<ManyControls>;
 using TextBoxes = FormTest<ManyControls>;
-using CheckBoxes = FormTest<ManyControls>;
-using Menus = FormTest<ManyControls>;
 
-TEST_F(ControlsShow, PropertiesInTheNextTurn) {
+TEST_F(Controls, ShowPropertiesInTheNextTurn) {
   auto& name = widgetOf<QLineEdit>(form.name);
   auto& area = widgetOf<QPlainTextEdit>(form.area);
   auto& secret = widgetOf<QLineEdit>(form.secret);
   auto& tick = widgetOf<QCheckBox>(form.tick);
   auto& label = widgetOf<QLabel>(form.nameLabel);
   const QWidget& group = widgetOf(form.frame);
-  const QWidget& surface = *group.parentWidget();
   const Color color{1, 2, 3};
   const Place place = pixels(20, 220, 100, 40);
 
@@ -47,19 +39,14 @@ TEST_F(ControlsShow, PropertiesInTheNextTurn) {
       {"text", [&] { form.name.Text = "\xA5zero\x80"; }, [&] { return name.text() == "¥zero€"; }},
       {"lines", [&] { form.area.Text = "a\r\nb\rc"; },
        [&] { return area.toPlainText() == "a\nb\nc"; }},
-      {"locked", [&] { form.name.Locked = true; }, [&] { return name.isReadOnly(); }},
       {"mask", [&] { form.secret.Text = "abc"; }, [&] { return secret.displayText() == "***"; }},
       {"another mask", [&] { form.secret.PasswordChar = '\xA4'; },
        [&] { return secret.displayText() == "¤¤¤"; }},
       {"caret", [&] { form.name.SelStart = 2; }, [&] { return name.cursorPosition() == 2; }},
       {"tick", [&] { form.tick.Value = 1; }, [&] { return tick.isChecked(); }},
-      {"disabled", [&] { form.tick.Enabled = false; }, [&] { return !tick.isEnabled(); }},
       {"hidden frame", [&] { form.frame.Visible = false; }, [&] { return !tick.isVisible(); }},
       {"place", [&] { form.ok.Move(place); },
        [&] { return widgetOf(form.ok).geometry() == QRect(20, 220, 100, 40); }},
-      {"pointer", [&] { form.MousePointer_ = MousePointer::hourglass; },
-       [&] { return surface.cursor() == Qt::WaitCursor; }},
-      {"size", [&] { form.ScaleWidth = 7500; }, [&] { return surface.width() == 500; }},
       {"gone", [&] { form.Visible = false; }, [&] { return !window().isVisible(); }}};
   EXPECT_EQ(name.geometry(), QRect(100, 10, 200, 25));
   EXPECT_EQ(tick.mapTo(&group, QPoint()), QPoint(10, 20));
@@ -86,7 +73,7 @@ TEST(HiddenForms, HaveTimersAndNoWindow) {
   EXPECT_EQ(ticks, before);
 }
 
-TEST_F(ControlsShow, AccessibleNames) {
+TEST_F(Controls, AccessibleNames) {
   using Row = std::pair<const Control&, const char*>;
   for (const auto& [control, name] :
        {Row{form.name, "Name:"}, Row{form.area, "Notes"}, Row{form.people, "People"},
@@ -180,7 +167,7 @@ TEST_F(TextBoxes, EnterAndEscape) {
   EXPECT_THAT(form.log, ElementsAre("ok", "ok", "cancel"));
 }
 
-TEST_F(CheckBoxes, OrderOfEvents) {
+TEST_F(Controls, OrderOfEventsOfACheckBox) {
   const auto note = [&](const char* event) {
     form.log.push_back(event + std::to_string(form.tick.Value.get()));
   };
@@ -200,7 +187,7 @@ TEST_F(CheckBoxes, OrderOfEvents) {
               ElementsAre("down 0", "click 1", "up 1", "down 1", "click 0", "up 0", "click 0"));
 }
 
-TEST_F(Menus, BarAndPopUp) {
+TEST_F(Controls, MenuBarAndPopUp) {
   const auto* bar = window().findChild<QMenuBar*>();
   ASSERT_NE(bar, nullptr);
   ASSERT_EQ(bar->actions().size(), 2);

@@ -1,15 +1,8 @@
 // Boxes and the dialog that chooses a file: what they show, and what comes of what the user does.
-#include <gtest/gtest.h>
 
 #include <QDir>
-#include <QLabel>
-#include <QLineEdit>
-#include <QPlainTextEdit>
-#include <QPushButton>
 #include <QScreen>
 #include <fstream>
-#include <tuple>
-#include <utility>
 
 #include "desktop/ports/file_dialog.h"
 #include "platform/common_dialog.h"
@@ -35,8 +28,9 @@ class FileDialogs : public ::testing::Test, protected Desk {
         [&] { return box.isActiveWindow() && box.focusWidget() != nullptr; }, 2000));
     QWidget* edit = box.focusWidget();
     QTest::keyClick(edit, Qt::Key_A, Qt::ControlModifier);
-    for (const QChar letter : QString::fromUtf8(name))
+    for (const QChar letter : QString::fromUtf8(name)) {
       QTest::sendKeyEvent(QTest::Click, edit, Qt::Key_unknown, QString(letter), Qt::NoModifier);
+    }
     QTest::keyClick(edit, Qt::Key_Return);
   }
 
@@ -46,7 +40,6 @@ class FileDialogs : public ::testing::Test, protected Desk {
 TEST_F(FileDialogs, WhereTheyStart) {
   const QString here = QString::fromStdString(home.path().string());
   const QString usual = QDir::homePath();
-  // The folder that is told, the one before, and where it starts.
   using Row = std::tuple<std::string, QString, QString>;
   for (const auto& [told, before, start] :
        {Row{"", "", usual}, Row{"", here + "/sub", here + "/sub"}, Row{"", here + "/gone", usual},
@@ -79,7 +72,6 @@ TEST_F(FileDialogs, WhatTheyGive) {
   EXPECT_EQ(dialog.FileName, "before");
   dialog.InitDir = full("");
   dialog.DefaultExt = "wad";
-  // What is typed, and folder and name of what is given.
   using Row = std::tuple<const char*, std::string, std::string>;
   for (const auto& [typed, folder, name] :
        {Row{"doom2.wad", "", "doom2.wad"}, Row{"doom2", "", "doom2.wad"},
@@ -207,7 +199,6 @@ TEST_F(Boxes, QuestionIsNoUnlessYesIsSaid) {
   }
 }
 
-// The end of the program.
 TEST_F(Boxes, TheEndClosesThemAndGoesNoFurther) {
   bool wentOn = false;
   const auto ask = [&](const char* text) {

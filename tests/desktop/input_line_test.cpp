@@ -1,13 +1,7 @@
 // The room's line of input: completion, history, and what its keys do to the chat view.
-#include <gtest/gtest.h>
 
-#include <QClipboard>
-#include <QLineEdit>
 #include <QProcess>
-#include <QPushButton>
 #include <QStyleHints>
-#include <utility>
-#include <vector>
 
 #include "desktop/chat_view/chat_view.h"
 #include "desktop/controls/input_helpers.h"
@@ -59,14 +53,14 @@ TEST(LineHistory, UpAndDown) {
   EXPECT_EQ(kept, LineHistory::kMost);
 }
 
-class InputLine : public ::testing::Test {
+class InputLine : public ::testing::Test, protected RoomDesk {
  protected:
-  void SetUp() override {
-    desk.room().Label1.Caption = "bob";
-    for (const char* user : {"ann[IG]", "Anna", "bob"}) desk.room().List1.AddItem(user);
-    for (int i = 0; i < 300; ++i) desk.room().AppendChat("line " + std::to_string(i));
+  InputLine() {
+    room().Label1.Caption = "bob";
+    for (const char* user : {"ann[IG]", "Anna", "bob"}) room().List1.AddItem(user);
+    for (int i = 0; i < 300; ++i) room().AppendChat("line " + std::to_string(i));
     QTest::qWait(30);
-    desk.frame().activateWindow();
+    frame().activateWindow();
     edit.setFocus();
   }
   void key(Qt::Key each, Qt::KeyboardModifiers modifiers = Qt::NoModifier) {
@@ -74,9 +68,8 @@ class InputLine : public ::testing::Test {
     QTest::qWait(1);
   }
 
-  RoomDesk desk;
-  QLineEdit& edit = dynamic_cast<QLineEdit&>(desk.widgetOf(desk.room().txtinput));
-  ChatView& chat = dynamic_cast<ChatView&>(desk.widgetOf(desk.room().txtOutput));
+  QLineEdit& edit = dynamic_cast<QLineEdit&>(widgetOf(room().txtinput));
+  ChatView& chat = dynamic_cast<ChatView&>(widgetOf(room().txtOutput));
 };
 
 TEST_F(InputLine, TabCompletesNicknamesOfTheList) {
@@ -85,7 +78,7 @@ TEST_F(InputLine, TabCompletesNicknamesOfTheList) {
   EXPECT_EQ(edit.text(), "Anna: ");
   key(Qt::Key_Tab);
   EXPECT_EQ(edit.text(), "ann: ");
-  EXPECT_EQ(desk.room().txtinput.Text.get(), "ann: ") << "the control knows";
+  EXPECT_EQ(room().txtinput.Text.get(), "ann: ") << "the control knows";
   edit.clear();
   key(Qt::Key_Tab);
   EXPECT_FALSE(edit.hasFocus()) << "on an empty line it moves on";
@@ -95,7 +88,7 @@ TEST_F(InputLine, KeysReachTheChatView) {
   const ChatRow end = chat.topRow();
   key(Qt::Key_PageUp);
   EXPECT_LT(chat.topRow(), end);
-  desk.room().AppendChat("below");
+  room().AppendChat("below");
   QTest::qWait(30);
   const auto* below = chat.findChild<QPushButton*>();
   ASSERT_NE(below, nullptr);
@@ -115,7 +108,7 @@ TEST_F(InputLine, KeysReachTheChatView) {
 
 TEST_F(InputLine, WhatIsTooLongIsRefusedWithASentence) {
   QTest::keyClicks(&edit, "before");
-  Desk::whenBoxOpens([](QWidget& box) { box.close(); });
+  whenBoxOpens([](QWidget& box) { box.close(); });
   edit.insert(QString(70'000, 'x'));
   QTest::qWait(100);
   EXPECT_EQ(edit.text(), "before");
@@ -130,7 +123,7 @@ TEST_F(InputLine, LinesForTheUserAreMarked) {
         Case{"[Server] bob has entered Kelvaron", false}, Case{"ann: bobby and kabob", false},
         Case{"ann: bob", true}}) {
     const std::size_t line = chat.notes().wholeLines();
-    desk.room().AppendChat(words);
+    room().AppendChat(words);
     QTest::qWait(20);
     EXPECT_EQ(chat.notes().isMarked(line), forUser) << words;
   }
@@ -139,33 +132,30 @@ TEST_F(InputLine, LinesForTheUserAreMarked) {
 // Where a window manager marks it, while another program has the keyboard.
 TEST_F(InputLine, ALineForTheUserCallsForAttention) {
   if (QGuiApplication::platformName() != "xcb") GTEST_SKIP() << "needs a window manager";
-  const auto told = [](const QString& program, const QStringList& arguments) {
+  const QString id = QString::number(frame().winId());
+  const auto run = [](const QString& program, const QStringList& arguments) {
     QProcess process;
     process.start(program, arguments);
     process.waitForFinished();
-    return QString::fromLatin1(process.readAllStandardOutput());
+    return process.readAllStandardOutput();
   };
-  const auto state = [&] {
-    return told("xprop", {"-id", QString::number(desk.frame().winId()), "_NET_WM_STATE"});
+  const auto calls = [&] {
+    QTest::qWait(100);
+    return run("xprop", {"-id", id, "_NET_WM_STATE"}).contains("DEMANDS_ATTENTION");
   };
   // A window of another program, which gets the keyboard as new windows do.
   QProcess other;
   other.start("xev", QStringList());
-  for (int i = 0; i < 100 && QApplication::applicationState() == Qt::ApplicationActive; ++i) {
-    QTest::qWait(20);
-  }
-  ASSERT_NE(QApplication::applicationState(), Qt::ApplicationActive);
-  desk.room().AppendChat("ann: hi all");
-  QTest::qWait(100);
-  EXPECT_FALSE(state().contains("DEMANDS_ATTENTION")) << state().toStdString();
-  desk.room().AppendChat("ann: hi bob");
-  QTest::qWait(100);
-  EXPECT_TRUE(state().contains("DEMANDS_ATTENTION")) << state().toStdString();
+  ASSERT_TRUE(QTest::qWaitFor(
+      [] { return QApplication::applicationState() != Qt::ApplicationActive; }, 2000));
+  room().AppendChat("ann: hi all");
+  EXPECT_FALSE(calls());
+  room().AppendChat("ann: hi bob");
+  EXPECT_TRUE(calls());
   other.kill();
   other.waitForFinished();
-  told("xdotool", {"windowactivate", "--sync", QString::number(desk.frame().winId())});
-  QTest::qWait(100);
-  EXPECT_FALSE(state().contains("DEMANDS_ATTENTION")) << "it was looked at";
+  run("xdotool", {"windowactivate", "--sync", id});
+  EXPECT_FALSE(calls()) << "it was looked at";
 }
 
 TEST_F(InputLine, ItsCaretStandsStillWhereNobodyTypes) {

@@ -8,7 +8,7 @@ namespace kelvaron::testing {
 
 class RoomDesk : public Desk {
  public:
-  explicit RoomDesk(PlayerMaker makePlayer = nullptr) : Desk(makePlayer) {
+  RoomDesk() {
     room().Show();
     turn();
   }
