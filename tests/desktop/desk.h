@@ -87,20 +87,16 @@ class Plain : public Form {
  public:
   explicit Plain(Client&)
       : Form({.name = "Plain", .caption = "Plain", .width = 3000, .height = 1500}) {}
-  void Form_Unload() override { ++unloads; }
   void Form_Resize() override { sizes.emplace_back(ScaleWidth.get(), ScaleHeight.get()); }
 
   std::vector<std::pair<int, int>> sizes;
   CommandButton button{*this, "button", {150, 150, 1200, 450}, "Press"};
-  static inline int unloads = 0;
 };
 
 /// A client on the real shell, with the windows of its forms.
 class Desk {
  public:
-  Desk() : client(makeClient(edge, ports.with(sockets, dialogs))), shell(*client, gate) {
-    Plain::unloads = 0;
-  }
+  Desk() : client(makeClient(edge, ports.with(sockets, dialogs))), shell(*client, gate) {}
 
   /// The form on the screen.
   template <class F>
@@ -129,11 +125,9 @@ class Desk {
   /// Runs `act` with the next modal dialog, once it is open.
   static void whenBoxOpens(std::function<void(QWidget&)> act) {
     QTimer::singleShot(20, [act = std::move(act)] {
-      if (QWidget* box = QApplication::activeModalWidget()) {
-        act(*box);
-      } else {
-        ADD_FAILURE() << "no box is open";
-      }
+      QWidget* box = QApplication::activeModalWidget();
+      ASSERT_NE(box, nullptr) << "no box is open";
+      act(*box);
     });
   }
 
