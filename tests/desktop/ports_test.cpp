@@ -78,7 +78,8 @@ TEST(Pages, OnlyOfTheWeb) {
 
 /// A wave file: a minute of silence, one channel of 8000 samples a second with 16 bits each.
 const std::string kWave =
-    "RIFF\x24\xA6\x0E\0WAVEfmt \x10\0\0\0\1\0\1\0\x40\x1F\0\0\x80\x3E\0\0\2\0\x10\0data\0\xA6\x0E\0"s +
+    "RIFF\x24\xA6\x0E\0WAVEfmt \x10\0\0\0\1\0\1\0"
+    "\x40\x1F\0\0\x80\x3E\0\0\2\0\x10\0data\0\xA6\x0E\0"s +
     std::string(960'000, '\0');
 
 std::string page(const std::string& content, const std::string& status = "200 OK") {
