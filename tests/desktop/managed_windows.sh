@@ -7,4 +7,4 @@ set -u
 trap stop_display EXIT
 start_display || exit 1
 export QT_QPA_PLATFORM=xcb
-"$1" --gtest_filter='Windows.*:ListBoxes.*:ChoiceControls.*:FileDialogs.*:Boxes.*:InputLine.*'
+"$1" --gtest_filter='Windows.*:ListBoxes.*:ChoiceControls.*:FileDialogs.*:Boxes.*:ChatViewTest.CopyGives*:InputLine.*'
