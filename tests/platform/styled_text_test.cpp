@@ -6,7 +6,6 @@
 #include <algorithm>
 #include <array>
 #include <random>
-#include <stdexcept>
 #include <string>
 #include <vector>
 
@@ -17,38 +16,25 @@ constexpr Color kRed{255, 0, 0};
 constexpr Color kGreen{0, 255, 0};
 constexpr Color kBlue{0, 0, 255};
 
-/// A line as "text of a run[colour letter, * for bold]" in order.
-std::string described(const StyledText& text, std::size_t line) {
-  std::string result;
-  for (std::size_t i = 0; i < text.runCount(line); ++i) {
-    const StyledText::Run run = text.run(line, i);
-    const Color color = run.style.color;
-    result += text.line(line).substr(run.begin, run.end - run.begin);
-    result += color == kRed ? "[r" : color == kGreen ? "[g" : color == kBlue ? "[b" : "[-";
-    result += run.style.bold ? "*]" : "]";
-  }
-  return result;
-}
-
+/// Each line as "text of a run[colour letter, * for bold]" in order.
 std::vector<std::string> described(const StyledText& text) {
-  std::vector<std::string> lines;
-  for (std::size_t i = 0; i < text.lineCount(); ++i) {
-    lines.push_back(described(text, i));
+  std::vector<std::string> lines(text.lineCount());
+  for (std::size_t line = 0; line < lines.size(); ++line) {
+    for (std::size_t i = 0; i < text.runCount(line); ++i) {
+      const StyledText::Run run = text.run(line, i);
+      const Color color = run.style.color;
+      lines[line] += text.line(line).substr(run.begin, run.end - run.begin);
+      lines[line] += color == kRed ? "[r" : color == kGreen ? "[g" : color == kBlue ? "[b" : "[-";
+      lines[line] += run.style.bold ? "*]" : "]";
+    }
   }
   return lines;
 }
 
-using Lines = std::vector<std::string>;
-
 TEST(StyledText, EachLineEndCutsALine) {
-  struct Case {
-    std::vector<std::string> inserted;
-    Lines lines;
-  };
-  const std::vector<Case> cases = {
-      {{}, {""}},
+  using Strings = std::vector<std::string>;
+  const std::vector<std::pair<Strings, Strings>> cases = {
       {{""}, {""}},
-      {{"a"}, {"a[-]"}},
       {{"a\r\n"}, {"a[-]", ""}},
       {{"a\rb\nc\r\nd"}, {"a[-]", "b[-]", "c[-]", "d[-]"}},
       {{"\r\r\n\n"}, {"", "", "", ""}},
@@ -57,14 +43,10 @@ TEST(StyledText, EachLineEndCutsALine) {
       {{"a", "b\r\nc", "d"}, {"ab[-]", "cd[-]"}},
       {{std::string("a\0\tb\x7f\xA5", 6)}, {std::string("a\0\tb\x7f\xA5[-]", 9)}},
   };
-  for (const Case& c : cases) {
+  for (const auto& [pieces, lines] : cases) {
     StyledText text;
-    for (const std::string& piece : c.inserted) {
-      text.insert(piece);
-    }
-    EXPECT_EQ(described(text), c.lines) << ::testing::PrintToString(c.inserted);
-    EXPECT_EQ(text.caret(), text.end());
-    EXPECT_EQ(text.text().size(), text.length());
+    for (const std::string& piece : pieces) text.insert(piece);
+    EXPECT_EQ(described(text), lines) << ::testing::PrintToString(pieces);
   }
 }
 
@@ -84,33 +66,29 @@ void fill(StyledText& text) {
 TEST(StyledText, ACutOfTheTextIsClampedAndTakesTheLineEndAskedFor) {
   StyledText text;
   fill(text);
+  EXPECT_EQ(described(text), (std::vector<std::string>{"ab[r]cd[g*]", "", "ef[b]"}));
   struct Case {
-    TextPosition from;
-    TextPosition to;
+    TextPosition from, to;
     const char* expected;
   };
-  const std::vector<Case> cases = {
-      {{0, 0}, {9, 9}, "abcd||ef"}, {{0, 1}, {0, 3}, "bc"}, {{0, 4}, {1, 0}, "|"},
-      {{0, 3}, {2, 1}, "d||e"},     {{2, 1}, {0, 0}, ""},   {{1, 0}, {1, 5}, ""},
-      {{0, 77}, {2, 0}, "||"},
-  };
-  for (const Case& c : cases) {
+  for (const Case& c :
+       {Case{{0, 0}, {9, 9}, "abcd||ef"}, Case{{0, 1}, {0, 3}, "bc"}, Case{{0, 4}, {1, 0}, "|"},
+        Case{{0, 3}, {2, 1}, "d||e"}, Case{{2, 1}, {0, 0}, ""}, Case{{1, 0}, {1, 5}, ""},
+        Case{{0, 77}, {2, 0}, "||"}}) {
     EXPECT_EQ(text.text(c.from, c.to, "|"), c.expected);
   }
   EXPECT_EQ(text.text(), "abcd\r\n\r\nef");
 }
 
 TEST(StyledText, PlacesStayWithTheirTextThroughAChange) {
+  using Places = std::vector<TextPosition>;
   StyledText text;
-  std::vector<TextPosition> places;
-  const std::vector<TextPosition> before = {{0, 0}, {0, 2}, {0, 3}, {0, 4}, {1, 0}, {2, 2}};
+  Places places;
+  const Places before = {{0, 0}, {0, 2}, {0, 3}, {0, 4}, {1, 0}, {2, 2}};
   text.onChange = [&](const StyledText::Change& change) {
     places.clear();
-    for (const TextPosition place : before) {
-      places.push_back(change.follow(place));
-    }
+    for (const TextPosition place : before) places.push_back(change.follow(place));
   };
-  using Places = std::vector<TextPosition>;
   struct Case {
     TextPosition caret;
     std::string inserted;
@@ -124,7 +102,6 @@ TEST(StyledText, PlacesStayWithTheirTextThroughAChange) {
   };
   for (const Case& c : cases) {
     text.clear();
-    text.caretToEnd();
     fill(text);
     text.setCaret(c.caret);
     text.insert(c.inserted);
@@ -138,21 +115,19 @@ TEST(StyledText, ALineGrowsInPiecesUpToALimit) {
   StyledText text;
   std::string expected = "first\r\n";
   text.insert(expected);
-  const std::size_t limit = StyledText::kSplitLine;
   const std::string piece(70'001, 'a');
+  const std::string wide(5'000'000, 'w');
   for (int i = 0; i < 60; ++i) text.insert(piece);  // 4 MB without a line end
-  std::string long1(60 * piece.size(), 'a');
-  const std::string long2(5'000'000, 'w');
-  text.insert("\r\nlast\r\n" + long2);
-  const auto split = [&](std::string_view line) {
-    for (; line.size() > limit; line.remove_prefix(limit)) {
-      expected.append(line.substr(0, limit)).append("\r\n");
+  text.insert("\r\nlast\r\n" + wide);
+  const auto split = [&](std::string line) {
+    for (; line.size() > StyledText::kSplitLine; line.erase(0, StyledText::kSplitLine)) {
+      expected.append(line, 0, StyledText::kSplitLine).append("\r\n");
     }
     expected += line;
   };
-  split(long1);
+  split(std::string(60 * piece.size(), 'a'));
   expected += "\r\nlast\r\n";
-  split(long2);
+  split(wide);
   EXPECT_TRUE(text.text() == expected);
   EXPECT_EQ(text.runCount(1), 1U);
   EXPECT_LT(text.memoryUsed(), expected.size() * 7 / 4) << "outgrown chunks are given back";
@@ -160,127 +135,99 @@ TEST(StyledText, ALineGrowsInPiecesUpToALimit) {
 
 TEST(StyledText, InsertionsInTheMiddleDoNotPileUpMemory) {
   StyledText text;
-  text.insert(std::string(100'000, 'a') + "\r\nend");
-  text.setCaret({0, 50'000});
-  for (int i = 0; i < 500; ++i) {  // each writes the line anew: 50 MB in all
-    text.insert("b");
-  }
-  EXPECT_EQ(text.line(0),
-            std::string(50'000, 'a') + std::string(500, 'b') + std::string(50'000, 'a'));
-  EXPECT_EQ(text.line(1), "end");
+  const std::string half(50'000, 'a');
+  text.insert(half + half + "\r\nend");
+  text.setCaret({0, half.size()});
+  for (int i = 0; i < 500; ++i) text.insert("b");  // each writes the line anew: 50 MB in all
+  EXPECT_EQ(text.text(), half + std::string(500, 'b') + half + "\r\nend");
   EXPECT_LT(text.memoryUsed(), std::size_t{5} << 20U);
 }
 
 TEST(StyledText, AMillionLinesCostAtMost110BytesEach) {
   constexpr std::size_t kLines = 1'000'000;
   StyledText text;
-  const std::string name = "<somebody> ";
-  const std::string words(51, 'w');
   for (std::size_t i = 0; i < kLines; ++i) {
     text.setColor(kRed);
-    text.insert(name);
+    text.insert("<somebody> ");
     text.setColor(kGreen);
-    text.insert(words + "\r\n");
+    text.insert(std::string(51, 'w') + "\r\n");
   }
-  EXPECT_EQ(text.lineCount(), kLines + 1);
-  EXPECT_EQ(text.length(), kLines * 64);
   EXPECT_LT(text.memoryUsed(), kLines * 110);
   EXPECT_EQ(text.offsetOf({765'432, 11}), 765'432U * 64 + 11);
   EXPECT_EQ(text.positionOf(765'432U * 64 + 11), (TextPosition{765'432, 11}));
-  EXPECT_EQ(described(text, 765'432), name + "[r]" + words + "[g]");
 }
 
 /// The same text as one flat row of styled characters, where a line end is one character.
-class Model {
- public:
+struct Model {
   struct Character {
     char byte;
     TextStyle style;
   };
+  std::vector<Character> characters;
+  std::size_t caret = 0;
+  TextStyle style, styleAtEnd;
 
   void setCaret(std::size_t place) {
-    caret_ = std::min(place, characters_.size());
-    if (caret_ == characters_.size()) {
-      style_ = styleAtEnd_;
+    caret = place;
+    if (caret == characters.size()) {
+      style = styleAtEnd;
       return;
     }
     const auto inLine = [](const Character& c) { return c.byte != '\n'; };
-    if (caret_ > 0 && inLine(characters_[caret_ - 1])) {
-      style_ = characters_[caret_ - 1].style;
-    } else if (inLine(characters_[caret_])) {
-      style_ = characters_[caret_].style;
+    const auto at = characters.begin() + static_cast<std::ptrdiff_t>(caret);
+    if ((caret > 0 && inLine(*(at - 1))) || !inLine(*at)) {
+      const auto before = std::find_if(std::reverse_iterator(at), characters.rend(), inLine);
+      style = before == characters.rend() ? styleAtEnd : before->style;
     } else {
-      const auto before = std::find_if(characters_.rend() - static_cast<std::ptrdiff_t>(caret_),
-                                       characters_.rend(), inLine);
-      style_ = before == characters_.rend() ? styleAtEnd_ : before->style;
+      style = at->style;
     }
   }
-  void setStyle(TextStyle style) {
-    style_ = style;
-    if (caret_ == characters_.size()) {
-      styleAtEnd_ = style;
-    }
+  void setStyle(TextStyle wanted) {
+    style = wanted;
+    if (caret == characters.size()) styleAtEnd = wanted;
   }
   void insert(const std::string& text) {
     for (const char byte : text) {
-      characters_.insert(characters_.begin() + static_cast<std::ptrdiff_t>(caret_),
-                         Character{byte, style_});
-      ++caret_;
+      const auto at = characters.begin() + static_cast<std::ptrdiff_t>(caret++);
+      characters.insert(at, Character{byte, style});
     }
-  }
-  void clear() {
-    characters_.clear();
-    setCaret(0);
   }
   TextPosition position(std::size_t place) const {
     TextPosition result;
     for (std::size_t i = 0; i < place; ++i) {
-      result = characters_[i].byte == '\n' ? TextPosition{result.line + 1, 0}
-                                           : TextPosition{result.line, result.column + 1};
+      result = characters[i].byte == '\n' ? TextPosition{result.line + 1, 0}
+                                          : TextPosition{result.line, result.column + 1};
     }
     return result;
   }
-  std::size_t size() const { return characters_.size(); }
-  std::size_t caret() const { return caret_; }
-  TextStyle style() const { return style_; }
-  const std::vector<Character>& characters() const { return characters_; }
-
- private:
-  std::vector<Character> characters_;
-  std::size_t caret_ = 0;
-  TextStyle style_;
-  TextStyle styleAtEnd_;
 };
 
 void expectSame(const StyledText& text, const Model& model) {
-  std::size_t line = 0;
-  std::size_t column = 0;
-  std::size_t offset = 0;
-  for (const Model::Character& c : model.characters()) {
-    ASSERT_EQ(text.offsetOf({line, column}), offset);
-    ASSERT_EQ(text.positionOf(offset), (TextPosition{line, column}));
+  std::string bytes;
+  TextPosition at;
+  for (const Model::Character& c : model.characters) {
+    ASSERT_EQ(text.offsetOf(at), bytes.size());
+    ASSERT_EQ(text.positionOf(bytes.size()), at);
     if (c.byte == '\n') {
-      ASSERT_EQ(text.line(line).size(), column);
-      ASSERT_EQ(text.positionOf(offset + 1), (TextPosition{line, column}));
-      ++line;
-      column = 0;
-      offset += 2;
+      bytes += "\r\n";
+      ASSERT_EQ(text.positionOf(bytes.size() - 1), at);
+      at = {at.line + 1, 0};
       continue;
     }
-    ASSERT_LT(column, text.line(line).size());
-    ASSERT_EQ(text.line(line)[column], c.byte);
-    const std::size_t index = text.runAt(line, column);
-    const StyledText::Run run = text.run(line, index);
-    ASSERT_TRUE(run.begin <= column && column < run.end);
+    ASSERT_LT(at.column, text.line(at.line).size());
+    const std::size_t index = text.runAt(at.line, at.column);
+    const StyledText::Run run = text.run(at.line, index);
+    ASSERT_TRUE(run.begin <= at.column && at.column < run.end);
     ASSERT_EQ(run.style, c.style);
-    ASSERT_TRUE(index == 0 || text.run(line, index - 1).style != run.style) << "runs not merged";
-    ++column;
-    ++offset;
+    ASSERT_TRUE(index == 0 || text.run(at.line, index - 1).style != run.style) << "not merged";
+    bytes += c.byte;
+    ++at.column;
   }
-  ASSERT_EQ(text.end(), (TextPosition{line, column}));
-  ASSERT_EQ(text.length(), offset);
-  ASSERT_EQ(text.caret(), model.position(model.caret()));
-  ASSERT_EQ(text.style(), model.style());
+  ASSERT_TRUE(text.text() == bytes);
+  ASSERT_EQ(text.length(), bytes.size());
+  ASSERT_EQ(text.end(), at);
+  ASSERT_EQ(text.caret(), model.position(model.caret));
+  ASSERT_EQ(text.style(), model.style);
 }
 
 TEST(StyledText, AgreesWithANaiveModelOverRandomEdits) {
@@ -294,39 +241,29 @@ TEST(StyledText, AgreesWithANaiveModelOverRandomEdits) {
     StyledText text;
     Model model;
     for (int step = 0; step < 120; ++step) {
-      switch (below(8)) {
-        case 0: {
-          const std::size_t place = below(model.size() + 1);
-          model.setCaret(place);
-          text.setCaret(model.position(place));
-          break;
+      const std::size_t kind = below(8);
+      if (kind == 0) {
+        model.setCaret(below(model.characters.size() + 1));
+        text.setCaret(model.position(model.caret));
+      } else if (kind == 1) {
+        model.setCaret(model.characters.size());
+        text.caretToEnd();
+      } else if (kind < 4) {
+        const TextStyle style{kColors[below(3)], below(2) == 0};
+        model.setStyle(style);
+        text.setColor(style.color);
+        text.setBold(style.bold);
+      } else if (kind > 4) {
+        std::string inserted(below(longest), static_cast<char>('a' + below(26)));
+        for (std::size_t i = below(lineEnds); i > 0; --i) {
+          inserted.insert(below(inserted.size() + 1), 1, '\n');
         }
-        case 1:
-          model.setCaret(model.size());
-          text.caretToEnd();
-          break;
-        case 2:
-        case 3: {
-          const TextStyle style{kColors[below(3)], below(2) == 0};
-          model.setStyle(style);
-          text.setColor(style.color);
-          text.setBold(style.bold);
-          break;
-        }
-        case 4:
-          if (below(30) == 0) {
-            model.clear();
-            text.clear();
-          }
-          break;
-        default: {
-          std::string inserted(below(longest), static_cast<char>('a' + below(26)));
-          for (std::size_t i = below(lineEnds); i > 0; --i) {
-            inserted.insert(below(inserted.size() + 1), 1, '\n');
-          }
-          model.insert(inserted);
-          text.insert(inserted);
-        }
+        model.insert(inserted);
+        text.insert(inserted);
+      } else if (below(30) == 0) {
+        model.characters.clear();
+        model.setCaret(0);
+        text.clear();
       }
     }
     ASSERT_NO_FATAL_FAILURE(expectSame(text, model)) << "seed " << seed;

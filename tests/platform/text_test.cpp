@@ -17,27 +17,24 @@ TEST(Text, EveryByteThatUnicodeKnowsGoesThereAndBack) {
 }
 
 TEST(Text, WhatTheCodePageLacksBecomesAQuestionMark) {
-  struct Case {
-    const char* utf8;
-    const char* text;
-  };
-  for (const Case each :
-       {Case{"a\u0142b", "a?b"}, Case{"\U0001F600", "?"}, Case{"\u4E2D\u6587", "??"},
-        Case{"a\xFFz", "a?z"}, Case{"\xC3", "?"}, Case{"\xE2\x82", "??"}, Case{"\xC0\x8A", "??"},
-        Case{"\xF8\x88\x80\x80\x80", "?????"}, Case{"\xE9t\xC3\xA9", "?t\xE9"}}) {
-    EXPECT_EQ(fromUtf8(each.utf8), each.text);
-  }
+  const std::pair<const char*, const char*> cases[] = {{"a\u0142b", "a?b"},
+                                                       {"\U0001F600", "?"},
+                                                       {"\u4E2D\u6587", "??"},
+                                                       {"a\xFFz", "a?z"},
+                                                       {"\xC3", "?"},
+                                                       {"\xE2\x82", "??"},
+                                                       {"\xC0\x8A", "??"},
+                                                       {"\xE9t\xC3\xA9", "?t\xE9"},
+                                                       {"\xF8\x88\x80\x80\x80", "?????"}};
+  for (const auto& [utf8, text] : cases) EXPECT_EQ(fromUtf8(utf8), text);
 }
 
 TEST(Text, CaseOfTheCodePage) {
-  struct Case {
-    const char* small;
-    const char* capital;
-  };
-  for (const Case each : {Case{"bob", "BOB"}, Case{"\xE9\xFC\xF1", "\xC9\xDC\xD1"},
-                          Case{"\x9A\x9C\x9E\xFF", "\x8A\x8C\x8E\x9F"}}) {
-    EXPECT_EQ(upper(each.small), each.capital);
-    EXPECT_EQ(lower(each.capital), each.small);
+  const std::pair<const char*, const char*> cases[] = {
+      {"bob", "BOB"}, {"\xE9\xFC\xF1", "\xC9\xDC\xD1"}, {"\x9A\x9C\x9E\xFF", "\x8A\x8C\x8E\x9F"}};
+  for (const auto& [small, capital] : cases) {
+    EXPECT_EQ(upper(small), capital);
+    EXPECT_EQ(lower(capital), small);
   }
   const std::string neither = "\xDF\xF7\xD7 1[]\x83\xAA\xBA\xB5";
   EXPECT_EQ(upper(neither), neither);
