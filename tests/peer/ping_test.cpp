@@ -4,7 +4,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include "tests/peer/two_desks.h"
+#include "tests/support/client_test.h"
 
 namespace kelvaron::testing {
 namespace {
@@ -34,126 +34,101 @@ class ScriptedEchoes : public EchoPort {
   std::deque<Sent> sent;
 };
 
-class Ping : public TwoDesks {
+class Ping : public ClientTest {
  protected:
   void SetUp() override {
-    TwoDesks::SetUp();
-    ann.echoes = &echoes;
+    ClientTest::SetUp();
+    desktop.echoes = &echoes;
   }
-  Pingme& form() { return ann.client->form<Pingme>(); }
-  void open(const std::string& line = "THEPING\t10.1.2.3\tbob\r\n") {
-    annsServer.say(line);
-    ASSERT_TRUE(until([&] { return ann.shows<Pingme>(); }));
-  }
+  Pingme& form() { return ClientTest::form<Pingme>(); }
   void tell(const EchoOutcome& outcome) {
     const auto done = echoes.sent.back().done;
     done(outcome);
   }
+  std::string shown() { return form().Label1.Caption; }
   ScriptedEchoes echoes;
 };
 
 TEST(AddressToLong, Cases) {
-  const std::pair<const char*, std::uint32_t> cases[] = {{"1.2.3.4", 0x04030201},
-                                                         {"255.255.255.255", 0xFFFFFFFF},
-                                                         {"300.0.0.1", 0x0100002C},
-                                                         {"", 0},
-                                                         {"Label3", 0},
-                                                         {"1.2.3", 0},
-                                                         {"1.2.3.4.5", 0},
-                                                         {"1..3.4", 0},
-                                                         {"1.2.3.4 ", 0},
-                                                         {"-1.2.3.4", 0},
-                                                         {"1.2.3.x", 0},
-                                                         {"::1", 0},
-                                                         {"1.2.3.4.", 0},
-                                                         {"1.2.3.99999999999", 0}};
-  for (const auto& [text, number] : cases) EXPECT_EQ(addressToLong(text), number) << text;
+  EXPECT_EQ(addressToLong("1.2.3.4"), 0x04030201U);
+  EXPECT_EQ(addressToLong("255.255.255.255"), 0xFFFFFFFFU);
+  EXPECT_EQ(addressToLong("300.0.0.1"), 0x0100002CU);
+  for (const char* none : {"", "Label3", "1.2.3", "1.2.3.4.5", "1..3.4", "1.2.3.4 ", "-1.2.3.4",
+                           "1.2.3.x", "::1", "1.2.3.4.", "1.2.3.99999999999"}) {
+    EXPECT_EQ(addressToLong(none), 0U) << none;
+  }
 }
 
 TEST_F(Ping, AskingAndAnswering) {
-  auto& list = ann.room().List1;
-  for (const char* entry : {"bob[AW]", "cy[IG]"}) list.AddItem(entry);
+  for (const char* entry : {"ann[AW]", "cy[IG]"}) room().List1.AddItem(entry);
   for (int index = 0; index < 2; ++index) {
-    selectOnly(list, index);
-    ann.raise(ann.room().mnuPing.Click);
+    selectOnly(room().List1, index);
+    desktop.raise(room().mnuPing.Click);
   }
-  ASSERT_TRUE(until([&] { return !annsServer.lines.empty(); }));
-  EXPECT_THAT(annsServer.lines, ElementsAre("PINGUSER\tbob[AW]\tann"));
-  ASSERT_EQ(ann.boxes.size(), 1U);
-  EXPECT_EQ(ann.boxes[0].text,
-            "You may not ping a user that is currently in a game. Try when the user returns");
-  bobsServer.say("PING\tann\r\n");
-  ASSERT_TRUE(until([&] { return !bobsServer.lines.empty(); }));
-  EXPECT_THAT(bobsServer.lines, ElementsAre("RETURNPING\t127.0.0.1\tbob\tann"));
-  EXPECT_THAT(bob.boxes, IsEmpty());
+  EXPECT_THAT(received(), ElementsAre("PINGUSER\tann[AW]\tbob"));
+  EXPECT_THAT(
+      boxTexts(),
+      ElementsAre(
+          "You may not ping a user that is currently in a game. Try when the user returns"));
+  arrive("PING\tann\r\n");
+  EXPECT_THAT(received(), ElementsAre("RETURNPING\t127.0.0.1\tbob\tann"));
+  EXPECT_THAT(desktop.boxes, IsEmpty());
 }
 
 TEST_F(Ping, FormAsItOpensAndTicks) {
-  open();
-  EXPECT_EQ(form().Label2.Caption.get(), "bob");
+  arrive("THEPING\t10.1.2.3\tann\r\n");
+  EXPECT_TRUE(desktop.shows<Pingme>());
+  EXPECT_EQ(form().Label2.Caption.get(), "ann");
   EXPECT_EQ(form().Label3.Caption.get(), "10.1.2.3");
-  EXPECT_EQ(form().Caption.get(), "bob's Ping");
-  EXPECT_EQ(form().Label1.Caption.get(), "");
+  EXPECT_EQ(form().Caption.get(), "ann's Ping");
+  EXPECT_EQ(shown(), "");
   EXPECT_TRUE(form().Timer1.Enabled);
   EXPECT_EQ(form().Timer1.Interval.get(), 1000);
   // The echo of the loading went nowhere, and its outcome is nobody's.
   ASSERT_EQ(echoes.sent.size(), 1U);
   EXPECT_EQ(echoes.sent[0].address, 0U);
   tell({});
-  EXPECT_EQ(form().Label1.Caption.get(), "");
+  EXPECT_EQ(shown(), "");
 
-  ann.raise(form().Timer1.Tick);
+  desktop.raise(form().Timer1.Tick);
   ASSERT_EQ(echoes.sent.size(), 2U);
   EXPECT_EQ(echoes.sent[1].address, 0x0302010AU);
   EXPECT_EQ(echoes.sent[1].data, "Echo This");
   EXPECT_EQ(echoes.sent[1].timeOut, std::chrono::milliseconds(200));
-  const std::pair<EchoOutcome, const char*> outcomes[] = {
-      {{EchoOutcome::Kind::replied, 42, ""}, "42 ms"},
-      {{EchoOutcome::Kind::noReply, 0, ""}, "No reply"},
-      {{EchoOutcome::Kind::replied, 0, ""}, "0 ms"},
-      {{EchoOutcome::Kind::refused, 0, "The network cannot be reached"},
-       "The network cannot be reached"},
-  };
+  using Kind = EchoOutcome::Kind;
+  const std::pair<EchoOutcome, const char*> outcomes[] = {{{Kind::replied, 42, ""}, "42 ms"},
+                                                          {{Kind::noReply, 0, ""}, "No reply"},
+                                                          {{Kind::replied, 0, ""}, "0 ms"},
+                                                          {{Kind::refused, 0, "No way"}, "No way"}};
   for (const auto& [outcome, text] : outcomes) {
-    ann.raise(form().Command1.Click);
+    click(form().Command1);
     tell(outcome);
-    EXPECT_EQ(form().Label1.Caption.get(), text);
+    EXPECT_EQ(shown(), text);
   }
   EXPECT_TRUE(form().Timer1.Enabled);
 }
 
-TEST_F(Ping, AnotherUserTakesTheFormOver) {
-  open();
-  ann.raise(form().Timer1.Tick);
-  annsServer.say("THEPING\t10.9.9.9\tcy\r\n");
-  ASSERT_TRUE(until([&] { return form().Caption.get() == "cy's Ping"; }));
+TEST_F(Ping, AnotherUserTakesTheFormOverAndClosingItEndsItsEcho) {
+  arrive("THEPING\t10.1.2.3\tann\r\n");
+  desktop.raise(form().Timer1.Tick);
+  arrive("THEPING\t10.9.9.9\tcy\r\n");
+  EXPECT_EQ(form().Caption.get(), "cy's Ping");
   tell({EchoOutcome::Kind::replied, 7, ""});
-  EXPECT_EQ(form().Label1.Caption.get(), "") << "the time of the one before is no longer told";
-  ann.raise(form().Timer1.Tick);
+  EXPECT_EQ(shown(), "") << "the time of the one before is no longer told";
+  desktop.raise(form().Timer1.Tick);
   EXPECT_EQ(echoes.sent.back().address, 0x0909090AU);
-}
-
-TEST_F(Ping, ClosedFormEndsItsEcho) {
-  open();
-  ann.raise(form().Timer1.Tick);
   EXPECT_FALSE(echoes.sent.back().alive.expired());
-  ann.raise(form().Command2.Click);
-  EXPECT_EQ(ann.client->loadedForm<Pingme>(), nullptr);
+  click(form().Command2);
+  EXPECT_EQ(desktop.client->loadedForm<Pingme>(), nullptr);
   EXPECT_TRUE(echoes.sent.back().alive.expired());
-  open("THEPING\t10.1.1.1\tcy\r\n");
-  EXPECT_EQ(form().Label2.Caption.get(), "cy");
 }
 
 TEST_F(Ping, LinesThatAreTooShort) {
-  annsServer.say("THEPING\t10.1.2.3\r\nAnnounce\tlost\r\n");
-  annsServer.say("");
-  ASSERT_TRUE(until([&] {
-    annsServer.say("Announce\tnext\r\n");
-    return ann.chat().find("next") != std::string::npos;
-  }));
-  EXPECT_EQ(ann.client->loadedForm<Pingme>(), nullptr);
-  annsServer.say("Message\tx: \ty\r\nTHEPING\t10.1.2.3\r\n");
-  ASSERT_TRUE(until([&] { return ann.shows<Pingme>(); }));
+  arrive("THEPING\t10.1.2.3\r\nAnnounce\tlost\r\n");
+  EXPECT_EQ(desktop.chat(), "");
+  EXPECT_EQ(desktop.client->loadedForm<Pingme>(), nullptr);
+  arrive("Message\tx: \ty\r\nTHEPING\t10.1.2.3\r\n");
+  EXPECT_TRUE(desktop.shows<Pingme>());
   EXPECT_EQ(form().Label3.Caption.get(), "10.1.2.3");
   EXPECT_EQ(form().Label2.Caption.get(), "Player Name : ");
 }
@@ -166,37 +141,21 @@ TEST_F(Ping, WhatWasAskedForTakesTheKeyboardIfNothingWasTypedSince) {
     std::string told;
   };
   std::uint64_t keys = 5;
-  ann.client->keysTyped = [&] { return keys; };
-  annsServer.say("Userscl\r\nUsers\tbob\r\n");
-  ASSERT_TRUE(until([&] { return ann.room().List1.ListCount() == 1; }));
-  selectOnly(ann.room().List1, 0);
-  struct Case {
-    bool asks;
-    int typed;
-    const char* comes;
-  };
-  for (const Case& each : {Case{true, 0, "active "}, Case{true, 1, "quiet "},
-                           Case{false, 0, "quiet "}, Case{true, 0, "active "}}) {
-    if (each.asks) ann.raise(ann.room().mnuPing.Click);
-    keys += static_cast<std::uint64_t>(each.typed);
+  desktop.client->keysTyped = [&] { return keys; };
+  room().List1.AddItem("ann");
+  selectOnly(room().List1, 0);
+  for (const auto& [asks, typed, comes] :
+       {std::tuple(true, 0U, "active "), std::tuple(true, 1U, "quiet "),
+        std::tuple(false, 0U, "quiet "), std::tuple(true, 0U, "active ")}) {
+    if (asks) desktop.raise(room().mnuPing.Click);
+    keys += typed;
     form().Visible = false;
     Window window;
     form().window = &window;
-    annsServer.say("THEPING\t10.1.2.3\tbob\r\n");
-    EXPECT_TRUE(until([&] { return !window.told.empty(); }));
-    EXPECT_EQ(window.told, each.comes);
+    arrive("THEPING\t10.1.2.3\tann\r\n");
+    EXPECT_EQ(window.told, comes);
     form().window = nullptr;
   }
-}
-
-TEST_F(Ping, RealEchoOfThisMachine) {
-  ann.echoes = &ann.nativeEcho;
-  ann.runTimers();
-  open("THEPING\t127.0.0.1\tbob\r\n");
-  ASSERT_TRUE(until([&] { return !form().Label1.Caption.get().empty(); }));
-  const std::string shown = form().Label1.Caption;
-  if (shown.starts_with("This system permits no pings")) GTEST_SKIP() << shown;
-  EXPECT_TRUE(until([&] { return form().Label1.Caption.get().ends_with(" ms"); })) << shown;
 }
 
 }  // namespace

@@ -7,11 +7,13 @@
 #include <fstream>
 #include <iterator>
 #include <random>
+#include <set>
 #include <string>
 #include <string_view>
 
 #include "peer/file_receiver.h"
 #include "peer/file_sender.h"
+#include "peer/transfer.h"
 #include "tests/support/line_server.h"
 #include "tests/support/test_desktop.h"
 
@@ -34,22 +36,19 @@ inline std::string randomBytes(std::size_t length) {
   return bytes;
 }
 
-/// The names in a folder, in order; empty when there is none.
-inline std::vector<std::string> namesIn(const std::filesystem::path& folder) {
-  std::vector<std::string> names;
-  if (!std::filesystem::exists(folder)) return names;
+/// The names in a folder, in order.
+inline std::set<std::string> namesIn(const std::filesystem::path& folder) {
+  std::set<std::string> names;
   for (const auto& entry : std::filesystem::directory_iterator(folder)) {
-    names.push_back(entry.path().filename().string());
+    names.insert(entry.path().filename().string());
   }
-  std::ranges::sort(names);
   return names;
 }
 
 class TwoDesks : public ::testing::Test {
  protected:
   void SetUp() override {
-    ASSERT_TRUE(ann.logIn("ann"));
-    ASSERT_TRUE(bob.logIn("bob"));
+    ASSERT_TRUE(ann.logIn("ann") && bob.logIn("bob"));
     ASSERT_TRUE(
         until([&] { return annsServer.lines.size() == 2 && bobsServer.lines.size() == 2; }));
     annsServer.lines.clear();
@@ -63,16 +62,13 @@ class TwoDesks : public ::testing::Test {
 
   /// Has bob listen on a port that the system picks, and ann send there.
   void openReceiver() {
-    bob.edge.run([&] {
-      receiver().Txt_Port.Text = "0";
-      receiver().Btn_Listen.Click();
-    });
+    receiver().Txt_Port.Text = "0";
+    bob.raise(receiver().Btn_Listen.Click);
     const std::string status = receiver().Lbl_Status.Caption;
-    const std::string port = status.substr(status.rfind(' ') + 1);
-    ASSERT_EQ(status, "2 on port: " + port);
+    ASSERT_TRUE(status.starts_with("2 on port: ")) << status;
     // The port is kept when the form listens again.
-    receiver().Txt_Port.Text = port;
-    sender().Txt_Port.Text = port;
+    receiver().Txt_Port.Text = status.substr(status.rfind(' ') + 1);
+    sender().Txt_Port.Text = receiver().Txt_Port.Text.get();
   }
   std::uint16_t port() { return static_cast<std::uint16_t>(std::stoi(receiver().Txt_Port.Text)); }
 
@@ -85,8 +81,9 @@ class TwoDesks : public ::testing::Test {
   std::filesystem::path arrived(const std::string& name) {
     return bob.folder.path() / "received" / name;
   }
-  bool receiverShows(std::string_view complete) {
-    return receiver().Lbl_Complete.Caption.get() == complete;
+  std::string complete() { return receiver().Lbl_Complete.Caption; }
+  bool completes(std::string_view caption = kWholeCaption) {
+    return until([&] { return complete() == caption; });
   }
   bool receiverListens() { return receiver().Lbl_Status.Caption.get().starts_with("2 "); }
 

@@ -7,6 +7,7 @@
 #include <array>
 #include <random>
 #include <string>
+#include <tuple>
 #include <vector>
 
 namespace kelvaron::testing {
@@ -16,68 +17,32 @@ constexpr Color kRed{255, 0, 0};
 constexpr Color kGreen{0, 255, 0};
 constexpr Color kBlue{0, 0, 255};
 
-/// Each line as "text of a run[colour letter, * for bold]" in order.
-std::vector<std::string> described(const StyledText& text) {
-  std::vector<std::string> lines(text.lineCount());
-  for (std::size_t line = 0; line < lines.size(); ++line) {
-    for (std::size_t i = 0; i < text.runCount(line); ++i) {
-      const StyledText::Run run = text.run(line, i);
-      const Color color = run.style.color;
-      lines[line] += text.line(line).substr(run.begin, run.end - run.begin);
-      lines[line] += color == kRed ? "[r" : color == kGreen ? "[g" : color == kBlue ? "[b" : "[-";
-      lines[line] += run.style.bold ? "*]" : "]";
-    }
-  }
-  return lines;
-}
-
 TEST(StyledText, EachLineEndCutsALine) {
-  using Strings = std::vector<std::string>;
-  const std::vector<std::pair<Strings, Strings>> cases = {
-      {{""}, {""}},
-      {{"a\r\n"}, {"a[-]", ""}},
-      {{"a\rb\nc\r\nd"}, {"a[-]", "b[-]", "c[-]", "d[-]"}},
-      {{"\r\r\n\n"}, {"", "", "", ""}},
-      {{"a\n\rb"}, {"a[-]", "", "b[-]"}},
-      {{"a\r", "\nb"}, {"a[-]", "", "b[-]"}},
-      {{"a", "b\r\nc", "d"}, {"ab[-]", "cd[-]"}},
-      {{std::string("a\0\tb\x7f\xA5", 6)}, {std::string("a\0\tb\x7f\xA5[-]", 9)}},
+  const std::pair<std::vector<std::string>, std::string> cases[] = {
+      {{""}, ""},
+      {{"a\r\n"}, "a\r\n"},
+      {{"a\rb\nc\r\nd"}, "a\r\nb\r\nc\r\nd"},
+      {{"\r\r\n\n"}, "\r\n\r\n\r\n"},
+      {{"a\n\rb"}, "a\r\n\r\nb"},
+      {{"a\r", "\nb"}, "a\r\n\r\nb"},
+      {{"a", "b\r\nc", "d"}, "ab\r\ncd"},
+      {{std::string("a\0\tb\x7f\xA5", 6)}, std::string("a\0\tb\x7f\xA5", 6)},
   };
-  for (const auto& [pieces, lines] : cases) {
+  for (const auto& [pieces, expected] : cases) {
     StyledText text;
     for (const std::string& piece : pieces) text.insert(piece);
-    EXPECT_EQ(described(text), lines) << ::testing::PrintToString(pieces);
+    EXPECT_EQ(text.text(), expected);
   }
-}
-
-/// "ab" in red, "cd" in green bold, an empty line, "ef" in blue; at the end red is in force.
-void fill(StyledText& text) {
-  text.setColor(kRed);
-  text.insert("ab");
-  text.setColor(kGreen);
-  text.setBold(true);
-  text.insert("cd\r\n\r\n");
-  text.setColor(kBlue);
-  text.setBold(false);
-  text.insert("ef");
-  text.setColor(kRed);
 }
 
 TEST(StyledText, ACutOfTheTextIsClampedAndTakesTheLineEndAskedFor) {
   StyledText text;
-  fill(text);
-  EXPECT_EQ(described(text), (std::vector<std::string>{"ab[r]cd[g*]", "", "ef[b]"}));
-  struct Case {
-    TextPosition from, to;
-    const char* expected;
-  };
-  for (const Case& c :
-       {Case{{0, 0}, {9, 9}, "abcd||ef"}, Case{{0, 1}, {0, 3}, "bc"}, Case{{0, 4}, {1, 0}, "|"},
-        Case{{0, 3}, {2, 1}, "d||e"}, Case{{2, 1}, {0, 0}, ""}, Case{{1, 0}, {1, 5}, ""},
-        Case{{0, 77}, {2, 0}, "||"}}) {
-    EXPECT_EQ(text.text(c.from, c.to, "|"), c.expected);
-  }
-  EXPECT_EQ(text.text(), "abcd\r\n\r\nef");
+  text.insert("abcd\r\n\r\nef");
+  const std::tuple<TextPosition, TextPosition, const char*> cases[] = {
+      {{0, 0}, {9, 9}, "abcd||ef"}, {{0, 1}, {0, 3}, "bc"}, {{0, 4}, {1, 0}, "|"},
+      {{0, 3}, {2, 1}, "d||e"},     {{2, 1}, {0, 0}, ""},   {{1, 0}, {1, 5}, ""},
+      {{0, 77}, {2, 0}, "||"}};
+  for (const auto& [from, to, expected] : cases) EXPECT_EQ(text.text(from, to, "|"), expected);
 }
 
 TEST(StyledText, PlacesStayWithTheirTextThroughAChange) {
@@ -89,23 +54,18 @@ TEST(StyledText, PlacesStayWithTheirTextThroughAChange) {
     places.clear();
     for (const TextPosition place : before) places.push_back(change.follow(place));
   };
-  struct Case {
-    TextPosition caret;
-    std::string inserted;
-    Places after;
-  };
-  const std::vector<Case> cases = {
+  const std::tuple<TextPosition, const char*, Places> cases[] = {
       {{2, 2}, "xy\r\nz", {{0, 0}, {0, 2}, {0, 3}, {0, 4}, {1, 0}, {2, 2}}},
       {{0, 2}, "xy", {{0, 0}, {0, 2}, {0, 5}, {0, 6}, {1, 0}, {2, 2}}},
       {{0, 2}, "xy\r\nz", {{0, 0}, {0, 2}, {1, 2}, {1, 3}, {2, 0}, {3, 2}}},
       {{1, 0}, "\r\n\r\n", {{0, 0}, {0, 2}, {0, 3}, {0, 4}, {1, 0}, {4, 2}}},
   };
-  for (const Case& c : cases) {
+  for (const auto& [caret, inserted, after] : cases) {
     text.clear();
-    fill(text);
-    text.setCaret(c.caret);
-    text.insert(c.inserted);
-    EXPECT_EQ(places, c.after) << c.caret.line << ',' << c.caret.column;
+    text.insert("abcd\r\n\r\nef");
+    text.setCaret(caret);
+    text.insert(inserted);
+    EXPECT_EQ(places, after) << inserted;
   }
   text.clear();
   EXPECT_EQ(places, Places(before.size(), TextPosition{}));
