@@ -11,29 +11,23 @@
 namespace kelvaron::server {
 namespace {
 
-const std::string kGrant =
-    "STATUSTEXT\t8454016\tModerator Privlidges Granted - You are now a moderator.";
-const std::string kRefusal = "STATUSTEXT\t7895295\t[Server] ";
 const std::string kProof = "RequestOP\talice\ta@example.org\tsecret word";
+const std::string kRefused = refusal("Refused. Your request was logged.");
+const std::string kTooMany = refusal("Too many tries. Wait before you try again.");
+const std::string kAliceIsGone = "Announce\t[Server] alice has left Kelvaron";
 
 /// alice can become a moderator, bob and carol can't.
 struct ModeratedRoom {
-  explicit ModeratedRoom(const Settings& settings = quickSettings()) {
-    const Store store(folder.path());
-    store.prepare();
-    store.setModerator({"Alice", "a@example.org", hashPassword("secret word")});
-    start(settings);
+  explicit ModeratedRoom(Changes changes = {}) {
+    Store(folder.path()).setModerator({"Alice", "a@example.org", hashPassword("secret word")});
+    running = std::make_unique<RunningServer>(folder.path(), changes);
+    alice = std::make_unique<Peer>(port(), "alice");
+    bob = std::make_unique<Peer>(port(), "bob");
+    carol = std::make_unique<Peer>(port(), "carol");
   }
-  void start(const Settings& settings) {
-    running = std::make_unique<RunningServer>(folder.path(), settings);
-    alice = std::make_unique<Peer>(running->port(), "alice");
-    bob = std::make_unique<Peer>(running->port(), "bob");
-    carol = std::make_unique<Peer>(running->port(), "carol");
-  }
-  void grant() const {
-    alice->send(kProof);
-    ASSERT_TRUE(alice->gets(kGrant));
-  }
+  std::uint16_t port() const { return running->port(); }
+  void grant() const { ASSERT_TRUE(alice->gets(kGrant, kProof)); }
+  void writeBans(const std::string& text) const { std::ofstream(folder.path() / "bans") << text; }
 
   TemporaryFolder folder;
   std::unique_ptr<RunningServer> running;
@@ -41,61 +35,44 @@ struct ModeratedRoom {
 };
 
 TEST(Moderation, OnlyTheRightProofGrants) {
-  Settings settings = quickSettings();
-  settings.proofsPerConnection = 4;
-  const ModeratedRoom room(settings);
-  const std::string refused = kRefusal + "Refused. Your request was logged.";
+  const ModeratedRoom room({{&Settings::proofsPerConnection, 4}});
   for (const char* wrong :
        {"RequestOP\talice\ta@example.org\twrong", "RequestOP\talice\tb@example.org\tsecret word",
         "RequestOP\talice\tsecret word\ta@example.org", "RequestOP\talice\t\t"}) {
-    room.alice->send(wrong);
-    EXPECT_TRUE(room.alice->gets(refused)) << wrong;
+    EXPECT_TRUE(room.alice->gets(kRefused, wrong)) << wrong;
   }
-  room.alice->send(kProof);
-  EXPECT_TRUE(room.alice->gets(kRefusal + "Too many tries. Wait before you try again."));
-
-  room.bob->send(kProof);
-  EXPECT_TRUE(room.bob->gets(refused)) << "the nickname is the connection's, not the line's";
+  EXPECT_TRUE(room.alice->gets(kTooMany, kProof));
+  EXPECT_TRUE(room.bob->gets(kRefused, kProof)) << "the nickname is the connection's";
   room.alice->socket().close();
-  ASSERT_TRUE(room.bob->gets("Announce\t[Server] alice has left Kelvaron"));
-  Peer again(room.running->port(), "ALICE");
-  again.send(kProof);
-  EXPECT_TRUE(again.gets(kGrant));
-  again.send(kProof);
-  EXPECT_TRUE(again.gets(kRefusal + "You are a moderator already."));
+  ASSERT_TRUE(room.bob->gets(kAliceIsGone));
+  Peer again(room.port(), "ALICE");
+  EXPECT_TRUE(again.gets(kGrant, kProof));
+  EXPECT_TRUE(again.gets(refusal("You are a moderator already."), kProof));
   EXPECT_TRUE(room.bob->getsList({"ALICE", "bob", "carol"})) << "no mark in the list";
 }
 
 TEST(Moderation, WrongProofsAreCountedByAddressToo) {
-  Settings settings = quickSettings();
-  settings.proofsPerAddress = 1;
-  settings.localTimes = 1;
-  const ModeratedRoom room(settings);
+  const ModeratedRoom room({{&Settings::proofsPerAddress, 1}, {&Settings::localTimes, 1}});
   // It counts although its asker doesn't wait for the answer.
   room.bob->send(kProof);
   room.bob->socket().close();
   EXPECT_TRUE(room.running->logs("bob (127.0.0.1): moderator status refused"));
-  room.alice->send(kProof);
-  EXPECT_TRUE(room.alice->gets(kRefusal + "Too many tries. Wait before you try again."));
+  EXPECT_TRUE(room.alice->gets(kTooMany, kProof));
 }
 
 TEST(Moderation, TheOthersAreRefused) {
   const ModeratedRoom room;
   for (const char* line : {"KICK\tcarol\tno", "BAN\tcarol\tno", "GETIP\tcarol", "MSG\tto all"}) {
-    room.bob->send(line);
-    EXPECT_TRUE(room.bob->gets(kRefusal + "Only moderators can do that.")) << line;
+    EXPECT_TRUE(room.bob->gets(refusal("Only moderators can do that."), line)) << line;
   }
-  room.bob->send("THEKICK\talice\tcarol\tsecret word\ta@example.org");
-  EXPECT_TRUE(room.bob->gets(kRefusal + "Refused. Your request was logged."));
+  EXPECT_TRUE(room.bob->gets(kRefused, "THEKICK\talice\tcarol\tsecret word\ta@example.org"));
   EXPECT_EQ(room.carol->lines(), Lines{});
 }
 
 TEST(Moderation, AModeratorWithoutTheGrantKicksWithProof) {
   const ModeratedRoom room;
-  room.alice->send("KICK\tbob\tspam");
-  EXPECT_TRUE(room.alice->gets("Kicker"));
-  room.alice->send("THEKICK\talice\tbob[IG]\twrong\ta@example.org");
-  EXPECT_TRUE(room.alice->gets(kRefusal + "Refused. Your request was logged."));
+  EXPECT_TRUE(room.alice->gets("Kicker", "KICK\tbob\tspam"));
+  EXPECT_TRUE(room.alice->gets(kRefused, "THEKICK\talice\tbob[IG]\twrong\ta@example.org"));
   room.alice->send("THEKICK\talice\tbob[IG]\tsecret word\ta@example.org");
   EXPECT_TRUE(room.bob->gets("Kicked\talice\t"));
   EXPECT_TRUE(room.bob->isClosed());
@@ -104,8 +81,7 @@ TEST(Moderation, AModeratorWithoutTheGrantKicksWithProof) {
 TEST(Moderation, Kick) {
   const ModeratedRoom room;
   room.grant();
-  room.alice->send("KICK\tnobody\tx");
-  EXPECT_TRUE(room.alice->gets(kRefusal + "nobody is not on Kelvaron."));
+  EXPECT_TRUE(room.alice->gets(refusal("nobody is not on Kelvaron."), "KICK\tnobody\tx"));
   room.alice->send("KICK\tBOB\tspam and more");
   EXPECT_TRUE(room.bob->gets("Kicked\talice\tspam and more"));
   room.bob->send("Message\tbob: \tstill here");
@@ -113,7 +89,7 @@ TEST(Moderation, Kick) {
   EXPECT_TRUE(room.carol->getsList({"alice", "carol"}));
   EXPECT_TRUE(room.bob->isClosed());
   EXPECT_EQ(room.carol->lines(true), Lines{}) << "neither the line nor a second farewell";
-  const Peer back(room.running->port(), "bob");
+  const Peer back(room.port(), "bob");
 }
 
 TEST(Moderation, ABanIsStoredAndSurvivesARestart) {
@@ -126,14 +102,10 @@ TEST(Moderation, ABanIsStoredAndSurvivesARestart) {
   EXPECT_TRUE(room.carol->gets("Announce\t[Server] bob was banned by alice (spam)"));
   EXPECT_TRUE(room.bob->isClosed());
   room.carol->send("IPBAN\t1.1.1.1");
-  for (const char* start : {"first", "second"}) {
-    SCOPED_TRACE(start);
-    Peer back(room.running->port());
-    back.send("Name\tBob\t10.0.0.7");
-    EXPECT_EQ(back.next(), "banned");
-    room.running.reset();
-    room.running = std::make_unique<RunningServer>(room.folder.path());
-  }
+  EXPECT_EQ(Peer::loginAnswer(room.port(), "Bob"), "banned");
+  room.running.reset();
+  room.running = std::make_unique<RunningServer>(room.folder.path());
+  EXPECT_EQ(Peer::loginAnswer(room.port(), "Bob"), "banned");
   const Ban expected = {BanKind::user, "bob", "127.0.0.1", "192.168.1.5", "alice", "spam"};
   EXPECT_EQ(Store(room.folder.path()).bans(), std::vector<Ban>{expected});
 }
@@ -141,77 +113,56 @@ TEST(Moderation, ABanIsStoredAndSurvivesARestart) {
 TEST(Moderation, ABanThatCannotBeStoredHoldsAndIsTold) {
   const ModeratedRoom room;
   room.grant();
-  std::ofstream(room.folder.path() / "bans") << "nonsense\n";
-  room.alice->send("BAN\tbob\tspam");
+  room.writeBans("nonsense\n");
   EXPECT_TRUE(room.alice->gets(
-      kRefusal + "The ban of bob holds, but could not be stored. That will be tried again."));
-  Peer back(room.running->port());
-  back.send("Name\tbob\t10.0.0.7");
-  EXPECT_EQ(back.next(), "banned");
+      refusal("The ban of bob holds, but could not be stored. That will be tried again."),
+      "BAN\tbob\tspam"));
+  EXPECT_EQ(Peer::loginAnswer(room.port(), "bob"), "banned");
   // The next ban brings both to the file that can be written again.
-  std::ofstream(room.folder.path() / "bans") << "# empty\n";
+  room.writeBans("# empty\n");
   room.alice->send("BAN\tcarol\ttoo");
   ASSERT_TRUE(room.running->logs("the bans are stored now"));
-  const std::vector<Ban> stored = Store(room.folder.path()).bans();
-  ASSERT_EQ(stored.size(), 2U);
-  EXPECT_EQ(stored[0].nick + stored[1].nick, "bobcarol");
+  std::string stored;
+  for (const Ban& each : Store(room.folder.path()).bans()) stored += each.nick + " ";
+  EXPECT_EQ(stored, "bob carol ");
 }
 
 TEST(Moderation, AModeratorsNicknameNeedsItsProof) {
-  Settings settings = quickSettings();
-  settings.moderatorProofMs = 1000;
-  ModeratedRoom room(settings);
-  const std::string told = kRefusal +
-                           "This nickname is a moderator's. Request the operator status within 1 "
-                           "seconds, or you will be disconnected.";
-  EXPECT_TRUE(room.alice->gets(told));
-  EXPECT_TRUE(room.carol->gets("Announce\t[Server] alice has left Kelvaron"));
-  EXPECT_TRUE(room.alice->gets(kRefusal + "The password for this nickname did not come in time."));
+  ModeratedRoom room({{&Settings::moderatorProofMs, 1000}});
+  EXPECT_TRUE(room.alice->gets(
+      refusal("This nickname is a moderator's. Request the operator status within 1 seconds, or "
+              "you will be disconnected.")));
+  EXPECT_TRUE(room.carol->gets(kAliceIsGone));
+  EXPECT_TRUE(room.alice->gets(refusal("The password for this nickname did not come in time.")));
   EXPECT_TRUE(room.alice->isClosed());
-  room.alice = std::make_unique<Peer>(room.running->port(), "alice");
+  room.alice = std::make_unique<Peer>(room.port(), "alice");
   room.grant();
-  std::this_thread::sleep_for(std::chrono::milliseconds(settings.moderatorProofMs + 200));
+  std::this_thread::sleep_for(std::chrono::milliseconds(1200));
   EXPECT_EQ(room.alice->lines(), Lines{}) << "a moderator stays";
-}
-
-TEST(Moderation, AGuestIsFoundUnderTheNameInTheListAlsoAsAModerator) {
-  const ModeratedRoom room;
-  room.grant();
-  room.alice->send(
-      "XCEPT\tbob\t\xA5"
-      "alice");
-  EXPECT_TRUE(room.bob->gets("XCEPT\talice"));
-  room.alice->send(
-      "PM\tbob\thello\t\xA5"
-      "alice");
-  EXPECT_TRUE(
-      room.bob->gets("PM\t\xA5"
-                     "alice\thello"));
 }
 
 TEST(Moderation, ReloadTakesABanAwayAndKeepsItWhenTheFileIsBroken) {
   const ModeratedRoom room;
-  const auto loginOf = [&](const std::string& nick) {
-    Peer peer(room.running->port());
-    peer.send("Name\t" + nick + "\t10.0.0.7");
-    return peer.next();
-  };
-  const auto reloadWith = [&](const std::string& bans) {
-    std::ofstream(room.folder.path() / "bans") << bans;
+  for (const auto& [bans, answer] : std::vector<std::pair<std::string, std::string>>{
+           {"nick\tdave\t\t\tby hand\tspam\n", "banned"},
+           {"nick\tdave\n", "banned"},
+           {"# none\n", "Userscl"}}) {
+    room.writeBans(bans);
     room.running->runOnLoop([](Server& server) { server.reload(); });
     EXPECT_TRUE(room.running->logs("read anew"));
-  };
-  reloadWith("nick\tdave\t\t\tby hand\tspam\n");
-  EXPECT_EQ(loginOf("Dave"), "banned");
-  reloadWith("nick\tdave\n");
-  EXPECT_EQ(loginOf("dave"), "banned");
-  reloadWith("# none\n");
-  EXPECT_EQ(loginOf("dave"), "Userscl");
+    EXPECT_EQ(Peer::loginAnswer(room.port(), "Dave"), answer) << bans;
+  }
 }
 
-TEST(Moderation, AddressOfAUser) {
+TEST(Moderation, WhatTheGrantGives) {
   const ModeratedRoom room;
   room.grant();
+  const std::string mark = "\xA5";
+  room.alice->send("XCEPT\tbob\t" + mark + "alice");
+  EXPECT_TRUE(room.bob->gets("XCEPT\talice")) << "a guest is found under the name in the list";
+  room.alice->send("PM\tbob\thello\t" + mark + "alice");
+  EXPECT_TRUE(room.bob->gets("PM\t" + mark + "alice\thello"));
+
   room.alice->send("GETIP\tbob[IG]");
   EXPECT_TRUE(room.bob->gets("getip"));
   room.bob->send("IP\t192.168.1.5");
@@ -219,18 +170,11 @@ TEST(Moderation, AddressOfAUser) {
   const std::string answer = "STATUSTEXT\t16767120\t[Server] ";
   EXPECT_TRUE(
       room.alice->gets(answer + "bob tells the address 192.168.1.5; the server sees 127.0.0.1"));
-  room.alice->send("GETIP\tcarol");
-  EXPECT_TRUE(room.alice->gets(answer + "carol tells no address; the server sees 127.0.0.1"));
-}
+  EXPECT_TRUE(room.alice->gets(answer + "carol tells no address; the server sees 127.0.0.1",
+                               "GETIP\tcarol"));
 
-TEST(Moderation, MessageToAll) {
-  const ModeratedRoom room;
-  room.grant();
-  room.alice->send("MSG\tModerator Privlidges Granted - You are now a moderator.");
-  const Lines expected = {
-      "STATUSTEXT\t8454143\t[Server] Message from alice: Moderator Privlidges Granted - You are "
-      "now a "
-      "moderator."};
+  room.alice->send("MSG\tto all");
+  const Lines expected = {"STATUSTEXT\t8454143\t[Server] Message from alice: to all"};
   EXPECT_EQ(room.alice->lines(), expected);
   EXPECT_EQ(room.bob->lines(), expected);
 }

@@ -11,34 +11,32 @@
 #include <future>
 
 namespace kelvaron::server {
-namespace {
 
-constexpr int kPatienceSeconds = 5;
-constexpr std::string_view kClosed = "(closed)";
+static constexpr int kPatienceSeconds = 5;
 
-}  // namespace
-
-Settings quickSettings() {
+Settings quickSettings(Changes changes) {
   Settings settings;
   settings.burstLines = 100'000;
   settings.listDelayMs = 10;
   settings.leaveGraceMs = 200;
   settings.addressAnswerMs = 200;
+  for (const auto& [setting, value] : changes) settings.*setting = value;
   return settings;
 }
 
-RunningServer::RunningServer(const std::filesystem::path& folder, const Settings& settings)
-    : server_(std::make_unique<Server>(io_, Options{.address = "127.0.0.1",
-                                                    .port = 0,
-                                                    .folder = folder,
-                                                    .settings = settings,
-                                                    .log =
-                                                        [this](std::string_view text) {
-                                                          const std::lock_guard guard(logMutex_);
-                                                          log_.emplace_back(text);
-                                                        }})),
-      port_(server_->port()),
-      thread_([this] { io_.run(); }) {}
+RunningServer::RunningServer(const std::filesystem::path& folder, Changes changes) {
+  const auto log = [this](std::string_view text) {
+    const std::lock_guard guard(logMutex_);
+    log_.emplace_back(text);
+  };
+  server_ = std::make_unique<Server>(io_, Options{.address = "127.0.0.1",
+                                                  .port = 0,
+                                                  .folder = folder,
+                                                  .settings = quickSettings(changes),
+                                                  .log = log});
+  port_ = server_->port();
+  thread_ = std::thread([this] { io_.run(); });
+}
 
 RunningServer::~RunningServer() {
   runOnLoop([](Server& server) { server.stop(); });
@@ -78,8 +76,14 @@ Peer::Peer(std::uint16_t port) : socket_(io_) {
 
 Peer::Peer(std::uint16_t port, std::string nick) : Peer(port) {
   nick_ = std::move(nick);
-  send("Name\t" + nick_ + "\t10.0.0.7");
+  logIn(nick_);
   EXPECT_TRUE(gets("Users\t" + nick_)) << nick_ << " can't log in";
+}
+
+std::string Peer::loginAnswer(std::uint16_t port, const std::string& nick) {
+  Peer peer(port);
+  peer.logIn(nick);
+  return peer.next();
 }
 
 void Peer::send(std::string_view line) { sendRaw(std::string(line) + "\r\n"); }
@@ -100,20 +104,20 @@ std::string Peer::next() {
     std::array<char, 65536> block{};
     const ssize_t count = ::recv(socket_.native_handle(), block.data(), block.size(), 0);
     if (count < 0 && (errno == EAGAIN || errno == EWOULDBLOCK)) return "(nothing)";
-    if (count <= 0) return std::string(kClosed);
+    if (count <= 0) return "(closed)";
     received_.append(block.data(), static_cast<std::size_t>(count));
   }
 }
+
+static bool isEnd(const std::string& line) { return line == "(closed)" || line == "(nothing)"; }
 
 bool Peer::gets(std::string_view line) {
   while (true) {
     const std::string got = next();
     if (got == line) return true;
-    if (got == kClosed || got == "(nothing)") return false;
+    if (isEnd(got)) return false;
   }
 }
-
-bool Peer::isClosed() { return gets(kClosed); }
 
 Lines Peer::lines(bool all) {
   const std::string fence = "fence " + std::to_string(++fences_);
@@ -121,7 +125,7 @@ Lines Peer::lines(bool all) {
   const std::string end = "PM\t" + nick_ + "\t" + fence;
   Lines result;
   for (std::string line = next(); line != end; line = next()) {
-    if (line == kClosed || line == "(nothing)") {
+    if (isEnd(line)) {
       ADD_FAILURE() << nick_ << " gets no more lines: " << line;
       break;
     }
@@ -138,7 +142,7 @@ bool Peer::getsList(const Lines& entries) {
     const std::string line = next();
     if (line == "Userscl") newest.clear();
     if (line.starts_with("Users\t")) newest.push_back(line.substr(6));
-    if (line == kClosed || line == "(nothing)") return false;
+    if (isEnd(line)) return false;
   }
   return true;
 }

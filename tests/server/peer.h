@@ -5,11 +5,13 @@
 #include <asio/ip/tcp.hpp>
 #include <filesystem>
 #include <functional>
+#include <initializer_list>
 #include <memory>
 #include <mutex>
 #include <string>
 #include <string_view>
 #include <thread>
+#include <utility>
 #include <vector>
 
 #include "server/server.h"
@@ -22,13 +24,20 @@ using Lines = std::vector<std::string>;
 
 using testing::TemporaryFolder;
 
-/// Settings for tests: no slow-down, short times where a test waits for the time-out.
-Settings quickSettings();
+using Changes = std::initializer_list<std::pair<long Settings::*, long>>;
+/// No slow-down, short times where a test waits for the time-out, and what a test wants otherwise.
+Settings quickSettings(Changes changes = {});
+
+/// What the server tells a user whom it refuses something.
+inline std::string refusal(const std::string& text) {
+  return "STATUSTEXT\t7895295\t[Server] " + text;
+}
+inline const std::string kGrant =
+    "STATUSTEXT\t8454016\tModerator Privlidges Granted - You are now a moderator.";
 
 class RunningServer {
  public:
-  explicit RunningServer(const std::filesystem::path& folder,
-                         const Settings& settings = quickSettings());
+  explicit RunningServer(const std::filesystem::path& folder, Changes changes = {});
   ~RunningServer();
   RunningServer(const RunningServer&) = delete;
   RunningServer& operator=(const RunningServer&) = delete;
@@ -55,7 +64,10 @@ class Peer {
   explicit Peer(std::uint16_t port);
   /// Logs in and waits for the user list.
   Peer(std::uint16_t port, std::string nick);
+  /// The first answer to a login on a connection that ends then.
+  static std::string loginAnswer(std::uint16_t port, const std::string& nick);
 
+  void logIn(const std::string& nick) { send("Name\t" + nick + "\t10.0.0.7"); }
   void send(std::string_view line);
   void sendRaw(std::string_view bytes);
 
@@ -63,8 +75,12 @@ class Peer {
   std::string next();
   /// Reads up to and including this line; whether it came.
   bool gets(std::string_view line);
+  bool gets(std::string_view line, std::string_view onceItSent) {
+    send(onceItSent);
+    return gets(line);
+  }
   /// Reads up to the end of the connection; whether it came within the time.
-  bool isClosed();
+  bool isClosed() { return gets("(closed)"); }
   /// All lines that the server has for this client once it has handled all that this client sent;
   /// user lists and announcements are left out unless asked for.
   Lines lines(bool all = false);
@@ -77,7 +93,6 @@ class Peer {
   bool getsList(const Lines& entries);
 
   asio::ip::tcp::socket& socket() { return socket_; }
-  const std::string& nick() const { return nick_; }
 
  private:
   asio::io_context io_;
@@ -89,8 +104,7 @@ class Peer {
 
 /// A server in a folder of its own, with two users in the room.
 struct TwoUsers {
-  explicit TwoUsers(const Settings& settings = quickSettings())
-      : running(folder.path(), settings) {}
+  explicit TwoUsers(Changes changes = {}) : running(folder.path(), changes) {}
   TemporaryFolder folder;
   RunningServer running;
   Peer alice{running.port(), "alice"};
