@@ -19,9 +19,6 @@ using namespace std::chrono_literals;
 using ::testing::HasSubstr;
 using ::testing::IsEmpty;
 
-constexpr auto kPatience = 20s;
-constexpr std::size_t kLinesBeforeArguments = 5;
-
 /// A game file: its kind, then a directory of names without content.
 void writeGameFile(const fs::path& path, const std::string& kind,
                    const std::vector<std::string>& names) {
@@ -64,17 +61,24 @@ class Adapters : public ::testing::Test {
     troubles.clear();
     port.run(KELVARON_ENGINES "/" + placed(command), WindowStyle::normalNoFocus);
   }
+  /// What a program that ends with an error is told with.
+  std::string troubleOf(const std::string& command) {
+    troubles.clear();
+    port.run(command, WindowStyle::normalNoFocus);
+    EXPECT_TRUE(runUntil([&] { return !troubles.empty(); }));
+    return troubles.empty() ? "" : troubles.front();
+  }
   /// What a program of the game was started with, in one line; empty when it wasn't.
   std::string startedWith(const std::string& program) const {
     std::ifstream record(games / (program + ".started"));
     std::string all;
-    std::size_t number = 0;
+    int number = 0;
     for (std::string line; std::getline(record, line);) {
-      if (number++ >= kLinesBeforeArguments) all += (all.empty() ? "" : " ") + line;
+      if (number++ >= 5) all += (all.empty() ? "" : " ") + line;
     }
     return all;
   }
-  bool runUntil(const std::function<bool()>& done) { return loop.runUntil(done, kPatience); }
+  bool runUntil(const std::function<bool()>& done) { return loop.runUntil(done, 20s); }
 
   TemporaryFolder folder;
   fs::path base = fs::canonical(folder.path());
@@ -149,21 +153,16 @@ TEST_F(Adapters, RefuseTheRest) {
   };
   for (const auto& [command, reason] : cases) {
     SCOPED_TRACE(command);
-    start(command);
-    ASSERT_TRUE(runUntil([&] { return !troubles.empty(); }));
+    const std::string trouble = troubleOf(KELVARON_ENGINES "/" + placed(command));
     const std::string program = command.substr(0, command.find(' '));
-    EXPECT_THAT(
-        troubles.front(),
-        HasSubstr("ended with the error 2.\r\nThe last that it said:\r\n" + program + ": "));
-    EXPECT_THAT(troubles.front(), HasSubstr(reason));
+    EXPECT_THAT(trouble, HasSubstr("ended with the error 2.\r\nThe last that it said:\r\n" +
+                                   program + ": "));
+    EXPECT_THAT(trouble, HasSubstr(reason));
     EXPECT_EQ(startedWith("chocolate-doom") + startedWith("chocolate-server"), "");
   }
   // The game would read switches from a file of this name.
-  const std::string list = KELVARON_ENGINES "/zdoom.exe -iwad " + placed("@/doom2.wad");
-  troubles.clear();
-  port.run(list + " -join @x", WindowStyle::normalNoFocus);
-  ASSERT_TRUE(runUntil([&] { return !troubles.empty(); }));
-  EXPECT_THAT(troubles.front(), HasSubstr("it would read a list of switches"));
+  EXPECT_THAT(troubleOf(KELVARON_ENGINES "/zdoom.exe -iwad " + placed("@/doom2.wad -join ") + "@x"),
+              HasSubstr("it would read a list of switches"));
 }
 
 TEST_F(Adapters, AGuestWaitsForTheHost) {
@@ -182,25 +181,25 @@ TEST_F(Adapters, AGuestWaitsForTheHost) {
 
 TEST_F(Adapters, ACopyUnderAnotherNameSaysHowItHasToBeCalled) {
   fs::copy_file(KELVARON_ENGINES "/zdoom.exe", base / "other.exe");
-  port.run(placed("@/other.exe"), WindowStyle::normalNoFocus);
-  ASSERT_TRUE(runUntil([&] { return !troubles.empty(); }));
-  EXPECT_THAT(troubles.front(), HasSubstr("it has to be called zdoom.exe, zdoomgl.exe"));
+  EXPECT_THAT(troubleOf(placed("@/other.exe")),
+              HasSubstr("it has to be called zdoom.exe, zdoomgl.exe"));
 }
 
 TEST(GameData, IsLinkedUnderTheNamesOfTheSetup) {
   const TemporaryFolder folder;
-  const fs::path data = folder.path() / "data";
-  const fs::path wads = folder.path() / "my wads";
+  const std::string base = folder.path().string();
+  const fs::path data = base + "/data";
+  const fs::path wads = base + "/my wads";
   const std::string command = "KELVARON_GAME_DATA='" + data.string() +
-                              "' '" KELVARON_LINK_GAME_DATA "' '" + wads.string() + "' >'" +
-                              folder.path().string() + "/said' 2>&1";
+                              "' '" KELVARON_LINK_GAME_DATA "' '" + wads.string() + "' >'" + base +
+                              "/said' 2>&1";
   const auto contents = [](const fs::path& path) {
     std::ostringstream text;
     text << std::ifstream(path).rdbuf();
     return text.str();
   };
   EXPECT_NE(std::system(command.c_str()), 0);
-  EXPECT_THAT(contents(folder.path() / "said"), HasSubstr("apt-get install freedoom"));
+  EXPECT_THAT(contents(base + "/said"), HasSubstr("apt-get install freedoom"));
   EXPECT_FALSE(fs::exists(wads));
 
   fs::create_directories(data);
@@ -209,14 +208,11 @@ TEST(GameData, IsLinkedUnderTheNamesOfTheSetup) {
   std::ofstream(wads / "TNT.WAD") << "bought";
   for (int time = 0; time < 2; ++time) {
     EXPECT_EQ(std::system(command.c_str()), 0);
-    for (const auto& [name, content] :
-         std::vector<std::pair<std::string, std::string>>{{"DOOM.WAD", "freedoom1.wad"},
-                                                          {"DOOM2.WAD", "freedoom2.wad"},
-                                                          {"DOOM2F.WAD", "freedoom2.wad"},
-                                                          {"PLUTONIA.WAD", "freedoom2.wad"},
-                                                          {"TNT.WAD", "bought"}}) {
-      EXPECT_EQ(contents(wads / name), content);
+    EXPECT_EQ(contents(wads / "DOOM.WAD"), "freedoom1.wad");
+    for (const char* name : {"DOOM2.WAD", "DOOM2F.WAD", "PLUTONIA.WAD"}) {
+      EXPECT_EQ(contents(wads / name), "freedoom2.wad");
     }
+    EXPECT_EQ(contents(wads / "TNT.WAD"), "bought");
   }
 }
 

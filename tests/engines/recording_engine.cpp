@@ -1,21 +1,9 @@
 // Stands in for a game engine: records how it was started, then does what its plan says.
 //
 // Started as FOLDER/NAME (a link will do), it writes FOLDER/NAME.started, which comes to be whole:
-//
-//     descriptors 0 1 2      open ones
-//     folder /somewhere      the working folder
-//     input at its end       or "open"
-//     session own            or "shared"
-//     signals default        or "changed"
-//     -host                  the arguments, one a line; control characters as <0A>
-//     2
-//
-// The plan is FOLDER/NAME.plan, if there is one: a step a line, done in their order.
-//
-//     say TEXT, warn TEXT    prints a line to the output, to the errors
-//     sleep MILLISECONDS
-//     mark FILE              makes FILE beside it
-//     kill SIGNAL, exit CODE ends
+// open descriptors, the working folder, whether the input is at its end, whether the session is its
+// own, whether the signals are the default, and the arguments, one a line, control characters as
+// <0A>. FOLDER/NAME.plan, if there is one, holds a step a line: see `act`.
 #include <fcntl.h>
 #include <signal.h>
 #include <unistd.h>
@@ -68,7 +56,7 @@ std::string inOneLine(std::string_view argument) {
 }
 
 void record(const std::string& program, std::span<char*> arguments) {
-  const std::string descriptors = openDescriptors();
+  const std::string descriptors = openDescriptors();  // before there is one more
   const std::string unfinished = program + ".unfinished";
   char byte = 0;
   std::ofstream file(unfinished, std::ios::binary);
