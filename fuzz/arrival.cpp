@@ -12,16 +12,12 @@
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
   static std::unique_ptr<kelvaron::FuzzDesktop> desktop;
   constexpr std::size_t kFullView = 1'000'000;
-  std::string_view input = kelvaron::asText(data, size);
-  while (true) {
+  for (const std::string_view piece : kelvaron::pieces(kelvaron::asText(data, size), '\xFF')) {
     const bool usable =
         desktop && !desktop->edge.ended() &&
         desktop->client->form<kelvaron::frmMain>().txtOutput.Content.length() < kFullView;
     if (!usable) desktop = std::make_unique<kelvaron::FuzzDesktop>();
-    const std::size_t cut = input.find('\xFF');
-    desktop->arrive(input.substr(0, cut));
-    if (cut == std::string_view::npos) break;
-    input.remove_prefix(cut + 1);
+    desktop->arrive(piece);
   }
   return 0;
 }

@@ -2,8 +2,6 @@
 //
 // The input is the offer's fields, parted by TABs; all of it is also taken for a command of its
 // own. The disk that paths are tried against is a small folder of the target's.
-#include <stdlib.h>
-
 #include <algorithm>
 #include <array>
 #include <filesystem>
@@ -13,34 +11,24 @@
 #include "game/offer_check.h"
 #include "native/command_line.h"
 #include "platform/text.h"
+#include "tests/support/temporary_folder.h"
 
 namespace kelvaron {
 namespace {
 
-// A folder with an engine and wads, among them names that look like switches; gone with the
-// program.
-class Disk {
- public:
-  Disk();
-  ~Disk() {
-    std::error_code ignored;  // nothing depends on it
-    std::filesystem::remove_all(folder, ignored);
+// A folder with an engine and wads, among them names that look like switches.
+struct Disk {
+  Disk() {
+    for (const char* name : {"engine", "doom.wad", "a - b.wad", "c +d.wad", "x -file y"}) {
+      std::ofstream(folder.path() / name) << "PWAD";
+    }
+    std::filesystem::permissions(folder.path() / "engine", std::filesystem::perms::owner_all);
+    std::filesystem::create_directory(folder.path() / "sub - folder");
+    std::filesystem::current_path(folder.path());
   }
-  Disk(const Disk&) = delete;
-  Disk& operator=(const Disk&) = delete;
 
-  std::string folder = "/tmp/kelvaron-fuzz-XXXXXX";
+  testing::TemporaryFolder folder;
 };
-
-Disk::Disk() {
-  require(::mkdtemp(folder.data()) != nullptr);
-  for (const char* name : {"engine", "doom.wad", "a - b.wad", "c +d.wad", "x -file y"}) {
-    std::ofstream(folder + "/" + name) << "PWAD";
-  }
-  std::filesystem::permissions(folder + "/engine", std::filesystem::perms::owner_all);
-  std::filesystem::create_directory(folder + "/sub - folder");
-  std::filesystem::current_path(folder);
-}
 
 // Letter for letter, but for what the disk may spell otherwise and for what parts words.
 std::string bare(std::string_view text) {
@@ -60,20 +48,16 @@ void checkTokens(std::string_view command) {
 
 // An offer of which nothing is remarked starts no engine with a switch that Kelvaron never sends.
 void checkOffer(std::string_view input, const std::string& folder) {
-  std::array<std::string, 4> fields;
-  for (std::string& field : fields) {
-    const std::size_t tab = std::min(input.find('\t'), input.size());
-    field = input.substr(0, tab);
-    input.remove_prefix(std::min(tab + 1, input.size()));
-  }
+  std::vector<std::string_view> fields = pieces(input, '\t');
+  fields.resize(4);
   const GameConfig config{
       .zdoomPath = folder + "/engine", .doomWad = "doom.wad", .externalWadFolder = folder};
   const GameOffer offer{.gameKey = "zdoom",
-                        .wad = fields[0],
+                        .wad = std::string(fields[0]),
                         .skin = std::string(kNone),
-                        .guestOptions = fields[1],
-                        .hostAddress = fields[2],
-                        .hostNick = fields[3]};
+                        .guestOptions = std::string(fields[1]),
+                        .hostAddress = std::string(fields[2]),
+                        .hostNick = std::string(fields[3])};
   const auto isOnDisk = [](const std::string& path) {
     const auto found = findOnDisk(path);
     return found && (found->kind == DiskName::Kind::file || found->kind == DiskName::Kind::program);
@@ -97,6 +81,6 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   static const Disk disk;
   const std::string_view input = asText(data, size);
   checkTokens(input);
-  checkOffer(input, disk.folder);
+  checkOffer(input, disk.folder.path().string());
   return 0;
 }

@@ -57,7 +57,6 @@ class FuzzSocket : public Socket {
 
 /// A file that came, in memory.
 struct FuzzFile {
-  std::string name;
   std::string content;
   bool open = true;
   bool kept = false;
@@ -163,7 +162,7 @@ class FuzzDesktop : SocketPort,
       const auto byte = static_cast<unsigned char>(character);
       return byte < 32 || byte == 127 || character == '/' || character == '\\';
     }));
-    files.push_back(std::make_shared<FuzzFile>(FuzzFile{name, {}}));
+    files.push_back(std::make_shared<FuzzFile>());
     return std::make_unique<Received>(files.back());
   }
   std::unique_ptr<LocalHostLookUp> localHostAddress(LocalHostPort::Done) override {

@@ -2,14 +2,11 @@
 //
 // The byte 0xFF parts two writes, 0xFE two clients: what stands behind it comes from the next one
 // of three, the first of which is a moderator. What each is sent is whole lines of known keywords.
-#include <sys/socket.h>
-
 #include <algorithm>
 #include <array>
 #include <asio/io_context.hpp>
 #include <asio/ip/tcp.hpp>
 #include <chrono>
-#include <filesystem>
 #include <memory>
 #include <string>
 #include <vector>
@@ -18,6 +15,7 @@
 #include "server/password.h"
 #include "server/server.h"
 #include "server/store.h"
+#include "tests/support/temporary_folder.h"
 
 namespace kelvaron::server {
 namespace {
@@ -76,19 +74,15 @@ class Client {
 class Room {
  public:
   Room() {
-    std::string name = "/tmp/kelvaron-fuzz-XXXXXX";
-    require(::mkdtemp(name.data()) != nullptr);
-    folder_ = name;
-    const Store store(folder_);
-    store.prepare();
     static const std::string hash = hashPassword("right");
-    store.setModerator({"ann", "a", hash});
+    Store(folder_.path()).setModerator({"ann", "a", hash});
     Settings settings;
     settings.burstLines = settings.burstLogins = 1'000'000;
     settings.listDelayMs = settings.leaveGraceMs = 0;
     settings.lineLimit = 1024;
     server_ = std::make_unique<Server>(
-        io_, Options{.address = "127.0.0.1", .port = 0, .folder = folder_, .settings = settings});
+        io_,
+        Options{.address = "127.0.0.1", .port = 0, .folder = folder_.path(), .settings = settings});
     ann_ = connect();
     ann_->send("Name\tann\t1\r\nRequestOP\tann\ta\tright\r\n");
     for (int i = 0; i < 5000 && !ann_->takes("Moderator Privlidges"); ++i) {
@@ -99,12 +93,11 @@ class Room {
     server_->stop();
     settle();
     server_.reset();
-    std::filesystem::remove_all(folder_);
   }
   Room(const Room&) = delete;
   Room& operator=(const Room&) = delete;
 
-  bool usable() { return ann_->open && Store(folder_).bans().empty(); }
+  bool usable() { return ann_->open && Store(folder_.path()).bans().empty(); }
   Client& moderator() { return *ann_; }
   std::unique_ptr<Client> connect() {
     auto client = std::make_unique<Client>(clientIo_, server_->port());
@@ -119,7 +112,7 @@ class Room {
  private:
   asio::io_context io_{1};
   asio::io_context clientIo_{1};
-  std::filesystem::path folder_;
+  testing::TemporaryFolder folder_;
   std::unique_ptr<Server> server_;
   std::unique_ptr<Client> ann_;
 };
@@ -139,14 +132,13 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
                                             strangers[1].get()};
   strangers[0]->send("Name\tbob\t2\r\n");
   std::size_t speaker = 0;
-  std::string_view input = asText(data, size);
-  while (!input.empty()) {
-    const std::size_t cut = std::min(input.find_first_of("\xFE\xFF"), input.size());
-    clients[speaker]->send(input.substr(0, cut));
-    room->settle();
-    for (server::Client* each : clients) each->takes("");
-    if (cut < input.size() && input[cut] == '\xFE') speaker = (speaker + 1) % clients.size();
-    input.remove_prefix(std::min(cut + 1, input.size()));
+  for (const std::string_view part : pieces(asText(data, size), '\xFE')) {
+    for (const std::string_view write : pieces(part, '\xFF')) {
+      clients[speaker]->send(write);
+      room->settle();
+      for (server::Client* each : clients) each->takes("");
+    }
+    speaker = (speaker + 1) % clients.size();
   }
   return 0;
 }

@@ -6,22 +6,17 @@
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
   using namespace kelvaron;
-  std::string_view input = asText(data, size);
   PingOutput output;
   bool sent = false;
   bool replied = false;
-  while (true) {
-    const std::size_t cut = input.find('\xFF');
-    output.append(input.substr(0, cut));
+  for (const std::string_view piece : pieces(asText(data, size), '\xFF')) {
+    output.append(piece);
     // What was said isn't taken back by what comes behind it.
     require(output.sent() || !sent);
     require(output.replied() || !replied);
     sent = output.sent();
     replied = output.replied();
-    const std::string line = output.lastLine();
-    require(line.find_first_of("\r\n") == std::string::npos);
-    if (cut == std::string_view::npos) break;
-    input.remove_prefix(cut + 1);
+    require(output.lastLine().find_first_of("\r\n") == std::string::npos);
   }
   return 0;
 }

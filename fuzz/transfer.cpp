@@ -29,14 +29,11 @@ void connect(FuzzDesktop& desktop, Frm_Client& form, FuzzSocket& socket, std::st
   desktop.files.clear();
   socket.onConnectionRequest(1);
   std::string stream;
-  while (socket.State() == SocketState::connected) {
-    const std::size_t cut = input.find('\xFF');
-    const std::string_view arrival = input.substr(0, cut);
+  for (const std::string_view arrival : pieces(input, '\xFF')) {
+    if (socket.State() != SocketState::connected) break;
     socket.received = arrival;
     stream += arrival;
     socket.onDataArrival();
-    if (cut == std::string_view::npos) break;
-    input.remove_prefix(cut + 1);
   }
   // A refused sender leaves no file, and the next one may come.
   const bool refused = socket.State() == SocketState::listening;
@@ -61,12 +58,8 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   static FuzzDesktop desktop;
   static auto& form = desktop.client->form<Frm_Client>();
   static FuzzSocket& socket = *desktop.newest;
-  std::string_view input = asText(data, size);
-  while (true) {
-    const std::size_t cut = input.find('\xFE');
-    connect(desktop, form, socket, input.substr(0, cut));
-    if (cut == std::string_view::npos) break;
-    input.remove_prefix(cut + 1);
+  for (const std::string_view each : pieces(asText(data, size), '\xFE')) {
+    connect(desktop, form, socket, each);
   }
   return 0;
 }
