@@ -1,5 +1,6 @@
 """Starts the programs and works their windows as a person would."""
 
+import glob
 import os
 import shutil
 import signal
@@ -52,13 +53,9 @@ class Program:
         for program in cls.running:
             program.stop(signal.SIGKILL)
         cls.running = []
-        for visitor in Visitor.present:
-            visitor.socket.close()
-        Visitor.present = []
         # The next scenario begins with fresh programs.
-        for folder in Client.folders:
+        for folder in glob.glob(os.path.join(WORK, "program-*")):
             shutil.rmtree(folder, ignore_errors=True)
-        Client.folders = set()
 
 
 class Server(Program):
@@ -88,16 +85,17 @@ class Server(Program):
 class Visitor:
     """Somebody else in the room, who speaks the protocol by hand."""
 
-    present = []
-
     def __init__(self, name):
         self.name = name
         self.socket = socket.create_connection(("127.0.0.1", 3069))
-        Visitor.present.append(self)  # whoever is forgotten would hang up
+        Program.running.append(self)  # whoever is forgotten would hang up
         self.send("Name", name, "127.0.0.1")
 
     def send(self, *fields):
         self.socket.sendall(("\t".join(fields) + "\r\n").encode("cp1252"))
+
+    def stop(self, _how=None):
+        self.socket.close()
 
     def says(self, text):
         self.send("Message", self.name + ": ", text)
@@ -116,8 +114,6 @@ class Visitor:
 class Client(Program):
     """The client program in a session of its own."""
 
-    folders = set()
-
     def __init__(self, session, **environment):
         runtime = os.path.join(WORK, session)
         os.makedirs(runtime, mode=0o700, exist_ok=True)
@@ -129,7 +125,6 @@ class Client(Program):
             shutil.copy(os.path.join(BIN, "game.wav"), folder)
             shutil.copytree(os.path.join(BIN, "sounds"), os.path.join(folder, "sounds"))
         self.folder = folder
-        Client.folders.add(folder)
         # Games find no home but this either, and make no noise.
         own = {name: WORK for name in ("HOME", "XDG_DATA_HOME", "XDG_CONFIG_HOME")} | environment
         super().__init__([os.path.join(folder, "kelvaron")],
@@ -164,8 +159,8 @@ class Client(Program):
     def has_window(self, wanted):
         return self.look_for_window(wanted) is not None
 
-    def no_window(self, wanted, patience=PATIENCE):
-        until(lambda: not self.has_window(wanted), f"the window {wanted!r} to go", patience)
+    def no_window(self, wanted):
+        until(lambda: not self.has_window(wanted), f"the window {wanted!r} to go")
 
     def activate(self, wanted):
         """Brings a window to the front and gives it the keyboard."""
@@ -187,16 +182,13 @@ class Client(Program):
 
     # Widgets.
 
-    def look_for(self, window, name, role=None):
-        return next((node for node in walk(self.look_for_window(window))
-                     if node.name == name and (role is None or node.getRoleName() == role)), None)
-
     def find(self, window, name, role=None):
         def about():
             found = self.look_for_window(window)
             there = [(n.getRoleName(), n.name) for n in walk(found)] if found else self.windows()
             return f"{role or 'widget'} {name!r} in {window!r}, where {there} is"
-        return until(lambda: self.look_for(window, name, role), about)
+        return until(lambda: next((n for n in walk(self.look_for_window(window)) if n.name == name
+                                   and role in (None, n.getRoleName())), None), about)
 
     def has_focus(self, window, name):
         until(lambda: any(node.name == name and has(node, pyatspi.STATE_FOCUSED)
@@ -340,9 +332,11 @@ class Client(Program):
             time.sleep(0.1)
 
 
-def enter_room(*names):
+def two_players(folder, *names):
     """Clients that are in the room and see each other."""
-    players = [Client(session) for session in ("ann", "bob")[:len(names)]]
+    Server(folder)
+    names = names or ("ann", "bob")
+    players = [Client(session) for session in ("ann", "bob")]
     for player in players:
         player.window(LOGIN)  # one that comes later would take the keyboard
     for player, name in zip(players, names):
@@ -350,8 +344,3 @@ def enter_room(*names):
     for player in players:
         player.lists(*sorted(names))
     return players
-
-
-def two_players(folder, *names):
-    Server(folder)
-    return enter_room(*(names or ("ann", "bob")))

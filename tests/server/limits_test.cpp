@@ -87,14 +87,21 @@ TEST(Limits, LoginsWaitTheirTurn) {
   EXPECT_GE(std::ranges::count_if(crowd, [&](auto& each) { return each->next() == tooMany; }), 4);
 }
 
-TEST(Limits, TheSilentGiveWayToNewcomers) {
-  const TwoUsers room({{&Settings::connections, 4}});
+TEST(Limits, ConnectionsInAllWhereTheSilentGiveWayToNewcomers) {
+  TwoUsers room({{&Settings::connections, 4}});
   Peer oldest(room.running.port());
   Peer younger(room.running.port());
-  Peer carol(room.running.port(), "carol");
-  EXPECT_TRUE(oldest.isClosed());
-  younger.logIn("dave");
-  EXPECT_TRUE(younger.gets("Users\tdave"));
+  {
+    const Peer carol(room.running.port(), "carol");
+    EXPECT_TRUE(oldest.isClosed());
+    younger.logIn("dave");
+    EXPECT_TRUE(younger.gets("Users\tdave"));
+    Peer fifth(room.running.port());
+    EXPECT_TRUE(fifth.gets(refusal("The server is full. Try again later.")));
+    EXPECT_TRUE(fifth.isClosed());
+  }
+  ASSERT_TRUE(room.alice.gets("Announce\t[Server] carol has left Kelvaron"));
+  const Peer again(room.running.port(), "eve");
 }
 
 TEST(Limits, ListsKeepToTheirBytes) {
@@ -127,19 +134,17 @@ TEST(Limits, WhoComesBackAtOnceIsNotTwo) {
   EXPECT_EQ(Peer::loginAnswer(room.running.port(), "bob"), "DOUBLE");
 }
 
-TEST(Limits, TimeOutsCloseTheSilentAndTheStalled) {
-  TwoUsers room({{&Settings::loginTimeoutMs, 100}, {&Settings::stallTimeoutMs, 300}});
-  Peer silent(room.running.port());
-  EXPECT_TRUE(silent.isClosed());
-  sendTimes(room.alice, 200, kLong);
-  EXPECT_TRUE(room.alice.gets(kBobIsGone));
-}
-
-TEST(Limits, AClientThatDoesNotReadIsDroppedAtTheLimitOfItsQueue) {
-  TwoUsers room({{&Settings::queueLimit, 100'000}});
-  sendTimes(room.alice, 300, kLong);
-  EXPECT_TRUE(room.alice.gets(kBobIsGone));
-  EXPECT_TRUE(room.alice.getsList({"alice"}));
+TEST(Limits, WhoTellsNothingOrTakesNothingIsDropped) {
+  for (const auto& [stall, queue] : {std::pair(300L, 100'000'000L), std::pair(30'000L, 100'000L)}) {
+    TwoUsers room({{&Settings::stallTimeoutMs, stall},
+                   {&Settings::queueLimit, queue},
+                   {&Settings::loginTimeoutMs, 100}});
+    Peer silent(room.running.port());
+    EXPECT_TRUE(silent.isClosed());
+    sendTimes(room.alice, 300, kLong);
+    EXPECT_TRUE(room.alice.gets(kBobIsGone)) << queue;
+    EXPECT_TRUE(room.alice.getsList({"alice"}));
+  }
 }
 
 TEST(Limits, UserListsDoNotPileUpForAClientThatDoesNotRead) {
@@ -157,18 +162,6 @@ TEST(Limits, UserListsDoNotPileUpForAClientThatDoesNotRead) {
   // One list may have come before the sockets were full.
   EXPECT_LE(std::ranges::count(all, "Userscl"), 3);
   EXPECT_EQ(Lines(all.end() - 3, all.end()), (Lines{"Userscl", "Users\talice[AW]", "Users\tbob"}));
-}
-
-TEST(Limits, ConnectionsInAll) {
-  TwoUsers room({{&Settings::connections, 3}});
-  {
-    const Peer third(room.running.port(), "carol");
-    Peer fourth(room.running.port());
-    EXPECT_TRUE(fourth.gets(refusal("The server is full. Try again later.")));
-    EXPECT_TRUE(fourth.isClosed());
-  }
-  ASSERT_TRUE(room.alice.gets("Announce\t[Server] carol has left Kelvaron"));
-  const Peer again(room.running.port(), "dave");
 }
 
 TEST(Limits, NoDescriptorsLeftIsSurvived) {

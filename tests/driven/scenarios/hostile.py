@@ -1,15 +1,12 @@
-"""A server that does what it likes: boxes without end, windows over what is typed, very long fields."""
+"""A server that does what it likes: boxes without end, windows over what is typed; and a second
+program."""
 
 import socket
 import threading
 import time
 
 from desk import key, until, write
-from driver import MOTD, ROOM, Client, Program
-from game_setup import (BOX, IN_GAME, LAST_LOOK, OFFER, Engine, configure, folder_for_games,
-                        game_file)
-
-OFFER_LINE = "GAME\tzdoom2\tNONE\tNONE\t{}\t10.0.0.9\tmallory"
+from driver import LOGIN, MOTD, ROOM, Client, Program
 
 
 class HostileServer:
@@ -40,8 +37,6 @@ class HostileServer:
             return True
         except TimeoutError:
             return False
-        finally:
-            self.connections[-1].settimeout(None)
 
     def stop(self, _how=None):
         self.listener.shutdown(socket.SHUT_RDWR)  # wakes the thread
@@ -96,36 +91,6 @@ def keys_stay_in_the_line():
     until(lambda: ann.message() == "half a word more", lambda: f"the line, not {ann.message()!r}")
 
 
-def last_look(server, client, engine, doom2):
-    """An offer that was accepted and has started, up to its last look."""
-    configure(client, zdoom=engine.path, doom2=doom2)
-    server.send(OFFER_LINE.format(" -fast"))
-    client.press(OFFER, "Accept")
-    server.send("START")
-    client.window(LAST_LOOK)
-
-
-def what_is_shown_is_started():
-    """An offer behind the open last look changes what it shows; one press starts one game."""
-    server, ann = in_the_room()
-    games = folder_for_games("hostile games")
-    engine, doom2 = Engine(games, "zdoom.exe"), game_file(games, "doom2.wad")
-    last_look(server, ann, engine, doom2)
-    server.send(*[OFFER_LINE.format(f" -skill {i}") for i in range(1, 6)])
-    ann.window(OFFER)
-    until(lambda: ann.text_in(LAST_LOOK, "Command").rstrip().endswith("-skill 5"), "the new one")
-    ann.press(LAST_LOOK, "OK")
-    ann.answer(BOX, "Another offer has changed the command")
-    assert not engine.was_started()
-    ann.activate(LAST_LOOK)
-    ann.click(ann.find(LAST_LOOK, "OK", "push button"), repeat=2)
-    arguments = engine.arguments()
-    ann.window(IN_GAME)
-    time.sleep(0.5)
-    assert not engine.was_started(), "two presses started two games"
-    assert arguments[:4] == ["-iwad", doom2, "-join", "10.0.0.9"], arguments
-
-
 def muted_stay_muted():
     """Closing the list of the muted by its frame only hides it."""
     server, ann = in_the_room()
@@ -139,4 +104,15 @@ def muted_stay_muted():
     assert "not heard" not in ann.chat()
 
 
-SCENARIOS = [boxes_can_be_left, keys_stay_in_the_line, what_is_shown_is_started, muted_stay_muted]
+def second_instance():
+    """One Kelvaron per session."""
+    first = Client("ann")
+    first.window(LOGIN)
+    second = Client("ann")
+    second.answer("Doh!", "there is another Kelvaron open")
+    second.ends("another instance runs")
+    assert not first.ended()
+    Client("bob").window(LOGIN)
+
+
+SCENARIOS = [boxes_can_be_left, keys_stay_in_the_line, muted_stay_muted, second_instance]

@@ -130,10 +130,12 @@ def jobs():
     ann.has_focus(FIRST_WAITING, "GO")
     key("space")
     ann.window(IN_GAME)
+    assert engine.arguments()[:2] == ["-iwad", doom2]
     bob.activate(ROOM)
     guest.to_newest(LAST_LOOK)
     guest.press("Tab", "space")
     bob.window(IN_GAME)
+    assert engine.arguments()[:4] == ["-iwad", doom2, "-join", "127.0.0.1"]
 
     taken = hands.counts | guest.counts
     print("    keys:", ", ".join(f"{job} {count}" for job, count in taken.items()), flush=True)
