@@ -9,16 +9,19 @@ set -u
 here=$(cd "$(dirname "$0")" && pwd)
 PATH=$PATH:/usr/games
 
-for program in chocolate-doom chocolate-server Xvfb openbox xprop xdotool; do
-  command -v "$program" >/dev/null || {
-    echo "Skipped: $program is not installed"
-    exit 77
-  }
-done
-[ -r /usr/share/games/doom/freedoom2.wad ] || {
-  echo "Skipped: the game data of the package freedoom are not installed"
+skip() {
+  echo "Skipped: $1"
   exit 77
 }
+fail() {
+  echo "$1"
+  exit 1
+}
+for program in chocolate-doom chocolate-server Xvfb openbox xprop xdotool; do
+  command -v "$program" >/dev/null || skip "$program is not installed"
+done
+[ -r /usr/share/games/doom/freedoom2.wad ] ||
+  skip "the game data of the package freedoom are not installed"
 
 # The game's port belongs to one host only: a network of its own where the system allows that.
 if [ -z "${KELVARON_GAME_NETWORK:-}" ]; then
@@ -34,8 +37,7 @@ fi
 work=$(mktemp -d)
 pids=()
 end_games() {
-  [ ${#pids[@]} -eq 0 ] || kill "${pids[@]}" 2>/dev/null
-  for pid in "${pids[@]}"; do wait "$pid" 2>/dev/null; done
+  for pid in "${pids[@]}"; do kill "$pid" && wait "$pid"; done 2>/dev/null
   pids=()
 }
 finish() {
@@ -64,20 +66,13 @@ seen() {
     grep -qae "$2" "$work/$1" && return 0
     sleep 0.1
   done
-  echo "The $1 didn't say \"$2\" within $3 seconds, but:"
-  tail -n 15 "$work/$1"
-  exit 1
+  fail "The $1 didn't say \"$2\" within $3 seconds, but: $(tail -n 15 "$work/$1")"
 }
 all_run() {
-  for pid in "${pids[@]}"; do
-    kill -0 "$pid" 2>/dev/null && continue
-    echo "A game ended by itself"
-    exit 1
-  done
+  for pid in "${pids[@]}"; do kill -0 "$pid" 2>/dev/null || fail "A game ended by itself"; done
 }
 
-quiet="-nosfx -nomusic"
-start single zdoom.exe -iwad "$work/my wads/DOOM.WAD" $quiet -warp 23 -host 1
+start single zdoom.exe -iwad "$work/my wads/DOOM.WAD" -nosfx -nomusic -warp 23 -host 1
 seen single "player 1 of 1" 40
 seen single "startmap: 3  startepisode: 2" 5
 all_run
@@ -91,11 +86,8 @@ for _ in $(seq 40); do
   grep -qa ' 2/[48]' "$work/query" && break
   sleep 0.2
 done
-grep -qa ' 2/[48]' "$work/query" || {
-  echo "The server's players didn't come:"
-  tail -n 5 "$work"/{query,server,first,second}
-  exit 1
-}
+grep -qa ' 2/[48]' "$work/query" ||
+  fail "The server's players didn't come: $(tail -n 5 "$work"/{query,server,first,second})"
 echo "The server has both: $(grep -a ' 2/[48]' "$work/query")"
 # Whoever came first starts the game in the waiting window, which the other lacks.
 for _ in $(seq 20); do

@@ -222,18 +222,6 @@ def guesses(program):
         return f"right proof {max(took):.2f} s at most, {server.grown(64)} besides a hash"
 
 
-def silent_crowd(program):
-    with Server(program, "connections = 200\n") as server:
-        server.sample()
-        crowd = []
-        for each in range(800):
-            crowd.append(Stranger(f"10.7.5.{each // 20}"))
-            if each % 100 == 50:
-                crowd.append(Stranger("10.7.6.1", f"p{each}"))
-                crowd[-1].hears(b"Userscl")
-        return server.grown()
-
-
 def does_not_read(program):
     """Small lines for somebody who takes none: what keeping them costs counts too."""
     with Server(program, "lines_per_second = 100000\nburst_lines = 100000\n") as server:
@@ -276,8 +264,7 @@ def six(program):
 
 def main():
     failed = False
-    for attack in (kicks_without_rights, reconnects, toggles, guesses, silent_crowd, does_not_read,
-                   six):
+    for attack in (kicks_without_rights, reconnects, toggles, guesses, does_not_read, six):
         begin = time.monotonic()
         try:
             told = attack(sys.argv[1])

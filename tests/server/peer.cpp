@@ -6,9 +6,9 @@
 #include <sys/time.h>
 
 #include <array>
+#include <asio/use_future.hpp>
 #include <asio/write.hpp>
 #include <chrono>
-#include <future>
 
 namespace kelvaron::server {
 
@@ -27,7 +27,7 @@ Settings quickSettings(Changes changes) {
 RunningServer::RunningServer(const std::filesystem::path& folder, Changes changes) {
   const auto log = [this](std::string_view text) {
     const std::lock_guard guard(logMutex_);
-    log_.emplace_back(text);
+    log_.append(text).append("\n");
   };
   server_ = std::make_unique<Server>(io_, Options{.address = "127.0.0.1",
                                                   .port = 0,
@@ -44,21 +44,17 @@ RunningServer::~RunningServer() {
 }
 
 void RunningServer::runOnLoop(const std::function<void(Server&)>& call) {
-  std::promise<void> done;
-  asio::post(io_, [&] {
-    call(*server_);
-    done.set_value();
-  });
-  done.get_future().wait();
+  asio::post(io_, asio::use_future([&] { call(*server_); })).wait();
 }
 
 bool RunningServer::logs(std::string_view text) {
-  const auto until = std::chrono::steady_clock::now() + std::chrono::seconds(kPatienceSeconds);
-  while (std::chrono::steady_clock::now() < until) {
+  for (int i = 0; i < kPatienceSeconds * 200; ++i) {
     {
       const std::lock_guard guard(logMutex_);
-      while (logRead_ < log_.size()) {
-        if (log_[logRead_++].find(text) != std::string::npos) return true;
+      const std::size_t at = log_.find(text, logRead_);
+      if (at != std::string::npos) {
+        logRead_ = at + 1;
+        return true;
       }
     }
     std::this_thread::sleep_for(std::chrono::milliseconds(5));

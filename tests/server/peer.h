@@ -44,14 +44,13 @@ class RunningServer {
 
   std::uint16_t port() const { return port_; }
   void runOnLoop(const std::function<void(Server&)>& call);
-  /// Waits until a line of the log holds the text, behind the one that held the last text; whether
-  /// it came.
+  /// Waits until the log holds the text behind the last text; whether it came.
   bool logs(std::string_view text);
 
  private:
   asio::io_context io_{1};
   std::mutex logMutex_;
-  Lines log_;
+  std::string log_;
   std::size_t logRead_ = 0;
   std::unique_ptr<Server> server_;
   std::uint16_t port_;

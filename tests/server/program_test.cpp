@@ -22,21 +22,13 @@ namespace {
 
 const std::string kProgram = KELVARON_SERVER_PROGRAM;
 
-struct Ended {
-  std::string output;
-  int code;
-};
-
-Ended run(const std::string& arguments) {
+/// The exit code and all that is printed; what asks for a password gets one.
+std::pair<int, std::string> run(const std::string& arguments) {
   const std::string command = "printf 'a b\\n' | " + kProgram + " " + arguments + " 2>&1";
   std::FILE* pipe = ::popen(command.c_str(), "r");
-  Ended ended{"", -1};
-  std::array<char, 1024> block{};
-  while (const std::size_t count = std::fread(block.data(), 1, block.size(), pipe)) {
-    ended.output.append(block.data(), count);
-  }
-  ended.code = WEXITSTATUS(::pclose(pipe));
-  return ended;
+  std::string output;
+  for (int byte = 0; (byte = std::fgetc(pipe)) != EOF;) output += static_cast<char>(byte);
+  return {WEXITSTATUS(::pclose(pipe)), output};
 }
 
 TEST(Program, SaysWhatIsWrong) {
@@ -58,9 +50,9 @@ TEST(Program, SaysWhatIsWrong) {
       {"--add-moderator bob b@example.org" + withFolder + " </dev/null", 2, "the password"},
   };
   for (const auto& [arguments, code, text] : cases) {
-    const Ended ended = run(arguments);
-    EXPECT_EQ(ended.code, code) << arguments << '\n' << ended.output;
-    EXPECT_NE(ended.output.find(text), std::string::npos) << ended.output;
+    const auto& [ended, output] = run(arguments);
+    EXPECT_EQ(ended, code) << arguments << '\n' << output;
+    EXPECT_NE(output.find(text), std::string::npos) << output;
   }
 }
 
@@ -73,8 +65,7 @@ class RunningProgram {
     output_ = ::popen(start.c_str(), "r");
     process_ = std::stoi(line());
     told = line();
-    const std::size_t at = told.find("127.0.0.1:");
-    if (at != std::string::npos) port = static_cast<std::uint16_t>(std::stoi(told.substr(at + 10)));
+    port = static_cast<std::uint16_t>(std::stoi(told.substr(told.rfind("127.0.0.1:") + 10)));
   }
   ~RunningProgram() {
     if (output_ != nullptr) end();
@@ -96,7 +87,7 @@ class RunningProgram {
     }
     return false;
   }
-  Ended command(const std::string& arguments) const { return run(arguments + inFolder); }
+  auto command(const std::string& arguments) const { return run(arguments + inFolder); }
 
   TemporaryFolder folder;
   const std::string inFolder = " --folder " + folder.path().string();
@@ -130,7 +121,7 @@ TEST(Program, TellsWhereItListensAndTheRoomThatItEnds) {
 TEST(Program, CommandsAndSignalsReachARunningServer) {
   const RunningProgram program;
   Peer bob(program.port, "bob");
-  ASSERT_EQ(program.command("--add-moderator bob b@example.org").code, 0);
+  ASSERT_EQ(program.command("--add-moderator bob b@example.org").first, 0);
   std::ofstream(program.folder.path() / "bans") << "nick\teve\t\t\tann\tspam\n";
   const auto becomes = [&](const std::string& answer) {
     for (int i = 0; i < 60 && Peer::loginAnswer(program.port, "eve") != answer; ++i) {
@@ -139,11 +130,11 @@ TEST(Program, CommandsAndSignalsReachARunningServer) {
     return Peer::loginAnswer(program.port, "eve") == answer;
   };
   EXPECT_TRUE(becomes("banned"));
-  EXPECT_NE(program.command("--bans").output.find("eve, by ann: spam"), std::string::npos);
-  EXPECT_EQ(program.command("--unban EVE").code, 0);
+  EXPECT_NE(program.command("--bans").second.find("eve, by ann: spam"), std::string::npos);
+  EXPECT_EQ(program.command("--unban EVE").first, 0);
   EXPECT_TRUE(becomes("Userscl"));
   EXPECT_TRUE(bob.gets(kGrant, "RequestOP\tbob\tb@example.org\ta b"));
-  EXPECT_EQ(program.command("--remove-moderator bob").code, 0);
+  EXPECT_EQ(program.command("--remove-moderator bob").first, 0);
 
   std::ofstream(program.folder.path() / "settings") << "line_limit = 256\n";
   program.signal(SIGHUP);

@@ -130,12 +130,14 @@ def jobs():
     ann.has_focus(FIRST_WAITING, "GO")
     key("space")
     ann.window(IN_GAME)
-    assert engine.arguments()[:2] == ["-iwad", doom2]
+    arguments = engine.arguments()
+    assert arguments == ["-IWAD", doom2, "-host", "2"], arguments
     bob.activate(ROOM)
     guest.to_newest(LAST_LOOK)
     guest.press("Tab", "space")
     bob.window(IN_GAME)
-    assert engine.arguments()[:4] == ["-iwad", doom2, "-join", "127.0.0.1"]
+    arguments = engine.arguments()
+    assert arguments[:4] == ["-iwad", doom2, "-join", "127.0.0.1"], arguments
 
     taken = hands.counts | guest.counts
     print("    keys:", ", ".join(f"{job} {count}" for job, count in taken.items()), flush=True)
