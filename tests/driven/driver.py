@@ -2,6 +2,7 @@
 
 import glob
 import os
+import pathlib
 import shutil
 import signal
 import socket
@@ -66,8 +67,7 @@ class Server(Program):
         os.makedirs(self.folder, exist_ok=True)
         program = os.path.join(BIN, "kelvaron-server")
         if motd is not None:
-            with open(os.path.join(self.folder, "motd"), "w", encoding="cp1252") as file:
-                file.write(motd)
+            pathlib.Path(self.folder, "motd").write_text(motd, "cp1252")
         if moderator:
             name, mail, password = moderator
             subprocess.run([program, "--folder", self.folder, "--add-moderator", name, mail],
@@ -118,16 +118,14 @@ class Client(Program):
         runtime = os.path.join(WORK, session)
         os.makedirs(runtime, mode=0o700, exist_ok=True)
         # A folder of its own too, since the program keeps its files beside itself.
-        folder = os.path.join(WORK, "program-" + session)
-        if not os.path.exists(folder):
-            os.makedirs(folder)
-            shutil.copy(os.path.join(BIN, "kelvaron"), folder)
-            shutil.copy(os.path.join(BIN, "game.wav"), folder)
-            shutil.copytree(os.path.join(BIN, "sounds"), os.path.join(folder, "sounds"))
-        self.folder = folder
+        self.folder = os.path.join(WORK, "program-" + session)
+        if not os.path.exists(self.folder):
+            shutil.copytree(os.path.join(BIN, "sounds"), os.path.join(self.folder, "sounds"))
+            for name in ("kelvaron", "game.wav"):
+                shutil.copy(os.path.join(BIN, name), self.folder)
         # Games find no home but this either, and make no noise.
         own = {name: WORK for name in ("HOME", "XDG_DATA_HOME", "XDG_CONFIG_HOME")} | environment
-        super().__init__([os.path.join(folder, "kelvaron")],
+        super().__init__([os.path.join(self.folder, "kelvaron")],
                          env=dict(os.environ, XDG_RUNTIME_DIR=runtime, SDL_AUDIODRIVER="dummy",
                                   **own))
 
@@ -165,11 +163,9 @@ class Client(Program):
     def activate(self, wanted):
         """Brings a window to the front and gives it the keyboard."""
         self.window(wanted)
-        def find():
-            found = x("search", "--all", "--onlyvisible", "--pid", self.process.pid, "--name",
-                      "^" + title_of(wanted).replace("[", r"\[") + "$")
-            return found.split()
-        windows = until(find, f"the window {wanted!r} on the display")
+        title = "^" + title_of(wanted).replace("[", r"\[") + "$"
+        windows = until(lambda: x("search", "--all", "--onlyvisible", "--pid", self.process.pid,
+                                  "--name", title).split(), f"the window {wanted!r} on the display")
         def active():
             if x("getactivewindow") == windows[-1] and has(self.window(wanted),
                                                            pyatspi.STATE_ACTIVE):

@@ -1,6 +1,7 @@
 """Engines that record how they were started, and configurations that lead to them."""
 
 import os
+import pathlib
 
 from desk import until
 from driver import BIN, WORK
@@ -28,17 +29,10 @@ def folder_for_games(name):
     return folder
 
 
-def game_file(folder, name):
-    path = os.path.join(folder, name)
-    with open(path, "wb") as file:
-        file.write(b"PWAD" + bytes(8))
-    return path
-
-
 def configure(client, **records):
     assert set(records) <= set(RECORDS), records
-    with open(os.path.join(client.folder, "kvconfig.cfg"), "wb") as file:
-        file.write("".join(records.get(name, "") + "\r\n" for name in RECORDS).encode("cp1252"))
+    text = "".join(records.get(name, "") + "\r\n" for name in RECORDS)
+    pathlib.Path(client.folder, "kvconfig.cfg").write_bytes(text.encode("cp1252"))
 
 
 class Engine:
@@ -51,7 +45,6 @@ class Engine:
     def arguments(self):
         """Waits for its start; the next start is a new one."""
         until(lambda: os.path.exists(self.path + ".started"), f"{self.path} to be started")
-        with open(self.path + ".started", encoding="utf-8") as file:
-            lines = file.read().splitlines()
+        lines = pathlib.Path(self.path + ".started").read_text("utf-8").splitlines()
         os.remove(self.path + ".started")
         return lines[5:]

@@ -21,7 +21,7 @@ def passes(name, scenario, *arguments):
         print(f"ok      {name} ({time.monotonic() - begun:.1f} s)", flush=True)
         return True
     except Exception:  # whatever went wrong, the others run
-        screen = os.path.join(os.environ["KELVARON_FAILURES"], f"kelvaron-driven-{scenario.__name__}.png")
+        screen = f"{os.environ['KELVARON_FAILURES']}/kelvaron-driven-{scenario.__name__}.png"
         desk.picture(screen)
         print(f"FAILED  {name}: the screen is in {screen}", flush=True)
         traceback.print_exc(file=sys.stdout)

@@ -2,7 +2,6 @@
 
 import socket
 import threading
-import time
 
 from desk import key, until, write
 from driver import LOGIN, MOTD, ROOM, Client, Program

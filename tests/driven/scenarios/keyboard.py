@@ -1,12 +1,13 @@
 """The main jobs without a mouse, and how many keys each takes beside the words that are typed."""
 
 import os
+import pathlib
 import time
 
 from desk import has, key, until, write
 from driver import LOGIN, MOTD, ROOM, Client, Server
 from game_setup import (CHOICE, FIRST_WAITING, IN_GAME, LAST_LOOK, OFFER, Engine, configure,
-                        folder_for_games, game_file)
+                        folder_for_games)
 
 import pyatspi
 
@@ -21,11 +22,7 @@ class Hands:
 
     def __init__(self, client):
         self.client = client
-        self.counts = {}
-
-    def begin(self, job):
-        self.job = job
-        self.counts[job] = 0
+        self.counts = {job: 0 for job in MOST}
 
     def press(self, *names):
         for name in names:
@@ -61,7 +58,8 @@ def jobs():
     """Log in, talk, a private message, a game offered and accepted, a file."""
     Server("data-keys")
     games = folder_for_games("games by keyboard")
-    engine, doom2 = Engine(games, "zdoom.exe"), game_file(games, "doom2.wad")
+    engine, doom2 = Engine(games, "zdoom.exe"), os.path.join(games, "doom2.wad")
+    pathlib.Path(doom2).write_bytes(b"PWAD" + bytes(8))
     ann, bob = Client("ann"), Client("bob")
     for player in (ann, bob):
         player.window(LOGIN)
@@ -69,8 +67,7 @@ def jobs():
     bob.log_in("bob")
 
     hands = Hands(ann)
-    ann.name = "ann"
-    hands.begin("log in")
+    hands.job = "log in"
     ann.activate(LOGIN)
     write("ann")
     hands.press("Return")
@@ -78,13 +75,13 @@ def jobs():
     hands.press("Return")
     ann.lists("ann", "bob")
 
-    hands.begin("talk")
+    hands.job = "talk"
     hands.at(ROOM, "Message")
     write("hello")
     hands.press("Return")
     bob.reads("ann: hello")
 
-    hands.begin("private message")
+    hands.job = "private message"
     hands.user("bob")
     hands.press("Return")
     hands.at("Private Message to : bob", "Private message")
@@ -92,10 +89,9 @@ def jobs():
     hands.press("Tab", "space")
     bob.reads("Private Message From ann: just you")
 
-    hands.begin("send a file")
+    hands.job = "send a file"
     path, content = os.path.join(games, "a file.wad"), os.urandom(5000)
-    with open(path, "wb") as file:
-        file.write(content)
+    pathlib.Path(path).write_bytes(content)
     bob.open_menu("Tools", "File Server")
     bob.window("Kelvaron File Server")
     ann.activate(ROOM)
@@ -106,12 +102,12 @@ def jobs():
     hands.at("Open")
     write(path)
     hands.press("Return", "Tab", "Return")
-    copy = os.path.join(bob.folder, "received", "a file.wad")
-    until(lambda: open(copy, "rb").read() == content, "the file")
+    copy = pathlib.Path(bob.folder, "received", "a file.wad")
+    until(lambda: copy.read_bytes() == content, "the file")
     key("Escape")
     ann.no_window(SEND)
 
-    hands.begin("offer a game")
+    hands.job = "offer a game"
     hands.user("bob")
     hands.press("Tab", "space")
     hands.at(CHOICE)
@@ -121,7 +117,7 @@ def jobs():
     bob.activate(ROOM)
 
     guest = Hands(bob)
-    guest.begin("accept")
+    guest.job = "accept"
     guest.to_newest(OFFER)
     guest.press("Return")
     ann.shows(FIRST_WAITING, "Player 1 accepted", "lit")
@@ -139,10 +135,9 @@ def jobs():
     arguments = engine.arguments()
     assert arguments[:4] == ["-iwad", doom2, "-join", "127.0.0.1"], arguments
 
-    taken = hands.counts | guest.counts
+    taken = {job: hands.counts[job] + guest.counts[job] for job in MOST}
     print("    keys:", ", ".join(f"{job} {count}" for job, count in taken.items()), flush=True)
-    assert set(taken) == set(MOST)
-    assert all(taken[job] <= most for job, most in MOST.items()), taken
+    assert all(0 < taken[job] <= most for job, most in MOST.items()), taken
 
 
 SCENARIOS = [jobs]

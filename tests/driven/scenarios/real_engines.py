@@ -1,6 +1,8 @@
 """The same road with a real game: two clients, two engines, one match."""
 
+import contextlib
 import os
+import pathlib
 import shutil
 import subprocess
 import time
@@ -32,51 +34,36 @@ class RealEngine:
     """The adapter, whose output is kept for the eyes of the test."""
 
     def __init__(self, name):
-        self.folder = os.path.join(WORK, name)
-        os.mkdir(self.folder)
-        self.path = os.path.join(self.folder, "zdoom.exe")
-        self.printed = os.path.join(self.folder, "printed")
+        self.folder = pathlib.Path(WORK, name)
+        self.folder.mkdir()
+        program = self.folder / "zdoom.exe"
+        self.path = str(program)
         adapter = os.path.abspath(os.path.join(BIN, "engines/zdoom.exe"))
-        with open(self.path, "w", encoding="utf-8") as file:
-            file.write("#!/bin/sh\n"
-                       f"cd {quote(self.folder)} && echo $$ >pid\n"
-                       f"exec stdbuf -oL {quote(adapter)} \"$@\" >printed 2>&1\n")
-        os.chmod(self.path, 0o755)
-
-    def said(self):
-        try:
-            with open(self.printed, encoding="utf-8", errors="replace") as file:
-                return file.read()
-        except OSError:
-            return ""
+        program.write_text("#!/bin/sh\n"
+                           f"cd {quote(str(self.folder))} && echo $$ >pid\n"
+                           f"exec stdbuf -oL {quote(adapter)} \"$@\" >printed 2>&1\n")
+        program.chmod(0o755)
 
     def says(self, text, patience):
-        until(lambda: text in self.said(),
-              lambda: f"{text!r} from {self.path}: {self.said()[-600:]}", patience)
+        printed = self.folder / "printed"
+        said = lambda: printed.exists() and printed.read_text("utf-8", "replace")
+        until(lambda: text in said(), lambda: f"{text!r} in {printed}: {said()}", patience)
 
-    def pid(self):
-        with open(os.path.join(self.folder, "pid"), encoding="utf-8") as file:
-            return int(file.read())
+    def signal(self, number):
+        os.kill(int((self.folder / "pid").read_text()), number)
 
-    def stop(self, how=None):
+    def stop(self, _how=None):
         """As the programs of the test end with it; an engine outlives its client."""
-        try:
-            os.kill(self.pid(), 9)
-        except OSError:
-            pass
-
-
-def set_game_up():
-    folder = os.path.join(WORK, "chocolate-doom")
-    os.makedirs(folder, exist_ok=True)
-    for name in ("default.cfg", "chocolate-doom.cfg"):
-        with open(os.path.join(folder, name), "w", encoding="utf-8") as file:
-            file.write(GAME_WINDOW)
+        with contextlib.suppress(OSError):
+            self.signal(9)
 
 
 def start_game(host, guest):
     """Up to both engines in one match."""
-    set_game_up()
+    folder = pathlib.Path(WORK, "chocolate-doom")
+    folder.mkdir(exist_ok=True)
+    for name in ("default.cfg", "chocolate-doom.cfg"):
+        (folder / name).write_text(GAME_WINDOW)
     engines = {}
     for player in (host, guest):
         engine = engines[player] = RealEngine(player.name + "'s engine")
@@ -118,7 +105,7 @@ def real_engines():
         player.press(IN_GAME, "Resume")
         player.no_window(IN_GAME)
     for engine in engines.values():
-        os.kill(engine.pid(), 0)  # still runs
+        engine.signal(0)  # still runs
 
 
 SCENARIOS = [real_engines]
