@@ -73,10 +73,6 @@ def extents(node):
     return node.queryComponent().getExtents(pyatspi.DESKTOP_COORDS)
 
 
-def checked(node):
-    return has(node, pyatspi.STATE_CHECKED)
-
-
 def text_of(node):
     text = node.queryText()
     return text.getText(0, text.characterCount)

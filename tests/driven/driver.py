@@ -11,11 +11,15 @@ import time
 
 import pyatspi
 
-from desk import (PATIENCE, SCALE, checked, extents, has, key, showing, text_of, until,
+from desk import (PATIENCE, SCALE, extents, has, key, showing, text_of, until,
                   walk, write, x)
 
 BIN = os.environ["KELVARON_BIN"]
 WORK = os.environ["KELVARON_WORK"]
+
+# Games find no home but this, and make no noise.
+QUIET = dict(os.environ, HOME=WORK, XDG_DATA_HOME=WORK, XDG_CONFIG_HOME=WORK,
+             SDL_AUDIODRIVER="dummy")
 
 # A window is told by its title, or by its title and the name of something in it.
 LOGIN = "Kelvaron Login"
@@ -123,11 +127,8 @@ class Client(Program):
             shutil.copytree(os.path.join(BIN, "sounds"), os.path.join(self.folder, "sounds"))
             for name in ("kelvaron", "game.wav"):
                 shutil.copy(os.path.join(BIN, name), self.folder)
-        # Games find no home but this either, and make no noise.
-        own = {name: WORK for name in ("HOME", "XDG_DATA_HOME", "XDG_CONFIG_HOME")} | environment
         super().__init__([os.path.join(self.folder, "kelvaron")],
-                         env=dict(os.environ, XDG_RUNTIME_DIR=runtime, SDL_AUDIODRIVER="dummy",
-                                  **own))
+                         env=QUIET | {"XDG_RUNTIME_DIR": runtime} | environment)
 
     # Windows.
 
@@ -207,7 +208,7 @@ class Client(Program):
         for name in names:
             box = self.find(window, name, "check box")
             self.click(box)
-            until(lambda: checked(box), f"{name!r} to be ticked")
+            until(lambda: has(box, pyatspi.STATE_CHECKED), f"{name!r} to be ticked")
 
     def choose(self, window, name, value):
         """Opens a combo box at its arrow and clicks an entry."""

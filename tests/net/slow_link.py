@@ -4,6 +4,7 @@
 What goes from A to B comes 50 ms late, and two frames in a hundred are lost on the way. It is ready
 when it says so, and lasts until it is killed.
 """
+import contextlib
 import fcntl
 import heapq
 import os
@@ -28,18 +29,14 @@ def open_tap(name):
 
 
 def frames(device):
-    try:
+    with contextlib.suppress(OSError):  # nothing more for now, or the device is down
         while True:
             yield os.read(device, 65536)
-    except OSError:  # nothing more for now, or the device is down
-        return
 
 
 def write(device, frame):
-    try:
+    with contextlib.suppress(OSError):  # the device is down: the frame is lost
         os.write(device, frame)
-    except OSError:  # the device is down: the frame is lost
-        pass
 
 
 def main():

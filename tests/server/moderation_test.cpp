@@ -94,7 +94,7 @@ TEST(Moderation, ABanIsStoredAndSurvivesARestart) {
   room.alice->send("BAN\tbob[AW]\tspam");
   EXPECT_TRUE(room.bob->gets("BANIP"));
   EXPECT_EQ(room.bob->next(), "BANUSER\talice\tspam");
-  room.bob->send("IPBAN\t192.168.1.5");
+  room.bob->sendRaw("IPBAN\t192.168.1.5\r\nIPBAN\t6.6.6.6\r\n");
   EXPECT_TRUE(room.carol->gets("Announce\t[Server] bob was banned by alice (spam)"));
   EXPECT_TRUE(room.bob->isClosed());
   room.carol->send("IPBAN\t1.1.1.1");

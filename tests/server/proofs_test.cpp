@@ -67,9 +67,9 @@ TEST_F(ProofsTest, AGuessedAccountStillLooksAtNewAddresses) {
 TEST_F(ProofsTest, WhoHasGuessedWaitsBehindWhoHasNot) {
   wrongFrom("10.0.0.1");
   wrongFrom("10.0.0.2");
-  for (const char* from : {"10.0.0.1", "10.0.0.1", "10.0.0.2"}) EXPECT_TRUE(ask(from, "wrong"));
+  for (const char* from : {"10.0.0.1", "10.0.0.1"}) EXPECT_TRUE(ask(from, "wrong"));
   EXPECT_TRUE(ask("10.0.0.3", "right"));
-  EXPECT_TRUE(ask("10.0.0.1", "wrong"));
+  for (const char* from : {"10.0.0.2", "10.0.0.1"}) EXPECT_TRUE(ask(from, "wrong"));
   EXPECT_FALSE(ask("10.0.0.1", "wrong")) << "two wait already";
   run();
   EXPECT_EQ(told[2], "10.0.0.1") << "at work already";

@@ -66,19 +66,6 @@ def keys_stay_in_the_line():
     until(lambda: ann.message() == "half a word more", lambda: f"the line, not {ann.message()!r}")
 
 
-def muted_stay_muted():
-    """Closing the list of the muted by its frame only hides it."""
-    server, ann = in_the_room()
-    ann.enter("/MUTE zoe")
-    ann.answer("Kelvaron", "ZOE has been muted")
-    ann.activate("People you have Muted")
-    key("alt+F4")
-    ann.no_window("People you have Muted")
-    server.send("Message\tzoe: \tnot heard", "Message\tR&D: \theard")
-    ann.reads("heard")
-    assert "not heard" not in ann.chat()
-
-
 def second_instance():
     """One Kelvaron per session."""
     first = Client("ann")
@@ -90,4 +77,4 @@ def second_instance():
     Client("bob").window(LOGIN)
 
 
-SCENARIOS = [keys_stay_in_the_line, muted_stay_muted, second_instance]
+SCENARIOS = [keys_stay_in_the_line, second_instance]

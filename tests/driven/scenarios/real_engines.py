@@ -1,18 +1,20 @@
-"""The same road with a real game: two clients, two engines, one match."""
+"""The real game: a match of two clients, and its server and players by the adapters alone."""
 
 import contextlib
 import os
 import pathlib
+import re
 import shutil
 import subprocess
 import time
 from shlex import quote
 
-from desk import until
-from driver import BIN, ROOM, WORK, Program, two_players
+from desk import until, x
+from driver import BIN, QUIET, ROOM, WORK, Program, two_players
 from game_setup import CHOICE, FIRST_WAITING, IN_GAME, LAST_LOOK, OFFER, configure
 
 GAME_DATA = "/usr/share/games/doom/freedoom2.wad"
+GAME_PATH = os.environ["PATH"] + ":/usr/games"
 LINKER = os.path.join(os.path.dirname(__file__), "../../../engines/link_game_data.sh")
 # Small windows, so that the clients can be worked beside the game.
 GAME_WINDOW = "fullscreen 0\nwindow_width 640\nwindow_height 480\ngrabmouse 0\n"
@@ -24,21 +26,23 @@ class Skipped(Exception):
 
 def needs_game():
     for program in ("chocolate-doom", "chocolate-server"):
-        if not shutil.which(program, path=os.environ["PATH"] + ":/usr/games"):
+        if not shutil.which(program, path=GAME_PATH):
             raise Skipped(program + " is not installed")
     if not os.access(GAME_DATA, os.R_OK):
         raise Skipped("the game data of the package freedoom are not installed")
 
 
 class RealEngine:
-    """The adapter, whose output is kept for the eyes of the test."""
+    """An adapter, whose output is kept for the eyes of the test."""
 
-    def __init__(self, name):
+    def __init__(self, name, adapter="zdoom.exe"):
         self.folder = pathlib.Path(WORK, name)
-        self.folder.mkdir()
-        program = self.folder / "zdoom.exe"
+        # A copy of the programs runs from anywhere.
+        shutil.copytree(os.path.join(BIN, "engines"), self.folder / "my engines")
+        program = self.folder / adapter
         self.path = str(program)
-        adapter = os.path.abspath(os.path.join(BIN, "engines/zdoom.exe"))
+        adapter = str(self.folder / "my engines" / adapter)
+        Program.running.append(self)
         program.write_text("#!/bin/sh\n"
                            f"cd {quote(str(self.folder))} && echo $$ >pid\n"
                            f"exec stdbuf -oL {quote(adapter)} \"$@\" >printed 2>&1\n")
@@ -47,7 +51,7 @@ class RealEngine:
     def says(self, text, patience):
         printed = self.folder / "printed"
         said = lambda: printed.exists() and printed.read_text("utf-8", "replace")
-        until(lambda: text in said(), lambda: f"{text!r} in {printed}: {said()}", patience)
+        until(lambda: re.search(text, said()), lambda: f"{text!r} in {printed}: {said()}", patience)
 
     def signal(self, number):
         os.kill(int((self.folder / "pid").read_text()), number)
@@ -67,7 +71,6 @@ def start_game(host, guest):
     engines = {}
     for player in (host, guest):
         engine = engines[player] = RealEngine(player.name + "'s engine")
-        Program.running.append(engine)
         wads = os.path.join(engine.folder, "wads")
         subprocess.run([LINKER, wads], check=True, capture_output=True)
         configure(player, zdoom=engine.path, doom2=os.path.join(wads, "DOOM2.WAD"))
@@ -108,4 +111,39 @@ def real_engines():
         engine.signal(0)  # still runs
 
 
-SCENARIOS = [real_engines]
+def started(name, adapter, *words):
+    engine = RealEngine(name, adapter)
+    engine.process = subprocess.Popen([engine.path, *words], env=QUIET, stdin=subprocess.DEVNULL)
+    return engine
+
+
+def real_server():
+    """One plays alone; then a server that stays, and its players."""
+    wads = os.path.join(WORK, "my wads")
+    subprocess.run([LINKER, wads], check=True, capture_output=True)
+    single = started("single", "zdoom.exe", "-iwad", wads + "/DOOM.WAD", "-nosfx", "-nomusic",
+                     "-warp", "23", "-host", "1")
+    single.says("player 1 of 1", 40)
+    single.says("startmap: 3  startepisode: 2", 5)
+    single.stop()
+    single.process.wait(10)  # which has the game's port
+    started("server", "doomsv.exe")
+    players = [started(name, "doomcl.exe", "-connect", "127.0.0.1") for name in ("first", "second")]
+    query = [shutil.which("chocolate-doom", path=GAME_PATH), "-nogui", "-query", "127.0.0.1"]
+    until(lambda: re.search(r" 2/[48]", subprocess.check_output(query, env=QUIET, text=True)),
+          "the server to have both", 40)
+
+    def begins():
+        # Whoever came first starts the game in the waiting window, which the other lacks.
+        for window in x("search", "--onlyvisible", "--class", "chocolate").split():
+            x("windowfocus", "--sync", window, "key", "space")
+        players[0].says("player [12] of 2", 0.5)
+        return True
+
+    until(begins, "the game to begin", 20)
+    players[1].says("player [12] of 2", 10)
+    for each in players:
+        each.signal(0)  # still runs
+
+
+SCENARIOS = [real_engines, real_server]

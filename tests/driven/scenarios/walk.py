@@ -137,9 +137,11 @@ def walk():
             ann.click(ann.menu_entry(entry))
 
         tour.stop(opens, *windows)
-    ann.enter("/mute nobody")
-    ann.answer("Kelvaron")
-    tour.stop(lambda: None, ("People you have Muted", "Escape"))
+    # Closed by its frame the list is only hidden.
+    for command, closes in (("/mute nobody", "alt+F4"), ("/unmute nobody", "Escape")):
+        ann.enter(command)
+        ann.answer("Kelvaron", "muted")
+        tour.stop(lambda: None, ("People you have Muted", closes))
     assert not tour.faults, "\n" + "\n".join(tour.faults)
     ann.open_menu("Tools", "Quit")
     ann.ends("Quit")
