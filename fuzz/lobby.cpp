@@ -52,14 +52,12 @@ class Client {
       received_.append(block.data(), count);
     }
     open = open && error == asio::error::would_block;
-    std::size_t begin = 0;
-    for (std::size_t end; (end = received_.find("\r\n", begin)) != std::string::npos;
-         begin = end + 2) {
-      const std::string_view line = std::string_view(received_).substr(begin, end - begin);
+    for (std::size_t end = 0; (end = received_.find("\r\n")) != std::string::npos;) {
+      const std::string line = received_.substr(0, end);
+      received_.erase(0, end + 2);
       checkLine(line);
-      found = found || line.find(text) != std::string_view::npos;
+      found = found || line.find(text) != std::string::npos;
     }
-    received_.erase(0, begin);
     return found;
   }
 

@@ -1,9 +1,6 @@
-// One end of a transfer as a program, for networks that a test makes:
-//
-//   transfer_program receive        listens until it is killed; says where its folder is
-//   transfer_program send FILE ADDRESS
-//                                   sends, says what the window said, and ends with 0 for a whole
-//                                   transfer, 3 for a time-out, 4 for a connection that was lost
+// One end of a transfer as a program. It listens until it is killed, and says where its folder is;
+// or it sends, says what the window said, and ends with 0 for a whole transfer, 3 for a time-out, 4
+// for a connection that was lost.
 #include <chrono>
 #include <cstdio>
 #include <string>

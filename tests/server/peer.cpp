@@ -47,19 +47,21 @@ void RunningServer::runOnLoop(const std::function<void(Server&)>& call) {
   asio::post(io_, asio::use_future([&] { call(*server_); })).wait();
 }
 
-bool RunningServer::logs(std::string_view text) {
-  for (int i = 0; i < kPatienceSeconds * 200; ++i) {
-    {
-      const std::lock_guard guard(logMutex_);
-      const std::size_t at = log_.find(text, logRead_);
-      if (at != std::string::npos) {
-        logRead_ = at + 1;
-        return true;
-      }
-    }
-    std::this_thread::sleep_for(std::chrono::milliseconds(5));
+bool eventually(const std::function<bool()>& holds) {
+  for (int i = 0; i < kPatienceSeconds * 100; ++i) {
+    if (holds()) return true;
+    std::this_thread::sleep_for(std::chrono::milliseconds(10));
   }
   return false;
+}
+
+bool RunningServer::logs(std::string_view text) {
+  return eventually([&] {
+    const std::lock_guard guard(logMutex_);
+    const std::size_t at = log_.find(text, logRead_);
+    if (at != std::string::npos) logRead_ = at + 1;
+    return at != std::string::npos;
+  });
 }
 
 Peer::Peer(std::uint16_t port) : socket_(io_) {

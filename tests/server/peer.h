@@ -35,6 +35,9 @@ inline std::string refusal(const std::string& text) {
 inline const std::string kGrant =
     "STATUSTEXT\t8454016\tModerator Privlidges Granted - You are now a moderator.";
 
+/// Waits some seconds for what holds in the end; whether it did.
+bool eventually(const std::function<bool()>& holds);
+
 class RunningServer {
  public:
   explicit RunningServer(const std::filesystem::path& folder, Changes changes = {});

@@ -9,7 +9,6 @@
 #include <chrono>
 #include <cstdio>
 #include <fstream>
-#include <thread>
 #include <utility>
 
 #include "server/file.h"
@@ -81,11 +80,8 @@ class RunningProgram {
     return WIFEXITED(status) ? WEXITSTATUS(status) : -1;
   }
   bool logs(const std::string& text) const {
-    for (int i = 0; i < 500; ++i) {
-      if (server::readFile(log()).value_or("").find(text) != std::string::npos) return true;
-      std::this_thread::sleep_for(std::chrono::milliseconds(10));
-    }
-    return false;
+    return eventually(
+        [&] { return server::readFile(log()).value_or("").find(text) != std::string::npos; });
   }
   auto command(const std::string& arguments) const { return run(arguments + inFolder); }
 
@@ -124,10 +120,7 @@ TEST(Program, CommandsAndSignalsReachARunningServer) {
   ASSERT_EQ(program.command("--add-moderator bob b@example.org").first, 0);
   std::ofstream(program.folder.path() / "bans") << "nick\teve\t\t\tann\tspam\n";
   const auto becomes = [&](const std::string& answer) {
-    for (int i = 0; i < 60 && Peer::loginAnswer(program.port, "eve") != answer; ++i) {
-      std::this_thread::sleep_for(std::chrono::milliseconds(50));
-    }
-    return Peer::loginAnswer(program.port, "eve") == answer;
+    return eventually([&] { return Peer::loginAnswer(program.port, "eve") == answer; });
   };
   EXPECT_TRUE(becomes("banned"));
   EXPECT_NE(program.command("--bans").second.find("eve, by ann: spam"), std::string::npos);
