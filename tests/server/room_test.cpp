@@ -3,6 +3,7 @@
 
 #include <fstream>
 
+#include "server/line.h"
 #include "server/text.h"
 #include "tests/server/peer.h"
 
@@ -120,6 +121,7 @@ TEST(Text, CodePage1252) {
             "AZ\xC0\xDE\xF7\x9F\x8A\x8C\x8E\xDF\xD7");
   EXPECT_EQ(bareNick(" \xA5you[IG] "), "you");
   EXPECT_EQ(bareNick("[AW]"), "");
+  EXPECT_EQ(makeLine({"A", "b\tc\r\n", ""}), "A\tb c  \t\r\n");
 }
 
 }  // namespace

@@ -78,7 +78,6 @@ TEST(Store, WhatABanKeepsOut) {
 
 TEST(Store, FaultsNameTheFileAndTheLine) {
   TemporaryFolder folder;
-  const Store store(folder.path());
   const std::vector<std::tuple<std::string, std::string, std::string>> cases = {
       {"settings", "# x\n\nline_limit = 12x\n", "settings, line 3: line_limit must be a number"},
       {"settings", "line_limit = 1", "settings, line 1: line_limit must be a number from 256"},
@@ -92,7 +91,6 @@ TEST(Store, FaultsNameTheFileAndTheLine) {
   };
   for (const auto& [file, text, fault] : cases) {
     SCOPED_TRACE(text);
-    store.prepare();
     std::ofstream(folder.path() / file) << text;
     asio::io_context io;
     const auto start = [&] {
