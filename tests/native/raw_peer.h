@@ -1,14 +1,20 @@
 // The other side of a connection in tests, in plain system calls, and a socket that keeps a log.
 #pragma once
 
+#include <gtest/gtest.h>
+#include <sys/socket.h>
+
+#include <algorithm>
+#include <array>
+#include <cerrno>
 #include <chrono>
-#include <cstdint>
 #include <memory>
 #include <string>
 #include <string_view>
+#include <system_error>
 #include <vector>
 
-#include "native/file_descriptor.h"
+#include "native/endpoint.h"
 #include "native/native_socket.h"
 #include "tests/support/poll_loop.h"
 
@@ -16,23 +22,65 @@ namespace kelvaron::testing {
 
 using namespace std::chrono_literals;
 
+using Log = std::vector<std::string>;
+
 /// Longest wait for anything that must happen.
 inline constexpr std::chrono::seconds kPatience{5};
+
+inline void require(bool good, const char* what) {
+  if (!good) throw std::system_error(errno, std::generic_category(), what);
+}
+
+inline FileDescriptor streamSocket() {
+  FileDescriptor opened(::socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0));
+  require(static_cast<bool>(opened), "socket");
+  return opened;
+}
+
+/// Calls bind(2) or connect(2) with a port of loopback.
+template <class Call>
+void onLoopback(Call call, const FileDescriptor& descriptor, std::uint16_t port) {
+  const Endpoint end = *numericEndpoint("127.0.0.1", port);
+  const int result =
+      call(descriptor.get(), reinterpret_cast<const sockaddr*>(&end.address), end.length);
+  require(result == 0, "bind or connect");
+}
 
 /// A connection to the socket under test. Calls block.
 class RawPeer {
  public:
   explicit RawPeer(FileDescriptor descriptor) : descriptor_(std::move(descriptor)) {}
   /// Connects to a port of loopback.
-  explicit RawPeer(std::uint16_t port);
+  explicit RawPeer(std::uint16_t port) : descriptor_(streamSocket()) {
+    onLoopback(::connect, descriptor_, port);
+  }
 
-  void send(std::string_view bytes);
+  void send(std::string_view bytes) {
+    while (!bytes.empty()) {
+      const auto count = ::send(descriptor_.get(), bytes.data(), bytes.size(), MSG_NOSIGNAL);
+      require(count > 0, "send");
+      bytes.remove_prefix(static_cast<std::size_t>(count));
+    }
+  }
   /// What is there, waiting for at least one byte; empty at the end of the stream.
-  std::string receive();
-  std::string receiveAll();
-  void endSending();
+  std::string receive() {
+    std::array<char, 65536> chunk;
+    const auto count = ::recv(descriptor_.get(), chunk.data(), chunk.size(), 0);
+    require(count >= 0, "recv");
+    return {chunk.data(), static_cast<std::size_t>(count)};
+  }
+  std::string receiveAll() {
+    std::string all;
+    for (std::string part = receive(); !part.empty(); part = receive()) all += part;
+    return all;
+  }
+  void endSending() { require(::shutdown(descriptor_.get(), SHUT_WR) == 0, "shutdown"); }
   void close() { descriptor_.reset(); }
-  void reset();
+  void reset() {
+    const linger abort{1, 0};
+    ::setsockopt(descriptor_.get(), SOL_SOCKET, SO_LINGER, &abort, sizeof(abort));
+    descriptor_.reset();
+  }
 
  private:
   FileDescriptor descriptor_;
@@ -41,33 +89,66 @@ class RawPeer {
 /// A listening socket on loopback.
 class RawListener {
  public:
-  explicit RawListener(int backlog = 16);
-  std::uint16_t port() const { return port_; }
-  RawPeer accept();
+  explicit RawListener(int backlog = 16) : descriptor_(streamSocket()) {
+    onLoopback(::bind, descriptor_, 0);
+    require(::listen(descriptor_.get(), backlog) == 0, "listen");
+  }
+  std::uint16_t port() const { return localEndpoint(descriptor_.get()).port(); }
+  RawPeer accept() {
+    FileDescriptor accepted(::accept4(descriptor_.get(), nullptr, nullptr, SOCK_CLOEXEC));
+    require(static_cast<bool>(accepted), "accept");
+    return RawPeer(std::move(accepted));
+  }
 
  private:
   FileDescriptor descriptor_;
-  std::uint16_t port_ = 0;
 };
 
 /// A port of loopback that nobody listens on.
-std::uint16_t freePort();
+inline std::uint16_t freePort() { return RawListener().port(); }
 
 /// A socket that logs its events: "connect", "request", "data", "sent", "close", "error N".
 struct LoggedSocket {
-  explicit LoggedSocket(EventLoop& loop, ConnectSettings settings = {});
+  explicit LoggedSocket(EventLoop& loop, ConnectSettings settings = {})
+      : socket(NativeSocketPort(loop, std::move(settings)).makeSocket()) {
+    socket->onConnect = [this] { log.emplace_back("connect"); };
+    socket->onConnectionRequest = [this](int) { log.emplace_back("request"); };
+    socket->onDataArrival = [this] {
+      log.emplace_back("data");
+      if (reads) received += socket->GetData();
+    };
+    socket->onSendComplete = [this] { log.emplace_back("sent"); };
+    socket->onClose = [this] { log.emplace_back("close"); };
+    socket->onError = [this](int number, const std::string& text) {
+      log.push_back("error " + std::to_string(number));
+      description = text;
+    };
+  }
+  bool saw(std::string_view event) const { return std::ranges::find(log, event) != log.end(); }
 
-  /// Whether the log holds this event.
-  bool saw(std::string_view event) const;
-
-  std::vector<std::string> log;
+  Log log;
   std::string received;
   bool reads = true;  // whether `onDataArrival` takes the data
   std::string description;
   std::unique_ptr<Socket> socket;
 };
 
-/// Connects `client` to `listener` and returns the listener's side.
-RawPeer join(PollLoop& loop, LoggedSocket& client, RawListener& listener);
+class SocketTest : public ::testing::Test {
+ protected:
+  void runUntil(const std::function<bool()>& done) { ASSERT_TRUE(loop.runUntil(done, kPatience)); }
+  void runFor(std::chrono::milliseconds time) {
+    loop.runUntil([] { return false; }, time);
+  }
+  /// Connects the socket to `listener` and returns the listener's side.
+  RawPeer join(LoggedSocket& connecting) {
+    connecting.socket->Connect("127.0.0.1", listener.port());
+    runUntil([&] { return connecting.saw("connect"); });
+    return listener.accept();
+  }
+
+  PollLoop loop;
+  RawListener listener;
+  LoggedSocket client{loop};
+};
 
 }  // namespace kelvaron::testing
