@@ -246,6 +246,17 @@ TEST_F(SocketTraffic, TailsThatAreEndlessOrNoLongerToBeHeldGo) {
   runUntilReceived(4);
 }
 
+TEST_F(SocketTraffic, EndOfAStreamThatWasStillLetsTheTailGoFirst) {
+  socket.HoldBackUnfinishedLine(60s);
+  peer.send("line\ntail");
+  turns();
+  EXPECT_EQ(client.received, "line\n");
+  peer.close();
+  runUntil([&] { return client.saw("close"); });
+  EXPECT_EQ(client.received, "line\ntail");
+  EXPECT_EQ(client.log, (Log{"connect", "data", "data", "close"}));
+}
+
 TEST_F(SocketTraffic, TailIsNotReleasedWhileReadingIsPaused) {
   socket.HoldBackUnfinishedLine(20ms);
   client.reads = false;
