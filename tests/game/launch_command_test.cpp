@@ -3,78 +3,35 @@
 
 #include <gtest/gtest.h>
 
+#include <map>
+
 namespace kelvaron::testing {
 namespace {
 
-const GameConfig kConfig{.zdoomPath = "Z",
-                         .glZdoomCommand = "G -3dfx",
-                         .doomWad = "1",
-                         .doom2Wad = "2",
-                         .finalDoomWad = "F",
-                         .plutoniaWad = "P",
-                         .evilutionWad = "E",
-                         .externalWadFolder = "X",
-                         .externalWadFolder2 = "Y",
-                         .csServerPath = "S",
-                         .csClientPath = "C"};
+// A letter for each record, in the order of the file.
+const GameConfig kConfig{"Z", "G -3dfx", "1", "2", "F", "P", "E", "X", "Y", "S", "C"};
 
 TEST(LaunchCommand, TenGamesForHostSoloAndGuestWithAndWithoutAWad) {
-  struct Case {
-    std::string key;
-    std::string host, hostWithWad;
-    std::string solo, soloWithWad;
-    std::string guest, guestWithWad;
-  };
-  const std::vector<Case> cases = {
-      {"zdoom", "Z -IWAD 1 -fast -host 3", "Z -IWAD 1 -fast -host 3 -file X\\m.wad",
-       "Z -IWAD 1 -fast ", "Z -IWAD 1 -fast -file X\\m.wad", "Z -iwad 1 -join 10.0.0.7   -fast\r\n",
-       "Z -iwad 1 -join 10.0.0.7 -file X\\m.wad  -fast\r\n"},
-      {"zdoom2", "Z -IWAD 2 -fast -host 3", "Z -IWAD 2 -fast -host 3 -file X\\m.wad",
-       "Z -IWAD 2 -fast ", "Z -IWAD 2 -fast -file X\\m.wad", "Z -iwad 2 -join 10.0.0.7   -fast\r\n",
-       "Z -iwad 2 -join 10.0.0.7 -file X\\m.wad  -fast\r\n"},
-      {"zdoom3", "Z -IWAD F -fast -host 3", "Z -IWAD F -fast -host 3 -file X\\m.wad",
-       "Z -IWAD F -fast ", "Z -IWAD F -fast -file X\\m.wad", "Z -iwad F -join 10.0.0.7   -fast\r\n",
-       "Z -iwad F -join 10.0.0.7 -file X\\m.wad  -fast\r\n"},
-      {"zdoom4", "Z -IWAD P -fast -host 3", "Z -IWAD P -fast -host 3 -file X\\m.wad",
-       "Z -IWAD P -fast ", "Z -IWAD P -fast -file X\\m.wad", "Z -iwad P -join 10.0.0.7   -fast\r\n",
-       "Z -iwad P -join 10.0.0.7 -file X\\m.wad  -fast\r\n"},
-      {"zdoom5", "Z -IWAD E -fast -host 3", "Z -IWAD E -fast -host 3 -file X\\m.wad",
-       "Z -IWAD E -fast ", "Z -IWAD E -fast -file X\\m.wad", "Z -iwad E -join 10.0.0.7   -fast\r\n",
-       "Z -iwad E -join 10.0.0.7 -file X\\m.wad  -fast\r\n"},
-      {"gldoom", "G -3dfx -IWAD 1 -fast -host 3", "G -3dfx -IWAD 1 -fast -host 3 -file X\\m.wad",
-       "G -3dfx -IWAD 1 -fast ", "G -3dfx -IWAD 1 -fast -file X\\m.wad",
-       "G -3dfx -iwad 1 -join 10.0.0.7   -fast\r\n",
-       "G -3dfx -iwad 1 -join 10.0.0.7 -file X\\m.wad  -fast\r\n"},
-      {"gldoom2", "G -3dfx -IWAD 2 -fast -host 3", "G -3dfx -IWAD 2 -fast -host 3 -file X\\m.wad",
-       "G -3dfx -IWAD 2 -fast ", "G -3dfx -IWAD 2 -fast -file X\\m.wad",
-       "G -3dfx -iwad 2 -join 10.0.0.7   -fast\r\n",
-       "G -3dfx -iwad 2 -join 10.0.0.7 -file X\\m.wad  -fast\r\n"},
-      {"gldoom3", "G -3dfx -IWAD F -fast -host 3", "G -3dfx -IWAD F -fast -host 3 -file X\\m.wad",
-       "G -3dfx -IWAD F -fast ", "G -3dfx -IWAD F -fast -file X\\m.wad",
-       "G -3dfx -iwad F -join 10.0.0.7   -fast\r\n",
-       "G -3dfx -iwad F -join 10.0.0.7 -file X\\m.wad  -fast\r\n"},
-      {"gldoom4", "G -3dfx -IWAD P -fast -host 3", "G -3dfx -IWAD P -fast -host 3 -file X\\m.wad",
-       "G -3dfx -IWAD P -fast ", "G -3dfx -IWAD P -fast -file X\\m.wad",
-       "G -3dfx -iwad P -join 10.0.0.7   -fast\r\n",
-       "G -3dfx -iwad P -join 10.0.0.7 -file X\\m.wad  -fast\r\n"},
-      {"gldoom5", "G -3dfx -IWAD E -fast -host 3", "G -3dfx -IWAD E -fast -host 3 -file X\\m.wad",
-       "G -3dfx -IWAD E -fast ", "G -3dfx -IWAD E -fast -file X\\m.wad",
-       "G -3dfx -iwad E -join 10.0.0.7   -fast\r\n",
-       "G -3dfx -iwad E -join 10.0.0.7 -file X\\m.wad  -fast\r\n"},
-  };
-  ASSERT_EQ(cases.size(), kGames.size());
-  for (const Case& each : cases) {
-    const Game* game = findGame(each.key);
-    ASSERT_NE(game, nullptr) << each.key;
-    const std::string begun = hostBase(*game, kConfig) + " -fast";
-    EXPECT_EQ(hostCommand(begun, 3, "NONE", kConfig), each.host);
-    EXPECT_EQ(hostCommand(begun, 3, "m.wad", kConfig), each.hostWithWad);
-    EXPECT_EQ(soloCommand(begun, "NONE", kConfig), each.solo);
-    EXPECT_EQ(soloCommand(begun, "m.wad", kConfig), each.soloWithWad);
-    GameOffer offer{{}, each.key, "NONE", "NONE", " -fast", "10.0.0.7", "ann"};
-    EXPECT_EQ(guestCommand(offer, kConfig), each.guest);
-    offer.wad = "m.wad";
-    EXPECT_EQ(guestCommand(offer, kConfig), each.guestWithWad);
+  const std::map<std::string, std::string> engines = {{"zdoom", "Z"}, {"gldoom", "G -3dfx"}};
+  const std::map<std::string, std::string> wads = {
+      {"", "1"}, {"2", "2"}, {"3", "F"}, {"4", "P"}, {"5", "E"}};
+  ASSERT_EQ(engines.size() * wads.size(), kGames.size());
+  for (const auto& [key, engine] : engines) {
+    for (const auto& [number, wad] : wads) {
+      const Game* game = findGame(key + number);
+      ASSERT_NE(game, nullptr) << key << number;
+      const std::string begun = hostBase(*game, kConfig) + " -fast";
+      const std::string host = engine + " -IWAD " + wad + " -fast ";
+      EXPECT_EQ(hostCommand(begun, 3, "NONE", kConfig), host + "-host 3");
+      EXPECT_EQ(hostCommand(begun, 3, "m.wad", kConfig), host + "-host 3 -file X\\m.wad");
+      EXPECT_EQ(soloCommand(begun, "NONE", kConfig), host);
+      EXPECT_EQ(soloCommand(begun, "m.wad", kConfig), host + "-file X\\m.wad");
+      GameOffer offer{{}, key + number, "NONE", "NONE", " -fast", "10.0.0.7", "ann"};
+      const std::string guest = engine + " -iwad " + wad + " -join 10.0.0.7 ";
+      EXPECT_EQ(guestCommand(offer, kConfig), guest + "  -fast\r\n");
+      offer.wad = "m.wad";
+      EXPECT_EQ(guestCommand(offer, kConfig), guest + "-file X\\m.wad  -fast\r\n");
+    }
   }
 }
 
@@ -97,21 +54,7 @@ TEST(LaunchCommand, OptionsOfHostAndGuests) {
       {{.warp = "MAP07"}, " -warp 07", " -warp 07"},
       {{.warp = "9"}, " -warp 9", " -warp 9"},
       {{.record = true}, " -record /opt/kelvaron\\kvdemo", ""},
-      {{.extratic = true,
-        .noMonsters = true,
-        .noMusic = true,
-        .noSfx = true,
-        .respawn = true,
-        .altDeath = true,
-        .deathmatch = true,
-        .coop = true,
-        .fast = true,
-        .timer = "5",
-        .dup = "1",
-        .turbo = "10",
-        .skill = "4",
-        .warp = "32",
-        .record = true},
+      {{true, true, true, true, true, true, true, true, true, "5", "1", "10", "4", "32", true},
        " -extratic -nomonsters -nomusic -nosfx -respawn -altdeath -deathmatch -coop -fast -timer 5 "
        "-dup 1 -turbo 10 -skill 4 -warp 32 -record /opt/kelvaron\\kvdemo",
        " -extratic  -nomonsters -nomusic -nosfx -respawn -altdeath -deathmatch -coop -fast -timer "
@@ -124,11 +67,7 @@ TEST(LaunchCommand, OptionsOfHostAndGuests) {
 }
 
 TEST(LaunchCommand, GuestsOfUnusualOffers) {
-  struct Case {
-    GameOffer offer;
-    std::string command;
-  };
-  const std::vector<Case> cases = {
+  const std::vector<std::pair<GameOffer, std::string>> cases = {
       {{{}, "quake", "NONE", "NONE", "", "1.2.3.4", "ann"}, " -join 1.2.3.4  \r\n"},
       {{{}, "ZDOOM", "none", "NONE", "", "1.2.3.4", "ann"}, " -join 1.2.3.4 -file X\\none \r\n"},
       {{{}, "zdoom", "NONE", "s.wad", "", "1.2.3.4", "ann"},
@@ -136,7 +75,7 @@ TEST(LaunchCommand, GuestsOfUnusualOffers) {
       {{{}, "zdoom", "a.wad", "s.wad", " -fast", "1.2.3.4", "ann"},
        "Z -iwad 1 -join 1.2.3.4 -file Y\\s.wad  -fast\r\n"},
   };
-  for (const Case& each : cases) EXPECT_EQ(guestCommand(each.offer, kConfig), each.command);
+  for (const auto& [offer, command] : cases) EXPECT_EQ(guestCommand(offer, kConfig), command);
   EXPECT_EQ(guestCommand({{}, "zdoom", "a.wad", "NONE", "", "1.2.3.4", "ann"}, {}),
             " -iwad  -join 1.2.3.4 -file \\a.wad \r\n");
 }

@@ -2,12 +2,9 @@
 #include "game/offer_check.h"
 
 #include <gmock/gmock.h>
-#include <gtest/gtest.h>
 
 namespace kelvaron::testing {
 namespace {
-
-using ::testing::HasSubstr;
 
 const GameConfig kConfig{.zdoomPath = "Z", .doomWad = "1"};
 // The wads that the guest has.
@@ -19,21 +16,8 @@ bool isOnDisk(const std::string& path) {
 const GameOffer kUsual{{}, "zdoom", "NONE", "NONE", "", "10.0.0.7", "ann"};
 
 TEST(OfferCheck, UsualOffersCauseNoQuestion) {
-  const GameOptions everything{.extratic = true,
-                               .noMonsters = true,
-                               .noMusic = true,
-                               .noSfx = true,
-                               .respawn = true,
-                               .altDeath = true,
-                               .deathmatch = true,
-                               .coop = true,
-                               .fast = true,
-                               .timer = "90",
-                               .dup = "9",
-                               .turbo = "250",
-                               .skill = "5",
-                               .warp = "MAP07",
-                               .record = true};
+  const GameOptions everything{true, true, true, true,  true, true,    true, true,
+                               true, "90", "9",  "250", "5",  "MAP07", true};
   for (const std::string& options : {std::string(), guestOptions(everything)}) {
     for (const char* wad :
          {"NONE", "maps.wad", "My Maps 2.wad", "caf\xE9.wad", "..wad", "Scythe - 2.wad"}) {
@@ -85,7 +69,8 @@ TEST(OfferCheck, NamesWhatNoKelvaronSends) {
   for (const Case& each : cases) {
     GameOffer offer = kUsual;
     offer.*each.field = each.value;
-    EXPECT_THAT(unusualAbout(offer, kConfig, isOnDisk), HasSubstr(each.named)) << each.value;
+    EXPECT_THAT(unusualAbout(offer, kConfig, isOnDisk), ::testing::HasSubstr(each.named))
+        << each.value;
   }
 }
 

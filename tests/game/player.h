@@ -2,7 +2,6 @@
 #pragma once
 
 #include <gmock/gmock.h>
-#include <gtest/gtest.h>
 
 #include <fstream>
 
@@ -16,17 +15,18 @@
 
 namespace kelvaron::testing {
 
-inline const GameConfig kPlayersConfig{.zdoomPath = "/e/zdoom.exe",
-                                       .glZdoomCommand = "/e/zdoomgl.exe -3dfx",
-                                       .doomWad = "/w/doom.wad",
-                                       .doom2Wad = "/w/doom2.wad",
-                                       .finalDoomWad = "/w/doom2f.wad",
-                                       .plutoniaWad = "/w/plutonia.wad",
-                                       .evilutionWad = "/w/tnt.wad",
-                                       .externalWadFolder = "/w/extra",
-                                       .externalWadFolder2 = "",
-                                       .csServerPath = "/e/doomsv.exe",
-                                       .csClientPath = "/e/doomcl.exe"};
+inline const GameConfig kPlayersConfig{"/e/zdoom.exe",
+                                       "/e/zdoomgl.exe -3dfx",
+                                       "/w/doom.wad",
+                                       "/w/doom2.wad",
+                                       "/w/doom2f.wad",
+                                       "/w/plutonia.wad",
+                                       "/w/tnt.wad",
+                                       "/w/extra",
+                                       "",
+                                       "/e/doomsv.exe",
+                                       "/e/doomcl.exe"};
+inline const std::string kOffer = "GAME\tzdoom\tNONE\tNONE\t\t10.0.0.7\tann\r\n";
 
 class Player : public ClientTest {
  protected:
@@ -44,6 +44,14 @@ class Player : public ClientTest {
     for (const std::string& entry : entries) room().List1.AddItem(entry);
     // Who was selected before the rebuild would be again.
     for (int i = 0; i < room().List1.ListCount(); ++i) room().List1.setSelected(i, i < selected);
+  }
+  /// What was started since the last call; "hidden " in front of what takes no focus.
+  std::vector<std::string> started() {
+    std::vector<std::string> commands;
+    for (const auto& [command, style] : std::exchange(desktop.started, {})) {
+      commands.push_back((style == WindowStyle::maximizedFocus ? "" : "hidden ") + command);
+    }
+    return commands;
   }
 };
 
