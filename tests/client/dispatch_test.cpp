@@ -1,6 +1,5 @@
 // The frame of an arrival: cutting, the keyword compare, and the two fault rules.
 #include <gmock/gmock.h>
-#include <gtest/gtest.h>
 
 #include "tests/support/client_test.h"
 
@@ -18,8 +17,7 @@ class Dispatch : public ClientTest {
 TEST_F(Dispatch, ListsAfterArrivals) {
   struct Case {
     const char* about;
-    std::vector<std::string> arrivals;
-    std::vector<std::string> users;
+    std::vector<std::string> arrivals, users;
   };
   const std::vector<Case> cases = {
       {"a rebuild in one read", {"Userscl\r\nUsers\tann\r\nUsers\tbob\r\n"}, {"ann", "bob"}},

@@ -37,6 +37,11 @@ class FreshClientTest : public ::testing::Test {
     desktop.until([&] { return server.lines.size() > before; });
     return take();
   }
+  /// The same, but waits until there are so many, with those that came before.
+  std::vector<std::string> received(std::size_t count) {
+    desktop.until([&] { return server.lines.size() >= count; });
+    return take();
+  }
   std::vector<std::string> take() { return std::exchange(server.lines, {}); }
   bool offline() { return desktop.client->sckClient().State() != SocketState::connected; }
   void hangUp() {
