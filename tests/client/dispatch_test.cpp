@@ -55,31 +55,22 @@ TEST_F(Dispatch, ListsAfterArrivals) {
 }
 
 TEST_F(Dispatch, MissingFileIsTheOneFaultThatIsTold) {
-  constexpr InboundHandler missingFile = [](InboundContext&) {
-    throw Fault(fault_number::kFileNotFound, "File not found");
-  };
-  constexpr InboundHandler notConnected = [](InboundContext&) {
-    throw Fault(fault_number::kNotConnected, "Not connected");
-  };
   const std::array<InboundRow, 2> rows = {
-      {{"FILE", Subsystem::peer, missingFile}, {"SEND", Subsystem::peer, notConnected}}};
+      {{"FILE", Subsystem::peer,
+        [](InboundContext&) { throw Fault(fault_number::kFileNotFound, ""); }},
+       {"SEND", Subsystem::peer,
+        [](InboundContext&) { throw Fault(fault_number::kNotConnected, ""); }}}};
   handleArrival(*desktop.client, "SEND\r\nFILE\r\n", rows);
   EXPECT_THAT(desktop.boxes, IsEmpty());
   handleArrival(*desktop.client, "FILE\r\nFILE\r\n", rows);
-  ASSERT_EQ(desktop.boxes.size(), 1U);
-  EXPECT_EQ(desktop.boxes[0].text,
-            "Someone is trying to view your profile But you havent made one. Please create it to "
-            "avoid seeing this message");
-  EXPECT_EQ(desktop.boxes[0].title, "Kelvaron");
+  EXPECT_THAT(boxTexts(), ElementsAre("Someone is trying to view your profile But you havent made "
+                                      "one. Please create it to avoid seeing this message"));
 }
 
 TEST_F(Dispatch, LinesBehindAnOpenBoxKeepTheirOrder) {
   desktop.whileBoxIsOpen = [&](const Box&) {
     server.say("Announce\tsecond\r\n");
-    const auto deadline = std::chrono::steady_clock::now() + std::chrono::milliseconds(100);
-    while (std::chrono::steady_clock::now() < deadline) {
-      loop.runOnce(std::chrono::milliseconds(10));
-    }
+    loop.runUntil([] { return false; }, std::chrono::milliseconds(100));
   };
   server.say("MSGBOX\tlook\r\nAnnounce\tfirst\r\n");
   EXPECT_TRUE(desktop.until([&] { return desktop.sounds.size() == 2; }));
@@ -91,8 +82,7 @@ TEST_F(Dispatch, RowsOfBoxesCanBeLeft) {
   for (int i = 0; i < 10'000; ++i) burst += "MSGBOX\tagain\r\nDOUBLE\r\nbanned\r\n";
   desktop.leavesBoxes = true;
   server.say(burst + "Announce\tnever seen\r\n");
-  ASSERT_TRUE(
-      desktop.until([&] { return desktop.client->sckClient().State() == SocketState::closed; }));
+  ASSERT_TRUE(desktop.until([&] { return offline(); }));
   loop.runUntil([] { return false; }, std::chrono::milliseconds(50));
   ASSERT_EQ(desktop.boxes.size(), 4U);
   for (std::size_t i = 0; i < 4; ++i) {
@@ -123,9 +113,7 @@ TEST_F(Dispatch, ProgramsThatFailBehindABoxAreCountedInTheNext) {
     for (int i = 0; i < 3; ++i) trouble("another");
   };
   trouble("first");
-  ASSERT_EQ(desktop.boxes.size(), 2U);
-  EXPECT_EQ(desktop.boxes[0].text, "first");
-  EXPECT_EQ(desktop.boxes[1].text, "Meanwhile 3 more programs could not be started.");
+  EXPECT_THAT(boxTexts(), ElementsAre("first", "Meanwhile 3 more programs could not be started."));
 }
 
 // A flood whose lines are slow to handle leaves the loop turns for the user's keys.

@@ -1,15 +1,11 @@
 // The controls of a form follow its size in whole percents.
 #include "chat/resize/resize_forms.h"
 
-#include <gtest/gtest.h>
-
 #include <ostream>
 
-#include "platform/controls.h"
 #include "platform/line.h"
 #include "platform/menu.h"
-#include "tests/support/line_server.h"
-#include "tests/support/test_desktop.h"
+#include "tests/support/client_test.h"
 
 namespace kelvaron {
 
@@ -32,10 +28,6 @@ struct Sample : Form {
     second.Index = 1;
     first.Index = 0;
   }
-  void take(int width, int height) {
-    ScaleWidth = width;
-    ScaleHeight = height;
-  }
 
   Label odd{*this, "odd", {1001, 333, 2001, 77}, ""};
   TextBox parked{*this, "parked", {-74000, 100, 500, 200}};
@@ -51,41 +43,47 @@ struct Sample : Form {
   MenuItem menu{*this, "menu", "Menu"};
 };
 
-TEST(Resize, WholePercentsOfTheFirstLayout) {
-  struct Case {
-    int width;
-    int height;
-    Place odd;
-  };
+class Resize : public ::testing::Test {
+ protected:
+  // Gives the form a size, and its controls their places.
+  void take(int width, int height) { take(form, width, height); }
+  void take(Form& other, int width, int height) {
+    other.ScaleWidth = width;
+    other.ScaleHeight = height;
+    forms.ResizeForm(other);
+  }
+
   Resize_forms forms;
   Sample form;
+};
+
+TEST_F(Resize, WholePercentsOfTheFirstLayout) {
+  struct Case {
+    int width, height;
+    Place odd;
+  };
+  const std::vector<Case> cases = {
+      {10000, 8000, {1001, 333, 2001, 77}},
+      {10099, 8079, {1001, 333, 2001, 77}},  // less than a percent
+      {10100, 8080, {1011, 336, 2021, 77}},  // 101 percent
+      {15000, 4000, {1501, 166, 3001, 38}},  // 150 and 50
+      {12345, 7999, {1231, 329, 2461, 76}},  // 123.45 and 99.98: 123 and 99
+      {99, 160, {0, 6, 0, 1}},               // 0 and 2
+      {1000000, 8000, {100100, 333, 200100, 77}},
+      {10000, 8000, {1001, 333, 2001, 77}}};
   // One after the other on the same form: nothing adds up.
-  for (const Case& each : {
-           Case{10000, 8000, {1001, 333, 2001, 77}},
-           Case{10099, 8079, {1001, 333, 2001, 77}},  // less than a percent
-           Case{10100, 8080, {1011, 336, 2021, 77}},  // 101 percent
-           Case{15000, 4000, {1501, 166, 3001, 38}},  // 150 and 50
-           Case{12345, 7999, {1231, 329, 2461, 76}},  // 123.45 and 99.98: 123 and 99
-           Case{300, 160, {30, 6, 60, 1}},            // 3 and 2
-           Case{99, 0, {0, 0, 0, 0}},                 // 0 and 0
-           Case{1000000, 8000, {100100, 333, 200100, 77}},
-           Case{10000, 8000, {1001, 333, 2001, 77}},
-       }) {
+  for (const Case& each : cases) {
     SCOPED_TRACE(std::to_string(each.width) + " by " + std::to_string(each.height));
-    form.take(each.width, each.height);
-    forms.ResizeForm(form);
+    take(each.width, each.height);
     EXPECT_EQ(placeOf(form.odd), each.odd);
     EXPECT_EQ(placeOf(form.almostFixed), each.odd);
     EXPECT_EQ(placeOf(form.fixed), (Place{1001, 333, 2001, 77}));
   }
 }
 
-TEST(Resize, FramesArraysLinesAndParkedControls) {
-  Resize_forms forms;
-  Sample form;
-  forms.ResizeForm(form);
-  form.take(20000, 4000);
-  forms.ResizeForm(form);
+TEST_F(Resize, FramesArraysLinesAndParkedControls) {
+  take(10000, 8000);
+  take(20000, 4000);
   EXPECT_EQ(placeOf(form.frame), (Place{4000, 500, 6000, 499}));
   EXPECT_EQ(placeOf(form.inside), (Place{302, 149, 2002, 150}));
   EXPECT_EQ(placeOf(form.first), (Place{200, 100, 600, 200}));
@@ -101,48 +99,35 @@ TEST(Resize, FramesArraysLinesAndParkedControls) {
   EXPECT_EQ(form.parked.Left.get(), 2000);
 }
 
-TEST(Resize, FarDownNothingMoves) {
-  Resize_forms forms;
-  Sample form;
-  forms.ResizeForm(form);
-  form.take(20000, 8000);
+TEST_F(Resize, FarDownNothingMoves) {
+  take(10000, 8000);
   form.Top = 30000;
-  forms.ResizeForm(form);
+  take(20000, 8000);
   EXPECT_EQ(form.odd.Left.get(), 1001);
   form.Top = 29999;
-  forms.ResizeForm(form);
+  take(20000, 8000);
   EXPECT_EQ(form.odd.Left.get(), 2002);
 }
 
-TEST(Resize, BaselineOutlivesTheForm) {
-  Resize_forms forms;
-  {
-    Sample form;
-    forms.ResizeForm(form);
-  }
+TEST_F(Resize, BaselineOutlivesTheForm) {
+  take(10000, 8000);
   Sample again;
   again.odd.Left = 7;
-  again.take(20000, 8000);
-  forms.ResizeForm(again);
-  EXPECT_EQ(placeOf(again.odd), (Place{2002, 333, 4002, 77}));
   // What came later has no record and stays.
   Label late{again, "late", {5, 6, 7, 8}, ""};
-  forms.ResizeForm(again);
+  take(again, 20000, 8000);
+  EXPECT_EQ(placeOf(again.odd), (Place{2002, 333, 4002, 77}));
   EXPECT_EQ(placeOf(late), (Place{5, 6, 7, 8}));
 }
 
-TEST(Resize, ACallFromWithinACallDoesNothing) {
-  Resize_forms forms;
-  Sample form;
-  forms.ResizeForm(form);
-  form.take(20000, 8000);
+TEST_F(Resize, ACallFromWithinACallDoesNothing) {
+  take(10000, 8000);
   int moves = 0;
   form.odd.onRefresh = [&] {
     ++moves;
-    form.take(30000, 8000);
-    forms.ResizeForm(form);
+    take(30000, 8000);
   };
-  forms.ResizeForm(form);
+  take(20000, 8000);
   EXPECT_EQ(moves, 1);
   EXPECT_EQ(form.odd.Left.get(), 2002);
   EXPECT_EQ(form.frame.Left.get(), 6000) << "the pass reads the size anew for each control";
@@ -151,13 +136,10 @@ TEST(Resize, ACallFromWithinACallDoesNothing) {
   EXPECT_EQ(form.odd.Left.get(), 3003);
 }
 
-TEST(Resize, WhatIsTooLargeOrHadNoSizeIsPassedOver) {
-  Resize_forms forms;
-  Sample form;
+TEST_F(Resize, WhatIsTooLargeOrHadNoSizeIsPassedOver) {
   form.first.Left = 20'000;
-  forms.ResizeForm(form);
-  form.take(2'000'000'000, 4000);
-  forms.ResizeForm(form);
+  take(10000, 8000);
+  take(2'000'000'000, 4000);
   EXPECT_EQ(placeOf(form.first), (Place{20'000, 200, 300, 400}));
   EXPECT_EQ(placeOf(form.second), (Place{200'000'000, 1000, 600'000'000, 2000}));
 
@@ -169,28 +151,20 @@ TEST(Resize, WhatIsTooLargeOrHadNoSizeIsPassedOver) {
   EXPECT_EQ(placeOf(flat.label), (Place{100, 0, 100, 0}));
 }
 
-TEST(Resize, TheRoomFollowsItsWindow) {
-  PollLoop loop;
-  LineServer server{loop};
-  TestDesktop desktop{loop, server.port()};
-  ASSERT_TRUE(desktop.logIn("bob"));
-  frmMain& room = desktop.room();
-  EXPECT_TRUE(room.Sizable);
-  const int width = room.ScaleWidth;
-  const int height = room.ScaleHeight;
-  const Place atFirst = placeOf(room.txtOutput);
-  room.Form_Resize();
-  EXPECT_EQ(placeOf(room.txtOutput), atFirst);
-  room.ScaleWidth = width * 2;
-  room.ScaleHeight = height * 3;
-  room.Form_Resize();
-  EXPECT_EQ(placeOf(room.txtOutput),
-            (Place{atFirst.left * 2, atFirst.top * 3, atFirst.width * 2, atFirst.height * 3}));
-  EXPECT_EQ(room.Label3.Font_.get().points, 18);
-  room.ScaleWidth = width;
-  room.ScaleHeight = height;
-  room.Form_Resize();
-  EXPECT_EQ(placeOf(room.txtOutput), atFirst);
+using RoomSize = ClientTest;
+
+TEST_F(RoomSize, RoomFollowsItsWindow) {
+  EXPECT_TRUE(room().Sizable);
+  const int width = room().ScaleWidth;
+  const int height = room().ScaleHeight;
+  const auto [left, top, wide, high] = placeOf(room().txtOutput);
+  for (const auto& [across, down] : {std::pair{1, 1}, {2, 3}, {1, 1}}) {
+    room().ScaleWidth = width * across;
+    room().ScaleHeight = height * down;
+    room().Form_Resize();
+    EXPECT_EQ(placeOf(room().txtOutput),
+              (Place{left * across, top * down, wide * across, high * down}));
+  }
 }
 
 }  // namespace
