@@ -33,38 +33,34 @@ TEST_F(About, TextsAndPointer) {
 }
 
 TEST_F(About, InformationTool) {
-  struct Case {
-    const char* what;
-    std::optional<RegistryValue> first, second;
-    std::string started;  // empty: the box
-    std::size_t keysRead;
-  };
+  using Value = std::optional<RegistryValue>;
   const RegistryValue folder{1, R"(C:\Tools)"};
   desktop.registry.existing = {R"(C:\Tools\MSINFO32.EXE)"};
-  const std::vector<Case> cases = {
+  // The two values, what is started if anything, and how many keys are read.
+  const std::vector<std::tuple<std::string, Value, Value, std::string, std::size_t>> cases = {
       {"no key at all", {}, {}, "", 2},
       {"first key", RegistryValue{1, R"(C:\info.exe)"}, folder, R"(C:\info.exe)", 1},
       {"second key", {}, folder, R"(C:\Tools\MSINFO32.EXE)", 2},
       {"second key, no file", {}, RegistryValue{1, "C:"}, "", 2},
       {"neither a string nor a number", RegistryValue{3, "info"}, folder, "", 1},
       {"empty", RegistryValue{1, ""}, {}, "", 1}};
-  for (const Case& each : cases) {
-    SCOPED_TRACE(each.what);
+  for (const auto& [what, first, second, started, keysRead] : cases) {
+    SCOPED_TRACE(what);
     auto& keys = desktop.registry.keys = {};
     desktop.registry.asked.clear();
     desktop.started.clear();
-    if (each.first) keys[R"(SOFTWARE\Microsoft\Shared Tools\MSINFO)"]["PATH"] = *each.first;
-    if (each.second) {
-      keys[R"(SOFTWARE\Microsoft\Shared Tools Location)"]["MSINFO"] = *each.second;
+    if (first) keys[R"(SOFTWARE\Microsoft\Shared Tools\MSINFO)"]["PATH"] = *first;
+    if (second) {
+      keys[R"(SOFTWARE\Microsoft\Shared Tools Location)"]["MSINFO"] = *second;
     }
     click(about().cmdSysInfo);
-    EXPECT_EQ(desktop.registry.asked.size(), each.keysRead);
+    EXPECT_EQ(desktop.registry.asked.size(), keysRead);
     EXPECT_EQ(desktop.registry.open, 0);
-    if (each.started.empty()) {
+    if (started.empty()) {
       EXPECT_THAT(desktop.started, IsEmpty());
     } else {
       EXPECT_THAT(desktop.started,
-                  ElementsAre(TestDesktop::Started{each.started, WindowStyle::maximizedFocus}));
+                  ElementsAre(TestDesktop::Started{started, WindowStyle::maximizedFocus}));
       EXPECT_THAT(desktop.boxes, IsEmpty());
       desktop.lastStartFailed();
     }
@@ -73,12 +69,7 @@ TEST_F(About, InformationTool) {
 }
 
 TEST_F(About, ValuesByTheirType) {
-  struct Case {
-    RegistryValue value;
-    bool read;
-    std::string text;
-  };
-  const std::vector<Case> cases = {
+  const std::vector<std::tuple<RegistryValue, bool, std::string>> cases = {
       {{1, std::string("two words\0", 10)}, true, "two words"},
       {{1, std::string("\0\0", 2)}, true, std::string(1, '\0')},
       {{4, "\x1F\xA0\x03\xC4"}, true, "&hC43A01F"},
@@ -90,11 +81,11 @@ TEST_F(About, ValuesByTheirType) {
   const auto read = [&](const char* value, std::string& text) {
     return about().GetKeyValue(registry_key::HKEY_LOCAL_MACHINE, "Key", value, text);
   };
-  for (const Case& each : cases) {
-    desktop.registry.keys["Key"]["Value"] = each.value;
-    std::string text = each.value.type == 7 ? "before" : "";
-    EXPECT_EQ(read("Value", text), each.read);
-    EXPECT_EQ(text, each.text);
+  for (const auto& [value, found, expected] : cases) {
+    desktop.registry.keys["Key"]["Value"] = value;
+    std::string text = value.type == 7 ? "before" : "";
+    EXPECT_EQ(read("Value", text), found);
+    EXPECT_EQ(text, expected);
   }
   std::string text = "before";
   EXPECT_FALSE(read("Other", text));

@@ -72,22 +72,19 @@ TEST_F(Commands, LinesWhilePresent) {
 }
 
 TEST_F(Commands, AwayAndBack) {
-  struct Case {
-    std::string text, sent, status;
-  };
-  const std::vector<Case> cases = {
-      {"/away", "[AW]|bob", "AWAY"},
-      {"/AWAY for lunch", "[AW]|bob", "AWAY"},
-      {"/STOP", "", "AWAY"},
-      {"/PLAY KKRZ", "", "AWAY"},
-      {"/ME waves", "RETURNCS|bob; Message|bob: |/ME waves", "Ready to Play"},
-      {"/ME waves", "ACTION|bob waves", "Ready to Play"},
-      {"/away", "[AW]|bob", "AWAY"},
-      {"/?", "RETURNCS|bob; Message|bob: |/?", "Ready to Play"}};
+  const std::vector<std::array<std::string, 3>> cases = {
+      {{"/away", "[AW]|bob", "AWAY"},
+       {"/AWAY for lunch", "[AW]|bob", "AWAY"},
+       {"/STOP", "", "AWAY"},
+       {"/PLAY KKRZ", "", "AWAY"},
+       {"/ME waves", "RETURNCS|bob; Message|bob: |/ME waves", "Ready to Play"},
+       {"/ME waves", "ACTION|bob waves", "Ready to Play"},
+       {"/away", "[AW]|bob", "AWAY"},
+       {"/?", "RETURNCS|bob; Message|bob: |/?", "Ready to Play"}}};
   EXPECT_EQ(status(), "Ready To Play");
-  for (const Case& each : cases) {
-    EXPECT_EQ(sent(each.text), each.sent) << each.text;
-    EXPECT_EQ(status(), each.status) << each.text;
+  for (const auto& [text, line, shown] : cases) {
+    EXPECT_EQ(sent(text), line) << text;
+    EXPECT_EQ(status(), shown) << text;
     EXPECT_EQ(left(), "");
   }
 }
@@ -97,23 +94,19 @@ TEST_F(Commands, PingFindsWholeEntriesOnly) {
   EXPECT_EQ(sent("/PING"), "") << "an empty list has no match";
   EXPECT_EQ(boxTexts(), nobody);
   for (const char* entry : {"ann", "cy[IG]", "dee[AW]"}) room().List1.AddItem(entry);
-  struct Case {
-    std::string text, sent;
-    bool box;
-    std::string left;
-  };
-  const std::vector<Case> cases = {{"/PING ann", "PINGUSER|ann|\245bob", false, ""},
-                                   {"/ping Ann", "", true, ""},
-                                   {"/PING cy", "", true, ""},
-                                   {"/PING cy[IG]", "", false, "/PING cy[IG]"},
-                                   {"/PING dee[AW]", "PINGUSER|dee[AW]|\245bob", false, ""},
-                                   {"/PING ", "", true, ""},
-                                   {"/PING", "", false, "/PING"}};
+  const std::vector<std::tuple<std::string, std::string, bool, std::string>> cases = {
+      {"/PING ann", "PINGUSER|ann|\245bob", false, ""},
+      {"/ping Ann", "", true, ""},
+      {"/PING cy", "", true, ""},
+      {"/PING cy[IG]", "", false, "/PING cy[IG]"},
+      {"/PING dee[AW]", "PINGUSER|dee[AW]|\245bob", false, ""},
+      {"/PING ", "", true, ""},
+      {"/PING", "", false, "/PING"}};
   room().Label1.Caption = "\245bob";  // a moderator's
-  for (const Case& each : cases) {
-    EXPECT_EQ(sent(each.text), each.sent) << each.text;
-    EXPECT_EQ(boxTexts(), each.box ? nobody : std::vector<std::string>{}) << each.text;
-    EXPECT_EQ(left(), each.left) << each.text;
+  for (const auto& [text, line, box, kept] : cases) {
+    EXPECT_EQ(sent(text), line) << text;
+    EXPECT_EQ(boxTexts(), box ? nobody : std::vector<std::string>{}) << text;
+    EXPECT_EQ(left(), kept) << text;
   }
 }
 

@@ -15,42 +15,36 @@ class Dispatch : public ClientTest {
 };
 
 TEST_F(Dispatch, ListsAfterArrivals) {
-  struct Case {
-    const char* about;
-    std::vector<std::string> arrivals, users;
-  };
-  const std::vector<Case> cases = {
-      {"a rebuild in one read", {"Userscl\r\nUsers\tann\r\nUsers\tbob\r\n"}, {"ann", "bob"}},
-      {"cut inside a line: only that line is lost",
-       {"Userscl\r\nUse", "rs\tann\r\nUsers\tbob\r\n"},
-       {"bob"}},
-      {"no line end: nothing is handled", {"Userscl\r\n", "Users\tann"}, {}},
-      {"an unknown keyword leaves no trace", {"Userscl\r\nFUTURE\tx\r\nUsers\tann\r\n"}, {"ann"}},
-      {"keywords differ by case", {"Userscl\r\nUSERS\tann\r\nusers\tann\r\n"}, {}},
-      {"a line without its field ends the read", {"Userscl\r\nUsers\r\nUsers\tann\r\n"}, {}},
-      {"but not behind a room line",
-       {"Userscl\r\nMessage\tann: \thi\r\nUsers\r\nUsers\tann\r\n"},
-       {"ann"}},
-      {"the rule that goes on ends with its read",
-       {"Userscl\r\nMessage\tann: \thi\r\n", "Users\r\nUsers\tann\r\n"},
-       {}},
-      {"an empty line is a fault", {"Userscl\r\n\r\nUsers\tann\r\n"}, {}},
-      {"and is passed over behind a room line",
-       {"Userscl\r\nMessage\tann: \thi\r\n\r\nUsers\tann\r\n"},
-       {"ann"}},
-      {"an empty entry is an entry", {"Userscl\r\nUsers\t\r\n"}, {""}},
-      {"duplicates stay", {"Userscl\r\nUsers\tann\r\nUsers\tann\r\n"}, {"ann", "ann"}},
-      {"sorted without regard to case",
-       {"Userscl\r\nUsers\tbob\r\nUsers\tAnn\r\nUsers\tcy[IG]\r\nUsers\tAL\r\n"},
-       {"AL", "Ann", "bob", "cy[IG]"}},
-      {"NUL and other bytes are text",
-       {std::string("Userscl\r\nUsers\ta\0b\xFF\r\n", 21)},
-       {std::string("a\0b\xFF", 4)}},
-  };
-  for (const Case& each : cases) {
-    for (const std::string& bytes : each.arrivals) arrive(bytes);
-    EXPECT_EQ(users(), each.users) << each.about;
-    EXPECT_THAT(desktop.boxes, IsEmpty()) << each.about;
+  // ";" stands for a line's end, "|" for TAB, "/" for the end of a read.
+  const std::vector<std::pair<std::string, std::vector<std::string>>> cases = {
+      {"Userscl;Users|ann;Users|bob;", {"ann", "bob"}},
+      // Cut inside a line: only that line is lost.
+      {"Userscl;Use/rs|ann;Users|bob;", {"bob"}},
+      {"Userscl;/Users|ann", {}},
+      {"Userscl;FUTURE|x;Users|ann;", {"ann"}},
+      {"Userscl;USERS|ann;users|ann;", {}},
+      // A line without its field ends the read, but not behind a room line; an empty line likewise.
+      {"Userscl;Users;Users|ann;", {}},
+      {"Userscl;Message|ann: |hi;Users;Users|ann;", {"ann"}},
+      {"Userscl;Message|ann: |hi;/Users;Users|ann;", {}},
+      {"Userscl;;Users|ann;", {}},
+      {"Userscl;Message|ann: |hi;;Users|ann;", {"ann"}},
+      {"Userscl;Users|;", {""}},
+      {"Userscl;Users|ann;Users|ann;", {"ann", "ann"}},
+      {"Userscl;Users|bob;Users|Ann;Users|cy[IG];Users|AL;", {"AL", "Ann", "bob", "cy[IG]"}},
+      {std::string("Userscl;Users|a\0b\xFF;", 19), {std::string("a\0b\xFF", 4)}}};
+  for (const auto& [arrivals, expected] : cases) {
+    std::string bytes;
+    for (const char each : arrivals + "/") {
+      if (each == '/')
+        arrive(std::exchange(bytes, {}));
+      else if (each == ';')
+        bytes += "\r\n";
+      else
+        bytes += each == '|' ? '\t' : each;
+    }
+    EXPECT_EQ(users(), expected) << arrivals;
+    EXPECT_THAT(desktop.boxes, IsEmpty()) << arrivals;
   }
 }
 

@@ -2,7 +2,7 @@
 
 #include <gtest/gtest.h>
 
-#include <vector>
+#include <algorithm>
 
 namespace kelvaron::testing {
 namespace {
@@ -12,11 +12,7 @@ TEST(Outbound, FieldOrders) {
   const std::vector<std::string> six = {"a", "b[AW]", "c", "d", "e", "f"};
   const outbound::ProfileTexts texts = {"Fi", "La", "20", "m",        "123",       "e@x",
                                         "Ci", "St", "Co", "http://h", "no comment"};
-  struct Case {
-    std::string line;
-    std::string expected;
-  };
-  const std::vector<Case> cases = {
+  const std::vector<std::pair<std::string, std::string>> cases = {
       {outbound::name("bob", "10.0.0.1"), "Name|bob|10.0.0.1"},
       {outbound::motd(), "MOTD"},
       {outbound::action("bob waves"), "ACTION|bob waves"},
@@ -28,11 +24,8 @@ TEST(Outbound, FieldOrders) {
       {outbound::returnCs("bob"), "RETURNCS|bob"},
       {outbound::game({{}, "zdoom", "NONE", "NONE", "", "10.0.0.1", "bob"}),
        "GAME|0||zdoom|NONE|NONE||10.0.0.1|bob"},
-      {outbound::game({six, "gldoom5", "x.wad", "NONE", " -skill 4", "10.0.0.1",
-                       "\xA5"
-                       "bob"}),
-       "GAME|6|a|b[AW]|c|d|e|f|gldoom5|x.wad|NONE| -skill 4|10.0.0.1|\xA5"
-       "bob"},
+      {outbound::game({six, "gldoom5", "x.wad", "NONE", " -skill 4", "10.0.0.1", "\245bob"}),
+       "GAME|6|a|b[AW]|c|d|e|f|gldoom5|x.wad|NONE| -skill 4|10.0.0.1|\245bob"},
       {outbound::accept("host", "bob"), "XCEPT|host|bob"},
       {outbound::decline("host", "bob"), "DECLINE|host|bob"},
       {outbound::start("al"), "START|al"},
@@ -62,11 +55,9 @@ TEST(Outbound, FieldOrders) {
       {outbound::returnPing("10.0.0.1", "bob", "al\r\nKICK\tbob\n"),
        "RETURNPING|10.0.0.1|bob|al  KICK|bob "},
   };
-  for (Case each : cases) {
-    for (char& character : each.expected) {
-      if (character == '|') character = '\t';
-    }
-    EXPECT_EQ(each.line, each.expected + "\r\n");
+  for (auto [line, expected] : cases) {
+    std::ranges::replace(expected, '|', '\t');
+    EXPECT_EQ(line, expected + "\r\n");
   }
 }
 

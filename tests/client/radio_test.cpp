@@ -35,28 +35,23 @@ class RadioMenu : public ClientTest {
 };
 
 TEST_F(RadioMenu, StationsByMenu) {
-  struct Case {
-    const MenuItem& entry;
-    std::string call, notice, frame;
-  };
-  const std::vector<Case> cases = {
+  const std::vector<std::tuple<const MenuItem&, std::string, std::string, std::string>> cases = {
       {room().kkrzplay, kKkrz, "KKRZ Z100 Portland Oregon", "on Buffering KKRZ "},
       {room().KSHE95, kKshe, "KSHE95 St. Louis Rock", "on Buffering KSHE "},
       {room().kwjjplay, kKwjj, "KWJJ Portlands Favorite Country", "on Buffering KWJJ "}};
   EXPECT_EQ(room().Timer1.Interval.get(), 500);
-  for (const Case& each : cases) {
+  for (const auto& [entry, call, notice, frame] : cases) {
     room().txtOutput.Content.clear();
     room().txtinput.SelColor = Color{};
-    desktop.raise(each.entry.Click);
-    EXPECT_THAT(calls(), ElementsAre(each.call));
-    EXPECT_EQ(desktop.chat(), "Buffering Station...." + each.notice + ".....\n");
+    desktop.raise(entry.Click);
+    EXPECT_THAT(calls(), ElementsAre(call));
+    EXPECT_EQ(desktop.chat(), "Buffering Station...." + notice + ".....\n");
     EXPECT_EQ(room().txtOutput.Content.run(0, 0).style.color, (Color{0, 255, 18}));
     EXPECT_EQ(room().txtinput.SelColor.get(), (Color{96, 246, 241}));
     EXPECT_EQ(display(), "on hidden") << "until the first tick";
     for (const int progress : {0, 99, 100, 37}) {
       tick(progress);
-      EXPECT_EQ(display(),
-                progress == 100 ? "on hidden" : each.frame + std::to_string(progress) + "%");
+      EXPECT_EQ(display(), progress == 100 ? "on hidden" : frame + std::to_string(progress) + "%");
     }
     // Another station while one plays.
     desktop.raise(room().kkrzplay.Click);

@@ -32,11 +32,7 @@ class RoomLines : public ClientTest {
 };
 
 TEST_F(RoomLines, ColoursOfEachWriterAndOfTheAnnouncementBehindIt) {
-  struct Case {
-    std::string arrival;
-    std::vector<std::string> lines;
-  };
-  const std::vector<Case> cases = {
+  const std::vector<std::pair<std::string, std::vector<std::string>>> cases = {
       {"Announce\thi\r\n", {"(190,190,0)hi"}},
       {"Message\tann: \thello\r\nAnnounce\thi\r\n",
        {"(219,178,240)ann: (96,246,241)hello", "(96,246,241)hi"}},
@@ -59,10 +55,10 @@ TEST_F(RoomLines, ColoursOfEachWriterAndOfTheAnnouncementBehindIt) {
       {"Message\tann: \r\nAnnounce\tz\r\n", {"(219,178,240)ann: (96,246,241)z"}},
       {"Message\tann: \t\r\n", {"(219,178,240)ann: "}},
   };
-  for (const Case& each : cases) {
+  for (const auto& [arrival, lines] : cases) {
     const std::size_t before = view().lineCount();
-    arrive(each.arrival);
-    EXPECT_EQ(styled(view(), before - 1), each.lines) << each.arrival;
+    arrive(arrival);
+    EXPECT_EQ(styled(view(), before - 1), lines) << arrival;
   }
 }
 
@@ -108,36 +104,28 @@ TEST_F(RoomLines, WriterThatMovesTheCaretFindsTheColourLeftAtTheEnd) {
 }
 
 TEST_F(RoomLines, BoxesAndWhatFollowsThem) {
-  struct Case {
-    std::string arrival;
-    int style;
-    std::string title, text;
-    bool closed;
-  };
-  const std::vector<Case> cases = {
-      {"MSGBOX\tlook\r\n", 0, "Kelvaron", "look", false},
+  // All but the first close the connection.
+  const std::vector<std::tuple<std::string, int, std::string, std::string>> cases = {
+      {"MSGBOX\tlook\r\n", 0, "Kelvaron", "look"},
       {"BANUSER\tann\tspam\r\n", 48, "Banned from Kelvaron!",
-       "You have been banned from Kelvaron by ann!\r\n\r\nReason: spam", true},
+       "You have been banned from Kelvaron by ann!\r\n\r\nReason: spam"},
       {"BAD\r\n", 0, "Sorry!",
        "To avoid confusion you are unable to login as QZN or Sorrel. Please relogin, using a "
-       "different nickname.",
-       true},
+       "different nickname."},
       {"banned\r\n", 64, "You have been banned!",
        "You have been banned from Kelvaron! If this is a mistake contact QZN at "
-       "moderators@localhost or Sorrel to dispute it.",
-       true},
+       "moderators@localhost or Sorrel to dispute it."},
       {"DOUBLE\r\n", 0, "Kelvaron",
-       "Another users has chosen that name. Please use a different name", true},
-  };
-  for (const Case& each : cases) {
+       "Another users has chosen that name. Please use a different name"}};
+  for (const auto& [arrival, style, title, text] : cases) {
     desktop.boxes.clear();
-    arrive(each.arrival);
-    ASSERT_EQ(desktop.boxes.size(), 1U) << each.arrival;
-    EXPECT_EQ(desktop.boxes[0].text, each.text);
-    EXPECT_EQ(desktop.boxes[0].title, each.title);
-    EXPECT_EQ(desktop.boxes[0].style, each.style);
+    arrive(arrival);
+    ASSERT_EQ(desktop.boxes.size(), 1U) << arrival;
+    EXPECT_EQ(desktop.boxes[0].text, text);
+    EXPECT_EQ(desktop.boxes[0].title, title);
+    EXPECT_EQ(desktop.boxes[0].style, style);
     EXPECT_EQ(desktop.client->sckClient().State(),
-              each.closed ? SocketState::closed : SocketState::connected);
+              text == "look" ? SocketState::connected : SocketState::closed);
     EXPECT_TRUE(desktop.shows<frmMain>());
     EXPECT_FALSE(desktop.ended());
     desktop.raise(room().mnuConnect.Click);

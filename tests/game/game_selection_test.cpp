@@ -71,16 +71,13 @@ TEST_F(Selection, ListsAndOneGameAtMost) {
 }
 
 TEST_F(Selection, RequestWithGuests) {
-  struct Case {
-    int players;
-    std::string host, line;
-  };
   const std::string options = " -nomonsters -skill 3 -warp 07";
-  const std::vector<Case> cases = {{0, "1", "GAME\t0\t\t"},
-                                   {2, "3", "GAME\t2\tal\tbo\t"},
-                                   {6, "7", "GAME\t6\tal\tbo\tcy\tdi\ted\tfy\t"}};
-  for (const Case& each : cases) {
-    open(each.players);
+  const std::vector<std::tuple<int, std::string, std::string>> cases = {
+      {0, "1", "GAME\t0\t\t"},
+      {2, "3", "GAME\t2\tal\tbo\t"},
+      {6, "7", "GAME\t6\tal\tbo\tcy\tdi\ted\tfy\t"}};
+  for (const auto& [players, host, line] : cases) {
+    open(players);
     game1& game = form<game1>();
     EXPECT_TRUE(game.Visible);
     tick(game.Check26);
@@ -89,9 +86,9 @@ TEST_F(Selection, RequestWithGuests) {
     game.Combo4.Text = "07";
     click(game.Command3);
     EXPECT_EQ(room().Text2.Text.get(),
-              "/e/zdoom.exe -IWAD /w/doom2.wad" + options + " -host " + each.host);
+              "/e/zdoom.exe -IWAD /w/doom2.wad" + options + " -host " + host);
     EXPECT_THAT(received(),
-                ElementsAre(each.line + "zdoom2\tNONE\tNONE\t" + options + "\t127.0.0.1\tbob"));
+                ElementsAre(line + "zdoom2\tNONE\tNONE\t" + options + "\t127.0.0.1\tbob"));
     EXPECT_FALSE(desktop.shows<game1>());
     EXPECT_TRUE(desktop.shows<Form1>());
   }

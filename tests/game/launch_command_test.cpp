@@ -36,11 +36,7 @@ TEST(LaunchCommand, TenGamesForHostSoloAndGuestWithAndWithoutAWad) {
 }
 
 TEST(LaunchCommand, OptionsOfHostAndGuests) {
-  struct Case {
-    GameOptions options;
-    std::string host, guests;
-  };
-  const std::vector<Case> cases = {
+  const std::vector<std::tuple<GameOptions, std::string, std::string>> cases = {
       {{}, "", ""},
       {{.extratic = true}, " -extratic", " -extratic "},
       {{.extratic = true, .noMonsters = true}, " -extratic -nomonsters", " -extratic  -nomonsters"},
@@ -60,9 +56,9 @@ TEST(LaunchCommand, OptionsOfHostAndGuests) {
        " -extratic  -nomonsters -nomusic -nosfx -respawn -altdeath -deathmatch -coop -fast -timer "
        "5 -dup 1 -turbo 10 -skill 4 -warp 32"},
   };
-  for (const Case& each : cases) {
-    EXPECT_EQ(hostOptions(each.options, "/opt/kelvaron"), each.host);
-    EXPECT_EQ(guestOptions(each.options), each.guests);
+  for (const auto& [options, host, guests] : cases) {
+    EXPECT_EQ(hostOptions(options, "/opt/kelvaron"), host);
+    EXPECT_EQ(guestOptions(options), guests);
   }
 }
 
