@@ -36,12 +36,8 @@ TEST_F(Dispatch, ListsAfterArrivals) {
   for (const auto& [arrivals, expected] : cases) {
     std::string bytes;
     for (const char each : arrivals + "/") {
-      if (each == '/')
-        arrive(std::exchange(bytes, {}));
-      else if (each == ';')
-        bytes += "\r\n";
-      else
-        bytes += each == '|' ? '\t' : each;
+      if (each != '/') bytes += each == ';' ? "\r\n" : std::string(1, each == '|' ? '\t' : each);
+      if (each == '/') arrive(std::exchange(bytes, {}));
     }
     EXPECT_EQ(users(), expected) << arrivals;
     EXPECT_THAT(desktop.boxes, IsEmpty()) << arrivals;

@@ -23,10 +23,10 @@ TEST_F(Login, SecondInstanceSaysSoAndEndsBeforeAnyWindow) {
   start(*desktop.client);
   EXPECT_TRUE(desktop.ended());
   EXPECT_FALSE(desktop.shows<frmLogin>());
-  ASSERT_EQ(desktop.boxes.size(), 1U);
-  EXPECT_EQ(desktop.boxes[0].title, "Doh!");
-  EXPECT_EQ(desktop.boxes[0].text,
-            "Im sorry but there is another Kelvaron open. Please close it before opening another");
+  EXPECT_EQ(desktop.boxes.at(0).title, "Doh!");
+  EXPECT_THAT(boxTexts(),
+              ElementsAre("Im sorry but there is another Kelvaron open. Please close it "
+                          "before opening another"));
 }
 
 TEST_F(Login, SessionThatCannotBeToldFromOthersIsToldOnce) {

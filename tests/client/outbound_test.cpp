@@ -53,8 +53,7 @@ TEST(Outbound, FieldOrders) {
       // A TAB that somebody typed begins a new field; a line end never begins a new line.
       {outbound::message("bob", "a\tb"), "Message|bob: |a|b"},
       {outbound::returnPing("10.0.0.1", "bob", "al\r\nKICK\tbob\n"),
-       "RETURNPING|10.0.0.1|bob|al  KICK|bob "},
-  };
+       "RETURNPING|10.0.0.1|bob|al  KICK|bob "}};
   for (auto [line, expected] : cases) {
     std::ranges::replace(expected, '|', '\t');
     EXPECT_EQ(line, expected + "\r\n");

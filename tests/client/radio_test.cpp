@@ -101,9 +101,8 @@ TEST_F(RadioMenu, WorksWithoutAConnectionAndTellsTrouble) {
   EXPECT_THAT(calls(), ElementsAre(kKkrz));
   EXPECT_EQ(desktop.chat(), "fiBuffering Station....KKRZ Z100 Portland Oregon.....\nrst\n");
   desktop.player.onTrouble("There is no sound device.");
-  ASSERT_EQ(desktop.boxes.size(), 1U);
-  EXPECT_EQ(desktop.boxes[0].text, "There is no sound device.");
-  EXPECT_EQ(desktop.boxes[0].style, box_style::kExclamation);
+  EXPECT_EQ(desktop.boxes.at(0).style, box_style::kExclamation);
+  EXPECT_THAT(boxTexts(), ElementsAre("There is no sound device."));
 }
 
 TEST_F(RadioMenu, VolumeMovesWithTheSliderAlone) {

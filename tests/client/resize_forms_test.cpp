@@ -1,22 +1,16 @@
 // The controls of a form follow its size in whole percents.
 #include "chat/resize/resize_forms.h"
 
-#include <ostream>
-
 #include "platform/line.h"
 #include "platform/menu.h"
 #include "tests/support/client_test.h"
 
-namespace kelvaron {
-
-static void PrintTo(const Place& place, std::ostream* out) {
-  *out << place.left << ',' << place.top << ' ' << place.width << 'x' << place.height;
-}
-
-namespace testing {
+namespace kelvaron::testing {
 namespace {
 
-Place placeOf(const Control& control) {
+using Numbers = std::array<int, 4>;
+
+Numbers placeOf(const Control& control) {
   return {control.Left, control.Top, control.Width, control.Height};
 }
 
@@ -47,12 +41,10 @@ struct Sample : Form {
 class Resize : public ::testing::Test {
  protected:
   Resize() { forms.ResizeForm(form); }
-  // Gives the form a size, and its controls their places.
-  void take(int width, int height) { take(form, width, height); }
-  void take(Form& other, int width, int height) {
-    other.ScaleWidth = width;
-    other.ScaleHeight = height;
-    forms.ResizeForm(other);
+  void take(int width, int height) {
+    form.ScaleWidth = width;
+    form.ScaleHeight = height;
+    forms.ResizeForm(form);
   }
 
   Resize_forms forms;
@@ -60,7 +52,7 @@ class Resize : public ::testing::Test {
 };
 
 TEST_F(Resize, WholePercentsOfTheFirstLayout) {
-  const std::vector<std::tuple<int, int, Place>> cases = {
+  const std::vector<std::tuple<int, int, Numbers>> cases = {
       {10000, 8000, {1001, 333, 2001, 77}},
       {10099, 8079, {1001, 333, 2001, 77}},  // less than a percent
       {10100, 8080, {1011, 336, 2021, 77}},  // 101 percent
@@ -75,21 +67,21 @@ TEST_F(Resize, WholePercentsOfTheFirstLayout) {
     take(width, height);
     EXPECT_EQ(placeOf(form.odd), odd);
     EXPECT_EQ(placeOf(form.almostFixed), odd);
-    EXPECT_EQ(placeOf(form.fixed), (Place{1001, 333, 2001, 77}));
+    EXPECT_EQ(placeOf(form.fixed), (Numbers{1001, 333, 2001, 77}));
   }
 }
 
 TEST_F(Resize, FramesArraysLinesAndParkedControls) {
   take(20000, 4000);
-  EXPECT_EQ(placeOf(form.frame), (Place{4000, 500, 6000, 499}));
-  EXPECT_EQ(placeOf(form.inside), (Place{302, 149, 2002, 150}));
-  EXPECT_EQ(placeOf(form.first), (Place{200, 100, 600, 200}));
-  EXPECT_EQ(placeOf(form.second), (Place{2000, 1000, 6000, 2000}));
-  EXPECT_EQ(placeOf(form.parked), (Place{-73000, 50, 1000, 100}));
-  const auto ends = [](const Line& line) { return Place{line.X1, line.Y1, line.X2, line.Y2}; };
-  EXPECT_EQ(ends(form.line), (Place{202, 100, 6002, 38}));
+  EXPECT_EQ(placeOf(form.frame), (Numbers{4000, 500, 6000, 499}));
+  EXPECT_EQ(placeOf(form.inside), (Numbers{302, 149, 2002, 150}));
+  EXPECT_EQ(placeOf(form.first), (Numbers{200, 100, 600, 200}));
+  EXPECT_EQ(placeOf(form.second), (Numbers{2000, 1000, 6000, 2000}));
+  EXPECT_EQ(placeOf(form.parked), (Numbers{-73000, 50, 1000, 100}));
+  const auto ends = [](const Line& line) { return Numbers{line.X1, line.Y1, line.X2, line.Y2}; };
+  EXPECT_EQ(ends(form.line), (Numbers{202, 100, 6002, 38}));
   // Recorded as 100 and 3000.
-  EXPECT_EQ(ends(form.parkedLine), (Place{-74800, 5, -69000, 15}));
+  EXPECT_EQ(ends(form.parkedLine), (Numbers{-74800, 5, -69000, 15}));
   // Brought back into sight, it is where it would be.
   form.parked.Left = 10;
   forms.ResizeForm(form);
@@ -110,9 +102,10 @@ TEST_F(Resize, BaselineOutlivesTheForm) {
   again.odd.Left = 7;
   // What came later has no record and stays.
   Label late{again, "late", {5, 6, 7, 8}, ""};
-  take(again, 20000, 8000);
-  EXPECT_EQ(placeOf(again.odd), (Place{2002, 333, 4002, 77}));
-  EXPECT_EQ(placeOf(late), (Place{5, 6, 7, 8}));
+  again.ScaleWidth = 20000;
+  forms.ResizeForm(again);
+  EXPECT_EQ(placeOf(again.odd), (Numbers{2002, 333, 4002, 77}));
+  EXPECT_EQ(placeOf(late), (Numbers{5, 6, 7, 8}));
 }
 
 TEST_F(Resize, ACallFromWithinACallDoesNothing) {
@@ -132,15 +125,15 @@ TEST_F(Resize, ACallFromWithinACallDoesNothing) {
 
 TEST_F(Resize, WhatIsTooLargeOrHadNoSizeIsPassedOver) {
   take(2'000'000'000, 4000);
-  EXPECT_EQ(placeOf(form.wide), (Place{20'000, 200, 300, 400}));
-  EXPECT_EQ(placeOf(form.second), (Place{200'000'000, 1000, 600'000'000, 2000}));
+  EXPECT_EQ(placeOf(form.wide), (Numbers{20'000, 200, 300, 400}));
+  EXPECT_EQ(placeOf(form.second), (Numbers{200'000'000, 1000, 600'000'000, 2000}));
 
   struct Flat : Form {
     Flat() : Form({.name = "Flat", .caption = "", .width = 1000, .height = 0}) {}
     Label label{*this, "label", {100, 100, 100, 100}, ""};
   } flat;
   forms.ResizeForm(flat);
-  EXPECT_EQ(placeOf(flat.label), (Place{100, 0, 100, 0}));
+  EXPECT_EQ(placeOf(flat.label), (Numbers{100, 0, 100, 0}));
 }
 
 using RoomSize = ClientTest;
@@ -155,10 +148,9 @@ TEST_F(RoomSize, RoomFollowsItsWindow) {
     room().ScaleHeight = height * down;
     room().Form_Resize();
     EXPECT_EQ(placeOf(room().txtOutput),
-              (Place{left * across, top * down, wide * across, high * down}));
+              (Numbers{left * across, top * down, wide * across, high * down}));
   }
 }
 
 }  // namespace
-}  // namespace testing
-}  // namespace kelvaron
+}  // namespace kelvaron::testing

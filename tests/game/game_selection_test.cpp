@@ -34,8 +34,7 @@ TEST_F(Selection, RecordsDecideWhatCanBeTicked) {
       {{.zdoomPath = "z", .doom2Wad = "w"}, "zdoom2"},
       {{.glZdoomCommand = "g", .plutoniaWad = "w", .evilutionWad = "w"}, "gldoom4 gldoom5"},
       {{.zdoomPath = "z", .glZdoomCommand = "g", .doomWad = "w", .finalDoomWad = "w"},
-       "zdoom zdoom3 gldoom gldoom3"},
-  };
+       "zdoom zdoom3 gldoom gldoom3"}};
   for (const auto& [config, enabled] : cases) {
     saveGameConfig(desktop.files, config);
     EXPECT_EQ(enabledGames(), enabled);

@@ -214,9 +214,9 @@ TEST_F(Handshake, UnusualOffersAreAskedAboutOnce) {
   EXPECT_THAT(take(), IsEmpty());
   click(form<Form3>().Command1);
   EXPECT_EQ(started().size(), 1U);
+  boxTexts();
   // The next offer is a usual one.
   say(kOffer + "START\r\n");
-  boxTexts();
   click(form<Form3>().Command1);
   EXPECT_THAT(boxTexts(), IsEmpty());
   EXPECT_EQ(started().size(), 1U);

@@ -54,8 +54,7 @@ TEST(LaunchCommand, OptionsOfHostAndGuests) {
        " -extratic -nomonsters -nomusic -nosfx -respawn -altdeath -deathmatch -coop -fast -timer 5 "
        "-dup 1 -turbo 10 -skill 4 -warp 32 -record /opt/kelvaron\\kvdemo",
        " -extratic  -nomonsters -nomusic -nosfx -respawn -altdeath -deathmatch -coop -fast -timer "
-       "5 -dup 1 -turbo 10 -skill 4 -warp 32"},
-  };
+       "5 -dup 1 -turbo 10 -skill 4 -warp 32"}};
   for (const auto& [options, host, guests] : cases) {
     EXPECT_EQ(hostOptions(options, "/opt/kelvaron"), host);
     EXPECT_EQ(guestOptions(options), guests);
@@ -69,8 +68,7 @@ TEST(LaunchCommand, GuestsOfUnusualOffers) {
       {{{}, "zdoom", "NONE", "s.wad", "", "1.2.3.4", "ann"},
        "Z -iwad 1 -join 1.2.3.4 -file Y\\s.wad \r\n"},
       {{{}, "zdoom", "a.wad", "s.wad", " -fast", "1.2.3.4", "ann"},
-       "Z -iwad 1 -join 1.2.3.4 -file Y\\s.wad  -fast\r\n"},
-  };
+       "Z -iwad 1 -join 1.2.3.4 -file Y\\s.wad  -fast\r\n"}};
   for (const auto& [offer, command] : cases) EXPECT_EQ(guestCommand(offer, kConfig), command);
   EXPECT_EQ(guestCommand({{}, "zdoom", "a.wad", "NONE", "", "1.2.3.4", "ann"}, {}),
             " -iwad  -join 1.2.3.4 -file \\a.wad \r\n");

@@ -55,8 +55,7 @@ TEST(OfferCheck, NamesWhatNoKelvaronSends) {
       {&GameOffer::hostAddress, "10.0.0.7 +exec x", "not an address"},
       {&GameOffer::gameKey, "quake", "\"quake\""},
       {&GameOffer::gameKey, "zdoom2", "where the wad"},
-      {&GameOffer::gameKey, "gldoom", "where the engine"},
-  };
+      {&GameOffer::gameKey, "gldoom", "where the engine"}};
   for (const auto& [field, value, named] : cases) {
     GameOffer offer = kUsual;
     offer.*field = value;
