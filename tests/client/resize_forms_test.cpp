@@ -61,6 +61,7 @@ TEST_F(Resize, WholePercentsOfTheFirstLayout) {
       {99, 160, {0, 6, 0, 1}},               // 0 and 2
       {1000000, 8000, {100100, 333, 200100, 77}},
       {10000, 8000, {1001, 333, 2001, 77}}};
+  EXPECT_EQ(placeOf(form.odd), (Numbers{1001, 333, 2001, 77}));
   // One after the other on the same form: nothing adds up.
   for (const auto& [width, height, odd] : cases) {
     SCOPED_TRACE(std::to_string(width) + " by " + std::to_string(height));
