@@ -70,7 +70,7 @@ TEST_F(Selection, ListsAndOneGameAtMost) {
 }
 
 TEST_F(Selection, RequestWithGuests) {
-  const std::string options = " -nomonsters -skill 3 -warp 07";
+  const std::string options = " -nomonsters -respawn -altdeath -deathmatch -skill 3 -warp 07";
   const std::vector<std::tuple<int, std::string, std::string>> cases = {
       {0, "1", "GAME\t0\t\t"},
       {2, "3", "GAME\t2\tal\tbo\t"},
@@ -80,7 +80,7 @@ TEST_F(Selection, RequestWithGuests) {
     game1& game = form<game1>();
     EXPECT_TRUE(game.Visible);
     tick(game.Check26);
-    tick(game.Check1);
+    for (CheckBox* box : {&game.Check1, &game.Check4, &game.Check5, &game.Check6}) tick(*box);
     game.Combo5.Text = "3";
     game.Combo4.Text = "07";
     click(game.Command3);
@@ -124,15 +124,15 @@ TEST_F(Selection, SoloGameWithAnExternalWadGoesOnAtOnceAndAlsoOffline) {
   game1& game = form<game1>();
   tick(game.Check30);
   tick(game.Check37);
-  desktop.chosenFiles = {"/w/extra/My Maps.wad"};
   click(game.Command1);
   ASSERT_EQ(desktop.fileDialogs.size(), 1U);
   EXPECT_EQ(desktop.fileDialogs[0].title, "Choose Your Wad");
   EXPECT_EQ(desktop.fileDialogs[0].filter, "*.wad");
   EXPECT_EQ(desktop.fileDialogs[0].initialFolder, "/w/extra\\");
   EXPECT_EQ(desktop.fileDialogs[0].defaultExtension, "wad");
+  EXPECT_EQ(game.Text1.Text.get(), "NONE") << "the dialog was dismissed";
+  desktop.chosenFiles = {"/w/extra/My Maps.wad"};
   click(game.Command1);
-  EXPECT_EQ(game.Text1.Text.get(), "My Maps.wad") << "a dismissed dialog keeps it";
   click(game.Command3);
   EXPECT_THAT(started(),
               ElementsAre("/e/zdoomgl.exe -3dfx -IWAD /w/doom.wad -file /w/extra\\My Maps.wad"));
