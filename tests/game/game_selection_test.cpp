@@ -71,7 +71,7 @@ TEST_F(Selection, ListsAndOneGameAtMost) {
 
 TEST_F(Selection, RequestWithGuests) {
   const std::string options = " -nomonsters -respawn -altdeath -deathmatch -skill 3 -warp 07";
-  const std::vector<std::tuple<int, std::string, std::string>> cases = {
+  const std::vector<std::tuple<int, const char*, const char*>> cases = {
       {0, "1", "GAME\t0\t\t"},
       {2, "3", "GAME\t2\tal\tbo\t"},
       {6, "7", "GAME\t6\tal\tbo\tcy\tdi\ted\tfy\t"}};
@@ -86,8 +86,8 @@ TEST_F(Selection, RequestWithGuests) {
     click(game.Command3);
     EXPECT_EQ(room().Text2.Text.get(),
               "/e/zdoom.exe -IWAD /w/doom2.wad" + options + " -host " + host);
-    EXPECT_THAT(received(),
-                ElementsAre(line + "zdoom2\tNONE\tNONE\t" + options + "\t127.0.0.1\tbob"));
+    EXPECT_THAT(received(), ElementsAre(std::string(line) + "zdoom2\tNONE\tNONE\t" + options +
+                                        "\t127.0.0.1\tbob"));
     EXPECT_FALSE(desktop.shows<game1>());
     EXPECT_TRUE(desktop.shows<Form1>());
   }

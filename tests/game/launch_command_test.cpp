@@ -12,8 +12,8 @@ namespace {
 const GameConfig kConfig{"Z", "G -3dfx", "1", "2", "F", "P", "E", "X", "Y", "S", "C"};
 
 TEST(LaunchCommand, TenGamesForHostSoloAndGuestWithAndWithoutAWad) {
-  const std::map<std::string, std::string> engines = {{"zdoom", "Z"}, {"gldoom", "G -3dfx"}};
-  const std::map<std::string, std::string> wads = {
+  const std::map<std::string, const char*> engines = {{"zdoom", "Z"}, {"gldoom", "G -3dfx"}};
+  const std::map<std::string, const char*> wads = {
       {"", "1"}, {"2", "2"}, {"3", "F"}, {"4", "P"}, {"5", "E"}};
   ASSERT_EQ(engines.size() * wads.size(), kGames.size());
   for (const auto& [key, engine] : engines) {
@@ -21,13 +21,13 @@ TEST(LaunchCommand, TenGamesForHostSoloAndGuestWithAndWithoutAWad) {
       const Game* game = findGame(key + number);
       ASSERT_NE(game, nullptr) << key << number;
       const std::string begun = hostBase(*game, kConfig) + " -fast";
-      const std::string host = engine + " -IWAD " + wad + " -fast ";
+      const std::string host = std::string(engine) + " -IWAD " + wad + " -fast ";
       EXPECT_EQ(hostCommand(begun, 3, "NONE", kConfig), host + "-host 3");
       EXPECT_EQ(hostCommand(begun, 3, "m.wad", kConfig), host + "-host 3 -file X\\m.wad");
       EXPECT_EQ(soloCommand(begun, "NONE", kConfig), host);
       EXPECT_EQ(soloCommand(begun, "m.wad", kConfig), host + "-file X\\m.wad");
       GameOffer offer{{}, key + number, "NONE", "NONE", " -fast", "10.0.0.7", "ann"};
-      const std::string guest = engine + " -iwad " + wad + " -join 10.0.0.7 ";
+      const std::string guest = std::string(engine) + " -iwad " + wad + " -join 10.0.0.7 ";
       EXPECT_EQ(guestCommand(offer, kConfig), guest + "  -fast\r\n");
       offer.wad = "m.wad";
       EXPECT_EQ(guestCommand(offer, kConfig), guest + "-file X\\m.wad  -fast\r\n");
