@@ -22,18 +22,13 @@ struct InboundContext {
 
 using InboundHandler = void (*)(InboundContext&);
 
-/// The folder that owns a line.
-enum class Subsystem { session, chat, game, peer, moderation };
-
-/// A row of the table of inbound keywords. A row without a handler waits for its subsystem to be
-/// built: its line is passed over.
+/// A row of the table of inbound keywords.
 struct InboundRow {
   std::string_view keyword;
-  Subsystem owner;
   InboundHandler handler;
 };
 
-/// What a turn leaves of an arrival when its lines have taken so long that the user would notice.
+/// What a turn leaves of an arrival when its lines have taken 10 ms.
 struct ArrivalRest {
   /// A part of what arrived, from the beginning of a line on; empty when all was handled.
   std::string_view lines;
@@ -42,9 +37,10 @@ struct ArrivalRest {
 };
 
 /// Handles all that arrived in one read: cuts it at every CR LF, drops what stands behind the last
-/// one, and runs each line's handler. A fault ends the rest of the read, quietly but for a missing
-/// file, unless a handler has set the rule that goes on. `rule` is the one to begin with: of a new
-/// read `stop`, of a rest what came with it.
+/// one, and runs each line's handler. A line of an unknown keyword is passed over. A fault ends the
+/// rest of the read, quietly but for a missing file (told once a minute at most), unless a handler
+/// has set the rule that goes on. `rule` is the one to begin with: of a new read `stop`, of a rest
+/// what came with it.
 ArrivalRest handleArrival(Client& client, std::string_view received,
                           std::span<const InboundRow> table, FaultRule rule = FaultRule::stop());
 

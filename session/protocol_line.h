@@ -16,7 +16,6 @@ class ProtocolLine {
   /// Splits the text of a line, without its end, at every TAB. An empty text has no fields at all.
   explicit ProtocolLine(std::string_view text);
 
-  std::size_t fieldCount() const { return fields_.size(); }
   /// Fault 9 when the line has no such field.
   std::string_view field(std::size_t index) const;
   std::string_view keyword() const { return field(0); }

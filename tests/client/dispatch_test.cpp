@@ -46,10 +46,8 @@ TEST_F(Dispatch, ListsAfterArrivals) {
 
 TEST_F(Dispatch, MissingFileIsTheOneFaultThatIsTold) {
   const std::array<InboundRow, 2> rows = {
-      {{"FILE", Subsystem::peer,
-        [](InboundContext&) { throw Fault(fault_number::kFileNotFound, ""); }},
-       {"SEND", Subsystem::peer,
-        [](InboundContext&) { throw Fault(fault_number::kNotConnected, ""); }}}};
+      {{"FILE", [](InboundContext&) { throw Fault(fault_number::kFileNotFound, ""); }},
+       {"SEND", [](InboundContext&) { throw Fault(fault_number::kNotConnected, ""); }}}};
   handleArrival(*desktop.client, "SEND\r\nFILE\r\n", rows);
   EXPECT_THAT(desktop.boxes, IsEmpty());
   handleArrival(*desktop.client, "FILE\r\nFILE\r\n", rows);
