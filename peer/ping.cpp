@@ -37,10 +37,6 @@ std::uint32_t addressToLong(std::string_view address) {
   return address.empty() ? result : 0;
 }
 
-std::unique_ptr<Echo> pingAddress(EchoPort& port, std::string_view address, EchoPort::Done done) {
-  return port.send(addressToLong(address), kData, kTimeOut, std::move(done));
-}
-
 Pingme::Pingme(Client& client)
     : Form({.name = "Pingme",
             .caption = "User Ping",
@@ -69,13 +65,14 @@ void Pingme::Form_Unload() {
 }
 
 void Pingme::ping() {
-  echo_ = pingAddress(client_.ports.echo, Label3.Caption.get(),
-                      [this, address = Label3.Caption.get()](const EchoOutcome& outcome) {
-                        client_.edge.run([&] {
-                          // The form may meanwhile be about somebody else.
-                          if (address == Label3.Caption.get()) show(outcome);
-                        });
-                      });
+  const std::string address = Label3.Caption;
+  echo_ = client_.ports.echo.send(addressToLong(address), kData, kTimeOut,
+                                  [this, address](const EchoOutcome& outcome) {
+                                    client_.edge.run([&] {
+                                      // The form may meanwhile be about somebody else.
+                                      if (address == Label3.Caption.get()) show(outcome);
+                                    });
+                                  });
 }
 
 void Pingme::show(const EchoOutcome& outcome) {

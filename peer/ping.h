@@ -17,10 +17,8 @@ class Client;
 /// eight bits count. 0 for anything but four numbers.
 std::uint32_t addressToLong(std::string_view address);
 
-/// Sends one echo to the address and tells how it ended, at the latest after 200 ms.
-std::unique_ptr<Echo> pingAddress(EchoPort& port, std::string_view address, EchoPort::Done done);
-
-/// Shows the delay to a user, measured once a second until it is closed.
+/// Shows the delay to a user, measured once a second until it is closed. A reply counts that comes
+/// within 200 ms.
 class Pingme : public Form {
  public:
   explicit Pingme(Client& client);

@@ -41,6 +41,14 @@ std::string mapped(std::string_view text, const std::array<char, 256>& table) {
   return result;
 }
 
+// "?" for a character that the code page lacks.
+char byteOf(char32_t character) {
+  if (character < 128 || (character >= 160 && character < 256)) return static_cast<char>(character);
+  const auto* const found = std::ranges::find(kUpperControls, character);
+  return found == kUpperControls.end() ? '?'
+                                       : static_cast<char>(128 + (found - kUpperControls.begin()));
+}
+
 // Reads one character at `at` and moves behind it. A byte that begins no character gives U+FFFD.
 char32_t nextCharacter(std::string_view utf8, std::size_t& at) {
   const auto lead = static_cast<unsigned char>(utf8[at++]);
@@ -64,13 +72,6 @@ std::string lower(std::string_view text) { return mapped(text, kToLower); }
 
 char16_t unicodeOf(unsigned char byte) {
   return byte >= 128 && byte < 160 ? kUpperControls.at(byte - 128U) : byte;
-}
-
-char byteOf(char32_t character) {
-  if (character < 128 || (character >= 160 && character < 256)) return static_cast<char>(character);
-  const auto* const found = std::ranges::find(kUpperControls, character);
-  return found == kUpperControls.end() ? '?'
-                                       : static_cast<char>(128 + (found - kUpperControls.begin()));
 }
 
 std::string toUtf8(std::string_view text) {

@@ -19,8 +19,6 @@ std::string lower(std::string_view text);
 /// The Unicode character of a byte. The five bytes that the code page leaves open (129, 141, 143,
 /// 144, 157) are their own numbers.
 char16_t unicodeOf(unsigned char byte);
-/// The byte of a Unicode character, or "?" for one that the code page lacks.
-char byteOf(char32_t character);
 
 std::string toUtf8(std::string_view text);
 /// From UTF-8. What the code page lacks, and what is not UTF-8, becomes "?".

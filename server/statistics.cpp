@@ -8,7 +8,9 @@
 #include <utility>
 
 namespace kelvaron::server {
+namespace {
 
+/// The memory of this program, in bytes; 0 when the system doesn't tell.
 std::uint64_t residentMemory() {
   std::ifstream file("/proc/self/statm");
   std::uint64_t whole = 0;
@@ -16,6 +18,8 @@ std::uint64_t residentMemory() {
   file >> whole >> resident;
   return file ? resident * static_cast<std::uint64_t>(::sysconf(_SC_PAGESIZE)) : 0;
 }
+
+}  // namespace
 
 std::optional<std::string> Statistics::next(std::size_t clients, bool onlyTraffic) {
   if (onlyTraffic && now_ == told_) return std::nullopt;

@@ -36,7 +36,4 @@ class Statistics {
   std::chrono::steady_clock::time_point toldAt_ = std::chrono::steady_clock::now();
 };
 
-/// The memory of this program, in bytes; 0 when the system doesn't tell.
-std::uint64_t residentMemory();
-
 }  // namespace kelvaron::server
