@@ -13,8 +13,6 @@ struct SocketError {
 
 namespace socket_error_number {
 inline constexpr int kAddressInvalid = 10049;
-inline constexpr int kTimedOut = 10060;
-inline constexpr int kHostUnknown = 11001;
 }  // namespace socket_error_number
 
 /// From `errno`. One that the family lacks keeps its own number and the system's words.

@@ -29,9 +29,9 @@ std::string formatGameConfig(const GameConfig& config) {
   return text;
 }
 
-GameConfig loadGameConfig(FilePort& files, std::size_t records) {
+GameConfig loadGameConfig(FilePort& files) {
   ParsedGameConfig parsed = parseGameConfig(files.read(kGameConfigFile));
-  if (parsed.records < records) {
+  if (parsed.records < kGameConfigRecords) {
     throw Fault(fault_number::kInputPastEnd,
                 "The file " + std::string(kGameConfigFile) + " is not complete");
   }

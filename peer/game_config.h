@@ -57,16 +57,16 @@ ParsedGameConfig parseGameConfig(std::string_view text);
 /// Eleven lines, each ended by CR LF. Nothing is quoted or escaped.
 std::string formatGameConfig(const GameConfig& config);
 
-/// Reads the file anew. Fault 53 when it is missing, 62 when it holds fewer than `records` records,
+/// Reads the file anew. Fault 53 when it is missing, 62 when it holds fewer records than there are,
 /// 75 when it can't be read.
-GameConfig loadGameConfig(FilePort& files, std::size_t records = kGameConfigRecords);
+GameConfig loadGameConfig(FilePort& files);
 /// Replaces the file whole. Faults as `FilePort::replace`.
 void saveGameConfig(FilePort& files, const GameConfig& config);
 
 /// What there is: missing records, and all of a file that can't be read, are empty.
 GameConfig gameConfigAsItIs(FilePort& files);
 /// For what the user does himself: reads the file anew, treats what is missing as empty, and says
-/// so in one box.
+/// so in one box, as it does of a file that holds fewer than `records` records.
 GameConfig gameConfigForUser(Client& client, std::size_t records = kGameConfigRecords);
 
 }  // namespace kelvaron

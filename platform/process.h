@@ -10,7 +10,6 @@ namespace kelvaron {
 /// program.
 enum class WindowStyle {
   maximizedFocus = 3,
-  normalNoFocus = 4,
   minimizedNoFocus = 7,
 };
 

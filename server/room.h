@@ -27,6 +27,7 @@ class Room {
   void join(Client& client);
   void leave(const Client& client);
 
+  /// Whole lines, to every member; announcements that wait go before them.
   void sendToAll(std::string lines);
   /// Sends a line with the sound for coming and going to all: soon, together with the list, but
   /// before any line that goes to all after it.
@@ -34,7 +35,6 @@ class Room {
   /// Sends the list to all, together with the changes that follow within a short time, and as often
   /// as the bytes for lists last.
   void listChanged();
-  std::size_t size() const { return members_.size(); }
 
  private:
   const SharedLines& list();

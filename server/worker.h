@@ -1,4 +1,4 @@
-// The thread for what would hold up the room: password hashes and the disk.
+// A thread for what would hold up the room: password hashes, or the disk.
 #pragma once
 
 #include <asio/io_context.hpp>
@@ -16,7 +16,7 @@ namespace kelvaron::server {
 class Worker {
  public:
   explicit Worker(asio::io_context& io) : io_(io) {}
-  /// Waits for the jobs that were given, so that no ban is lost; their ends are no longer told.
+  /// Waits for the jobs that were given, so that no ban is lost; their ends are not told.
   ~Worker() {
     alive_.reset();
     pool_.join();
@@ -29,7 +29,6 @@ class Worker {
   /// but an error text.
   template <class Job, class Done>
   void run(Job job, Done done) {
-    ++pending_;
     asio::post(pool_, [this, alive = std::weak_ptr(alive_), job = std::move(job),
                        done = std::move(done)]() mutable {
       std::optional<std::invoke_result_t<Job>> result;
@@ -42,18 +41,13 @@ class Worker {
       asio::post(io_, [this, alive, result = std::move(result), error = std::move(error),
                        done = std::move(done)]() mutable {
         if (alive.expired()) return;
-        --pending_;
         done(std::move(result), std::move(error));
       });
     });
   }
 
-  /// Jobs that are given and not yet told as done.
-  std::size_t pending() const { return pending_; }
-
  private:
   asio::io_context& io_;
-  std::size_t pending_ = 0;
   std::shared_ptr<bool> alive_ = std::make_shared<bool>(true);
   asio::thread_pool pool_{1};
 };

@@ -59,12 +59,12 @@ class Adapters : public ::testing::Test {
     fs::remove(games / "chocolate-doom.started");
     fs::remove(games / "chocolate-server.started");
     troubles.clear();
-    port.run(KELVARON_ENGINES "/" + placed(command), WindowStyle::normalNoFocus);
+    port.run(KELVARON_ENGINES "/" + placed(command), WindowStyle::maximizedFocus);
   }
   /// What a program that ends with an error is told with.
   std::string troubleOf(const std::string& command) {
     troubles.clear();
-    port.run(command, WindowStyle::normalNoFocus);
+    port.run(command, WindowStyle::maximizedFocus);
     EXPECT_TRUE(runUntil([&] { return !troubles.empty(); }));
     return troubles.empty() ? "" : troubles.front();
   }

@@ -1,6 +1,7 @@
 // Who becomes a moderator, and what moderators and the others can do.
 #include <gtest/gtest.h>
 
+#include <array>
 #include <chrono>
 #include <fstream>
 #include <thread>
@@ -140,10 +141,10 @@ TEST(Moderation, AModeratorsNicknameNeedsItsProof) {
 TEST(Moderation, ReloadTakesABanAwayAndKeepsItWhenTheFileIsBroken) {
   const ModeratedRoom room;
   const std::string read = "the files of the folder are read anew";
-  for (const auto& [bans, logged, answer] : std::vector<std::array<std::string, 3>>{
-           {"nick\tdave\t\t\tby hand\tspam\n", read, "banned"},
-           {"nick\tdave\n", "not read anew", "banned"},
-           {"# none\n", read, "Userscl"}}) {
+  for (const auto& [bans, logged, answer] :
+       std::vector<std::array<std::string, 3>>{{"nick\tdave\t\t\tby hand\tspam\n", read, "banned"},
+                                               {"nick\tdave\n", "not read anew", "banned"},
+                                               {"# none\n", read, "Userscl"}}) {
     room.writeBans(bans);
     room.running->runOnLoop([](Server& server) { server.reload(); });
     EXPECT_TRUE(room.running->logs(logged));
