@@ -96,7 +96,7 @@ class frmMain : public MainWindow {
 
   /// A line at the end of the chat view in the colour in force there.
   void AppendChat(std::string_view text);
-  /// A private message, in or out, at the end of the chat view.
+  /// A private message that went out, at the end of the chat view.
   void writePrivateMessage(std::string_view heading, std::string_view text);
 
   void Form_Load() override;

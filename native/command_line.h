@@ -22,10 +22,10 @@ struct CommandLine {
 /// Blanks part the words, and nothing else has a meaning: no quotes, no signs of a shell. The line
 /// end at the end of a word is dropped. Paths may hold blanks: the location, and what stands behind
 /// "-iwad", "-file" and "-record", is tried against the disk as longer and longer (for "-record",
-/// where only the folder has to be there, shorter and shorter) joins of words; words that look like
-/// switches are a part of the path when the disk says so. A path that is found
+/// where only the folder has to be there, shorter and shorter) joins of words, up to 32 of them;
+/// words that look like switches are a part of the path when the disk says so. A path that is found
 /// is given as the disk spells it. One that isn't found stays cut, with "/" for each "\"; other
-/// arguments stay as they are. A text with very many paths stops being looked up.
+/// arguments stay as they are. After 128 look-ups nothing more of the text is looked up.
 CommandLine tokenize(std::string_view command);
 
 /// Why a command can't be started, as the end of a sentence that begins with the program's location

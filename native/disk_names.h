@@ -20,7 +20,7 @@ struct DiskName {
 };
 
 /// Looks a path of code page 1252 up, name by name, each as `findByName` finds it. None when there
-/// is no such path, or when more of its names than any sensible path has differ from the disk's.
+/// is no such path, or when more than 32 of its names differ from the disk's.
 std::optional<DiskName> findOnDisk(std::string_view path);
 
 /// Whether a path begins with a drive, such as "C:\GAMES".

@@ -22,7 +22,7 @@ class InstanceLock {
   bool held() const { return static_cast<bool>(file_); }
   /// Not held because another instance holds it; false for every other reason.
   bool takenByAnother() const { return takenByAnother_; }
-  /// Why it is not held, for people; empty when it is.
+  /// Why it is not held, for people, in UTF-8; empty when it is.
   const std::string& problem() const { return problem_; }
 
  private:

@@ -8,9 +8,9 @@ namespace kelvaron {
 
 class PingOutput {
  public:
-  /// Takes the next piece; what goes beyond any sensible length is passed over.
+  /// Takes the next piece; once there are more than 4096 bytes, further ones are passed over.
   void append(std::string_view printed);
-  /// So much came that nothing more of it counts.
+  /// More than 4096 bytes came, so that nothing more counts.
   bool tooLong() const;
   /// The heading is there, which is printed right before the echo goes out.
   bool sent() const;

@@ -1,4 +1,4 @@
-// Files and folders beside the program.
+// Files and folders of the program's folder; see program_folders.h for where that is.
 #pragma once
 
 #include <filesystem>

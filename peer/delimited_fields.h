@@ -1,4 +1,4 @@
-// Text of fields parted by commas and line ends, as the files beside the program hold it.
+// Text of fields parted by commas and line ends, as the files of the program's folder hold it.
 #pragma once
 
 #include <cstddef>

@@ -68,7 +68,7 @@ class Profile : public Form {
   TextBox Text12{*this, "Text12", pixels(144, 388, 360, 28)};
   Label Label13{*this, "Label13", pixels(16, 426, 120, 22), "Comments"};
   TextBox Text13{*this, "Text13", pixels(144, 422, 360, 28)};
-  /// Does nothing yet.
+  /// Nothing happens when it is pressed.
   CommandButton Command1{*this, "Command1", pixels(16, 466, 236, 30), "Send User an ICQ Message"};
   CommandButton Command2{*this, "Command2", pixels(392, 466, 112, 30), "Save"};
 

@@ -53,7 +53,8 @@ class TextBox : public Control {
   Event<> Change;
   Event<> Click;
   Event<> DblClick;
-  /// Key code (see `key_code`) and the state of the shift keys, which nothing reads.
+  /// Enter, where the form has no default button to press: its key code (see `key_code`) and the
+  /// state of the shift keys, which nothing reads.
   Event<int, int> KeyDown;
 
  protected:

@@ -51,8 +51,9 @@ class FileStreams {
   /// Opens any file. Paths are code page 1252, may part folders by "\" and need not tell capitals.
   /// Fault 53 when there is none, 75 when it is no file or can't be read.
   virtual std::unique_ptr<FileReader> open(const std::string& path) = 0;
-  /// Begins the file `name` in the folder `received` beside the program, which is made where it is
-  /// missing. `name` is a bare name (code page 1252). Fault 61 when the disk is full, else 75.
+  /// Begins the file `name` in the folder `received` of the program's folder, which is made where
+  /// it is missing. `name` is a bare name (code page 1252). Fault 61 when the disk is full,
+  /// else 75.
   virtual std::unique_ptr<ReceivedFile> receive(const std::string& name) = 0;
 };
 

@@ -10,7 +10,6 @@
 
 namespace kelvaron {
 
-class Form;
 class MenuItem;
 
 enum class MousePointer { standard = 0, hourglass = 11, noDrop = 12 };

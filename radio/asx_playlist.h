@@ -21,7 +21,8 @@ struct WebAddress {
 std::optional<WebAddress> parseWebAddress(std::string_view address);
 
 /// What `reference` means in a page of `base`: itself when it is an address, else a place on the
-/// same host. None for what Kelvaron doesn't open: anything but http, https, mms and rtsp.
+/// same host. None for what Kelvaron doesn't open: anything but http, https, mms (mmsh, mmst and
+/// mmsu too) and rtsp.
 std::optional<std::string> resolveAddress(const std::string& base, std::string_view reference);
 
 /// Whether a page is an ASX playlist, by how it begins.

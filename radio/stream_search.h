@@ -17,11 +17,12 @@ namespace kelvaron {
 /// other ones, and finds the streams in it. Destroying it ends the search.
 class StreamSearch {
  public:
-  /// What the station has to be there within, redirections included.
+  /// How long a search may take, redirections included.
   static constexpr std::chrono::milliseconds kPatience{10'000};
 
   /// Gives the streams in their order: the address itself where it is no playlist or can't be
-  /// looked into, none where nobody answers or the answer is a refusal.
+  /// looked into, none where nobody answers, the answer is a refusal, or more than five pages lead
+  /// to each other. Of a page the first 64 KiB count.
   using Done = std::function<void(std::vector<std::string> streams)>;
 
   /// `done` is called once, never from within the constructor; it may destroy this object.

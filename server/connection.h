@@ -47,6 +47,7 @@ class Connection : public std::enable_shared_from_this<Connection> {
   Connection(asio::ip::tcp::socket socket, std::uint64_t id, const Settings& settings,
              ConnectionOwner& owner);
 
+  /// Begins to read.
   void start();
 
   /// Puts lines in the queue. A user list takes the place of one that still waits. A client over
@@ -55,6 +56,7 @@ class Connection : public std::enable_shared_from_this<Connection> {
   /// Gives the socket what waits, in as few writes as it takes.
   void flush();
 
+  /// Closes at once, and drops what waits; the owner is told `why` in a later turn of the loop.
   void close(std::string why);
   /// Closes once the client has taken all that waits for it; nothing of what it sends counts any
   /// more. Who takes nothing stays for the owner to close.
@@ -62,7 +64,7 @@ class Connection : public std::enable_shared_from_this<Connection> {
   /// Closes without telling the owner.
   void detach();
 
-  /// Whether the client has taken nothing of what waits for the settings' time.
+  /// Whether something has waited for `stall_timeout_ms` of which the client took nothing.
   bool isStalled(Clock::time_point now) const;
   /// Whether nothing waits here, and the client's machine has all that was sent.
   bool isAllTaken();

@@ -60,6 +60,7 @@ class Lobby final : public ConnectionOwner {
 
   /// The keyword that refuses a login, or nothing when the nickname may come in.
   std::string_view loginRefusal(std::string_view nick, std::string_view address) const;
+  /// Takes a client whose nickname is set into the room, and tells the room.
   void enter(Client& client);
   /// Takes a client out of the room, sends it its last lines and leaves it a moment to close.
   void dismiss(Client& client, std::string lastLines);
@@ -74,6 +75,7 @@ class Lobby final : public ConnectionOwner {
 
   /// Asks a member for its address on behalf of another.
   void askAddress(const Client& asker, const Client& target);
+  /// A member tells its address: to all who have asked for it.
   void addressTold(const Client& target, std::string_view told);
 
  private:

@@ -34,10 +34,11 @@ class Proofs {
 
   /// Looks at a proof against the registered moderator of that nickname (null: nobody is, which
   /// takes as long). False, and `done` isn't called, when it isn't looked at: after many wrong ones
-  /// from its address, after many wrong ones for the account of which one came from there, or with
-  /// too many waiting. `done` is called on the loop; a wrong proof counts whoever is still there.
+  /// from its address, after many wrong ones for the account of which one came from there (the
+  /// settings have the numbers), or with too many waiting (256, or 2 of its address). `done` is
+  /// called on the loop; a wrong proof counts whoever is still there.
   bool ask(Proof proof, const Moderator* moderator, Done done);
-  /// Forgets wrong proofs of long ago. Called every so often.
+  /// Forgets wrong proofs of more than ten minutes ago. Called every so often.
   void sweep(Clock::time_point now);
 
  private:

@@ -30,7 +30,7 @@ class Records {
   const Moderator* moderator(std::string_view nick) const;
 
   /// The ban counts at once. `failed` is called when it can't be stored at first; storing it is
-  /// tried again until it is.
+  /// tried again every ten seconds until it is.
   void addBan(const Ban& ban, std::function<void()> failed);
   /// Notes the address that a banned client told, in the last ban of that nickname.
   void noteToldAddress(std::string_view nick, std::string_view told);
@@ -38,8 +38,8 @@ class Records {
   /// Reads all anew; the settings go to `taken`. A file that can't be read is told to the log, and
   /// all stay as they were.
   void reload(std::function<void(const Settings&)> taken);
-  /// Looks whether another program has changed moderators or bans, and stores what couldn't be.
-  /// Called every so often.
+  /// Looks once a second whether another program has changed moderators or bans, and stores what
+  /// couldn't be. Called every so often.
   void sweep(Clock::time_point now);
 
  private:

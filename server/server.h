@@ -31,8 +31,8 @@ struct Options {
   Log log{};                           // none: nothing is logged
 };
 
-/// Everything happens on the thread that runs the loop, but for the store's and the hashes' worker.
-/// All functions are to be called there, or while the loop does not run.
+/// Everything happens on the thread that runs the loop, but for the store's and the hashes'
+/// workers. All functions are to be called there, or while the loop does not run.
 class Server {
  public:
   /// Listens at once. Throws `StoreError` for the folder and `std::system_error` for the address or

@@ -9,7 +9,7 @@ namespace kelvaron::server {
 
 /// The mark "¥" that a client puts before a moderator's shown name: byte 165.
 inline constexpr std::string_view kModeratorMark = "\xA5";
-/// The longest nickname that a client lets its user type.
+/// The longest nickname that a client logs in with.
 inline constexpr std::size_t kNickLimit = 15;
 
 /// The letters of code page 1252 in upper case: two nicknames are the same when these are equal.
@@ -21,6 +21,7 @@ std::string cleaned(std::string_view field);
 /// As `cleaned`, in place and with the TABs left alone: for a whole line as it arrives.
 void cleanLine(std::string& line);
 
+/// Without the blanks around it.
 std::string_view trimmed(std::string_view text);
 
 /// 1 to 15 characters without blanks (the no-break blank and the soft hyphen, which nobody sees,

@@ -16,8 +16,8 @@ struct LinkSpan {
   bool operator==(const LinkSpan&) const = default;
 };
 
-/// The http:// and https:// links of a line in order. Punctuation behind a link is not part of it;
-/// nor is a closing bracket whose opening one is not in the link.
+/// The http:// and https:// links of a line in order, of at most 8192 bytes each. Punctuation
+/// behind a link is not part of it; nor is a closing bracket whose opening one is not in the link.
 std::vector<LinkSpan> findLinks(std::string_view line);
 
 /// The link over the byte at `column`, at the cost of the word around it.

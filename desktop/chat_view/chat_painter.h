@@ -27,6 +27,7 @@ struct ChatMarks {
   TextRange selection;
 };
 
+/// Links are underlined in lines of up to 16 KiB.
 void paintRow(QPainter& painter, const ChatLayout& layout, ChatRow row, QPointF topLeft,
               const ChatMarks& marks);
 

@@ -2,7 +2,8 @@
 // text: selection, copy, find, zoom, links that open, and a voice for screen readers.
 //
 // Only the lines on the screen are laid out, the scroll bar counts lines, and however many changes
-// of the text come, they cost one repaint, so an appended line costs the same at any length.
+// of the text come, they cost one repaint in 10 ms, so an appended line costs the same at any
+// length.
 #pragma once
 
 #include <QAbstractScrollArea>

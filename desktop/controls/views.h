@@ -119,10 +119,10 @@ class ShapeView : public ControlView {
   QLabel& label_;
 };
 
-/// A click beside the knob brings it there. The wheel turns it only while it has the keyboard.
 /// Dynamic property of a slider: whether its groove is filled from the knob to the right end.
 inline constexpr const char* kFillsBehind = "kelvaronFillsBehind";
 
+/// A click beside the knob brings it there. The wheel turns it only while it has the keyboard.
 class SliderView : public ControlView {
  public:
   SliderView(Slider& slider, ViewHost& host, QWidget* parent);

@@ -21,7 +21,8 @@ class WaveSounds final : public SoundPort {
   /// Sounds that play at once, and that wait to be started, at most.
   static constexpr std::size_t kAtOnce = 8;
 
-  /// Sounds lie in the folder `sounds` of a folder, and beside it; of the user's own folder first.
+  /// Sounds of `play` lie in the folder `sounds` of these folders, those of `playBeside` in the
+  /// folders themselves. What the user's own folder has comes first.
   WaveSounds(const std::filesystem::path& own, const std::filesystem::path& installed)
       : beside_{own, installed}, sounds_{own / "sounds", installed / "sounds"} {}
   WaveSounds(const WaveSounds&) = delete;

@@ -25,7 +25,8 @@ class FormFrame : public QWidget {
   /// Size of the inside. One that the screen has no room for scrolls where the window is not
   /// sizable; a sizable window stays within the screen.
   void setContentSize(QSize size);
-  /// Below this a window whose size can be changed can't be made; within the screen.
+  /// The smallest inside that the user can give a sizable window; less where the screen has no
+  /// room.
   void setSmallestContent(QSize size);
   /// To this place, or as near to it as leaves the window on the screen whole.
   void moveOnScreen(QPoint place);
