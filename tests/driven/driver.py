@@ -118,6 +118,8 @@ class Visitor:
 class Client(Program):
     """The client program in a session of its own."""
 
+    at_work = None
+
     def __init__(self, session, **environment):
         runtime = os.path.join(WORK, session)
         os.makedirs(runtime, mode=0o700, exist_ok=True)
@@ -164,6 +166,9 @@ class Client(Program):
     def activate(self, wanted):
         """Brings a window to the front and gives it the keyboard."""
         self.window(wanted)
+        if Client.at_work is not self:
+            Client.at_work = self
+            time.sleep(0.2)  # the other's room takes the keyboard when a window of theirs has closed
         title = "^" + title_of(wanted).replace("[", r"\[") + "$"
         windows = until(lambda: x("search", "--all", "--onlyvisible", "--pid", self.process.pid,
                                   "--name", title).split(), f"the window {wanted!r} on the display")
