@@ -6,11 +6,11 @@
 namespace kelvaron::testing {
 namespace {
 
-const GameConfig kConfig{.zdoomPath = "Z", .doomWad = "1"};
+const GameConfig kConfigured{.zdoomPath = "Z", .doomWad = "1"};
 // The wads that the guest has.
 bool isOnDisk(const std::string& path) {
-  return path == kConfig.externalWadFolder + "\\Scythe - 2.wad" ||
-         path == kConfig.externalWadFolder + "\\-x.wad";
+  return path == kConfigured.externalWadFolder + "\\Scythe - 2.wad" ||
+         path == kConfigured.externalWadFolder + "\\-x.wad";
 }
 
 const GameOffer kUsual{{}, "zdoom", "NONE", "NONE", "", "10.0.0.7", "ann"};
@@ -24,7 +24,7 @@ TEST(OfferCheck, UsualOffersCauseNoQuestion) {
       GameOffer offer = kUsual;
       offer.guestOptions = options;
       offer.wad = wad;
-      EXPECT_EQ(unusualAbout(offer, kConfig, isOnDisk), "") << wad << options;
+      EXPECT_EQ(unusualAbout(offer, kConfigured, isOnDisk), "") << wad << options;
     }
   }
 }
@@ -59,7 +59,7 @@ TEST(OfferCheck, NamesWhatNoKelvaronSends) {
   for (const auto& [field, value, named] : cases) {
     GameOffer offer = kUsual;
     offer.*field = value;
-    EXPECT_THAT(unusualAbout(offer, kConfig, isOnDisk), ::testing::HasSubstr(named)) << value;
+    EXPECT_THAT(unusualAbout(offer, kConfigured, isOnDisk), ::testing::HasSubstr(named)) << value;
   }
 }
 

@@ -14,7 +14,7 @@ namespace kelvaron::testing {
 namespace {
 
 using namespace std::chrono_literals;
-using Kind = EchoOutcome::Kind;
+using Outcome = EchoOutcome::Kind;
 
 constexpr std::uint32_t kLoopback = 0x0100007F;
 // Of a class that is given to nobody.
@@ -49,12 +49,12 @@ TEST_F(Echoes, EachWayReachesThisMachine) {
     NativeEcho echo(loop, {way});
     for (int round = 0; round < 3; ++round) {
       const EchoOutcome outcome = outcomeOf(echo, kLoopback);
-      if (outcome.kind == Kind::refused) {
+      if (outcome.kind == Outcome::refused) {
         EXPECT_NE(outcome.reason, "");
         break;
       }
-      if (way == EchoWay::program && outcome.kind == Kind::noReply) continue;
-      EXPECT_EQ(outcome.kind, Kind::replied) << static_cast<int>(way);
+      if (way == EchoWay::program && outcome.kind == Outcome::noReply) continue;
+      EXPECT_EQ(outcome.kind, Outcome::replied) << static_cast<int>(way);
       EXPECT_LT(outcome.milliseconds, 200U);
       ++permitted;
     }
@@ -65,22 +65,23 @@ TEST_F(Echoes, EachWayReachesThisMachine) {
 TEST_F(Echoes, NobodyNeverReplies) {
   NativeEcho echo(loop);
   const auto begin = std::chrono::steady_clock::now();
-  EXPECT_EQ(outcomeOf(echo, 0).kind, Kind::noReply);
-  EXPECT_NE(outcomeOf(echo, kNobody).kind, Kind::replied);
+  EXPECT_EQ(outcomeOf(echo, 0).kind, Outcome::noReply);
+  EXPECT_NE(outcomeOf(echo, kNobody).kind, Outcome::replied);
   EXPECT_LT(std::chrono::steady_clock::now() - begin, 2s);
 }
 
 TEST_F(Echoes, ProgramsThatPingInTheirOwnWay) {
   const std::string kHeading = "echo 'PING 127.0.0.1 (127.0.0.1) 9(37) bytes of data.';";
-  const std::tuple<std::string, Kind, std::string> cases[] = {
-      {kHeading + "echo '1 packets transmitted, 1 received, 0% packet loss'", Kind::replied, ""},
-      {kHeading + "echo '1 packets transmitted, 0 received, 100% packet loss'", Kind::noReply, ""},
-      {kHeading + "echo '1 packets transmitted, 1 packets received'", Kind::replied, ""},
-      {kHeading + "sleep 3", Kind::noReply, ""},
-      {"echo 'ping: not permitted' >&2; exit 2", Kind::refused, "ping: not permitted"},
-      {"exit 2", Kind::refused, ""},
-      {"yes", Kind::refused, "y"},
-      {"printf '%s\\n' \"$@\" > " + placed("@/words; echo PING 1 received"), Kind::replied, ""},
+  const std::tuple<std::string, Outcome, std::string> cases[] = {
+      {kHeading + "echo '1 packets transmitted, 1 received, 0% packet loss'", Outcome::replied, ""},
+      {kHeading + "echo '1 packets transmitted, 0 received, 100% packet loss'", Outcome::noReply,
+       ""},
+      {kHeading + "echo '1 packets transmitted, 1 packets received'", Outcome::replied, ""},
+      {kHeading + "sleep 3", Outcome::noReply, ""},
+      {"echo 'ping: not permitted' >&2; exit 2", Outcome::refused, "ping: not permitted"},
+      {"exit 2", Outcome::refused, ""},
+      {"yes", Outcome::refused, "y"},
+      {"printf '%s\\n' \"$@\" > " + placed("@/words; echo PING 1 received"), Outcome::replied, ""},
   };
   for (const auto& [script, kind, reason] : cases) {
     SCOPED_TRACE(script);
@@ -90,9 +91,9 @@ TEST_F(Echoes, ProgramsThatPingInTheirOwnWay) {
     EXPECT_EQ(outcome.reason, reason);
   }
   EXPECT_EQ(contents("words"), "-n\n-q\n-c1\n-W1\n-s9\n-p\n4563686f2054686973\n127.0.0.1\n");
-  EXPECT_EQ(outcomeBy("/nowhere/ping").kind, Kind::refused);
+  EXPECT_EQ(outcomeBy("/nowhere/ping").kind, Outcome::refused);
   const EchoOutcome noWay = outcomeBy("");
-  EXPECT_EQ(noWay.kind, Kind::refused);
+  EXPECT_EQ(noWay.kind, Outcome::refused);
   EXPECT_NE(noWay.reason.find("net.ipv4.ping_group_range"), std::string::npos);
 }
 

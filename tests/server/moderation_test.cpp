@@ -27,7 +27,7 @@ struct ModeratedRoom {
     carol = std::make_unique<Peer>(port(), "carol");
   }
   std::uint16_t port() const { return running->port(); }
-  void grant() const { ASSERT_TRUE(alice->gets(kGrant, kProof)); }
+  void grant() const { ASSERT_TRUE(alice->gets(kGranted, kProof)); }
   void writeBans(const std::string& text) const { std::ofstream(folder.path() / "bans") << text; }
 
   TemporaryFolder folder;
@@ -47,7 +47,7 @@ TEST(Moderation, OnlyTheRightProofGrants) {
   room.alice->socket().close();
   ASSERT_TRUE(room.bob->gets(kAliceIsGone));
   Peer again(room.port(), "ALICE");
-  EXPECT_TRUE(again.gets(kGrant, kProof));
+  EXPECT_TRUE(again.gets(kGranted, kProof));
   EXPECT_TRUE(again.gets(refusal("You are a moderator already."), kProof));
   EXPECT_TRUE(room.bob->getsList({"ALICE", "bob", "carol"})) << "no mark in the list";
 }

@@ -32,7 +32,7 @@ Settings quickSettings(Changes changes = {});
 inline std::string refusal(const std::string& text) {
   return "STATUSTEXT\t7895295\t[Server] " + text;
 }
-inline const std::string kGrant =
+inline const std::string kGranted =
     "STATUSTEXT\t8454016\tModerator Privlidges Granted - You are now a moderator.";
 
 /// Waits some seconds for what holds in the end; whether it did.

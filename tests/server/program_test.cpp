@@ -126,7 +126,7 @@ TEST(Program, CommandsAndSignalsReachARunningServer) {
   EXPECT_NE(program.command("--bans").second.find("eve, by ann: spam"), std::string::npos);
   EXPECT_EQ(program.command("--unban EVE").first, 0);
   EXPECT_TRUE(becomes("Userscl"));
-  EXPECT_TRUE(bob.gets(kGrant, "RequestOP\tbob\tb@example.org\ta b"));
+  EXPECT_TRUE(bob.gets(kGranted, "RequestOP\tbob\tb@example.org\ta b"));
   EXPECT_EQ(program.command("--remove-moderator bob").first, 0);
 
   std::ofstream(program.folder.path() / "settings") << "line_limit = 256\n";
