@@ -38,7 +38,7 @@ class Worker {
       } catch (const std::exception& exception) {
         error = exception.what();
       }
-      asio::post(io_, [this, alive, result = std::move(result), error = std::move(error),
+      asio::post(io_, [alive, result = std::move(result), error = std::move(error),
                        done = std::move(done)]() mutable {
         if (alive.expired()) return;
         done(std::move(result), std::move(error));
