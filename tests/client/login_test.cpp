@@ -109,6 +109,7 @@ TEST_F(Login, WithNoServerChosenTheConnectionErrorComesAndTheWindowIsReadyAgain)
   desktop.login().Check1.Value = 1;
   press("bob");
   EXPECT_EQ(desktop.login().Caption.get(), "Kelvaron Login - Connecting...");
+  EXPECT_EQ(desktop.login().txtServerIP.Text.get(), desktop.client->serverAddress);
   EXPECT_FALSE(desktop.login().cmdOK.Enabled);
   EXPECT_FALSE(desktop.login().cmdCancel.Enabled);
   EXPECT_FALSE(desktop.login().txtUserName.Enabled);

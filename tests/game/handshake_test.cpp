@@ -71,7 +71,7 @@ TEST_F(Handshake, OfferShowsWhatItHoldsAndBuildsTheCommand) {
     std::string texts;
     for (const TextBox* box :
          {&offer.Text1, &offer.Text2, &offer.Text3, &offer.Text4, &offer.Text5, &offer.Text6}) {
-      texts += box->Text.get() + "|";
+      texts += box->Text.get() + (box->Locked ? "|" : " can be changed|");
     }
     return texts;
   };

@@ -194,6 +194,11 @@ TEST_F(Receiver, OneAtATime) {
 TEST_F(Receiver, WhoeverSaysNothingGivesWay) {
   connect();
   ASSERT_TRUE(until([&] { return receiver().headerLimit.Enabled.get(); }));
+  hostile->Close();
+  EXPECT_TRUE(until([&] { return !receiver().headerLimit.Enabled; }));
+  bob.raise(receiver().Btn_Listen.Click);
+  connect();
+  ASSERT_TRUE(until([&] { return receiver().headerLimit.Enabled.get(); }));
   EXPECT_TRUE(receiver().Lbl_Status.Caption.get().starts_with("7 "));
   EXPECT_EQ(receiver().headerLimit.Interval.get(), 30'000);
   bob.raise(receiver().headerLimit.Tick);

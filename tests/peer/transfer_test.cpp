@@ -100,9 +100,11 @@ TEST_F(Transfer, IsArrangedThroughTheServer) {
 }
 
 TEST_F(Transfer, ReceiverOpensFromTheMenuBelowTheSender) {
+  auto& opened = ann.client->form<Frm_Client>();
+  ann.raise(ann.room().fserv.Click);
+  EXPECT_EQ(opened.Top.get(), 0) << "nobody has placed the sender yet";
   sender().Left = 300;
   sender().Top = 450;
-  auto& opened = ann.client->form<Frm_Client>();
   ann.raise(ann.room().fserv.Click);
   EXPECT_TRUE(ann.shows<Frm_Client>());
   EXPECT_FALSE(ann.shows<Frm_Server>());

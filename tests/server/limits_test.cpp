@@ -107,6 +107,16 @@ TEST(Limits, ConnectionsInAllWhereTheSilentGiveWayToNewcomers) {
   const Peer again(room.running.port(), "eve");
 }
 
+TEST(Limits, TheSilentGiveWayHoweverLongTheyAreSilent) {
+  TemporaryFolder folder;
+  const RunningServer running(folder.path(), {{&Settings::connections, 2}});
+  Peer silent(running.port());
+  const Peer alice(running.port(), "alice");
+  std::this_thread::sleep_for(milliseconds(1100));
+  const Peer bob(running.port(), "bob");
+  EXPECT_TRUE(silent.isClosed());
+}
+
 TEST(Limits, ListsKeepToTheirBytes) {
   TwoUsers room({{&Settings::listBytesPerSecond, 1024}});
   const auto start = steady_clock::now();

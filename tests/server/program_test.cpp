@@ -32,12 +32,15 @@ std::pair<int, std::string> run(const std::string& arguments) {
 
 TEST(Program, SaysWhatIsWrong) {
   TemporaryFolder folder;
+  const TemporaryFolder broken;
+  std::ofstream(broken.path() / "settings") << "speed = 3\n";
   const RunningServer other(folder.path());
   const std::string withFolder = " --folder " + folder.path().string();
   const std::vector<std::tuple<std::string, int, std::string>> cases = {
       {"--help", 0, "Usage: kelvaron-server"},
       {"--version", 0, "kelvaron-server 4."},
       {"--check" + withFolder, 0, "is in order: 0 moderators, 0 bans"},
+      {"--check --folder " + broken.path().string(), 1, "settings, line 1: there is no"},
       {"--check --folder /dev/null/x", 1, "/dev/null/x: there is no such folder"},
       {"--unban eve" + withFolder, 1, "no ban of eve"},
       {"--remove-moderator eve" + withFolder, 1, "eve is no moderator"},

@@ -22,7 +22,8 @@ TEST(Login, TheListComesAtOnceAndTheMessageOfTheDayOnRequest) {
   }
   alice.send("Name\tother\t10.0.0.7");
 
-  Peer bob(running.port(), "bob");
+  Peer bob(running.port());
+  bob.send("Name\tbob");  // and no address
   EXPECT_TRUE(alice.gets("Announce\t[Server] bob has entered Kelvaron"));
   EXPECT_TRUE(alice.getsList({"alice", "bob"}));
   bob.send("Message\tbob: \tgoing");

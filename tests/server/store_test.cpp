@@ -4,11 +4,14 @@
 #include <gtest/gtest.h>
 
 #include <fstream>
+#include <regex>
 #include <sstream>
 
 #include "server/file.h"
 #include "server/options.h"
 #include "server/password.h"
+#include "server/settings.h"
+#include "server/statistics.h"
 #include "tests/server/peer.h"
 
 namespace kelvaron::server {
@@ -100,12 +103,41 @@ TEST(Store, FaultsNameTheFileAndTheLine) {
     EXPECT_EQ(*readFile(folder.path() / file), text) << "the file is left alone";
     std::filesystem::remove(folder.path() / file);
   }
+  std::ofstream(folder.path() / "bans") << "# mine\nuser\tbob\n";
+  EXPECT_TRUE(errorOf([&] {
+                Store(folder.path()).noteToldAddress("bob", "10.0.0.7");
+              }).starts_with("bans, line 2"));
   std::ofstream(folder.path() / "plain") << "x";
   EXPECT_NE(errorOf([&] { Store(folder.path() / "plain").prepare(); }), "no error");
   std::filesystem::create_directory(folder.path() / "motd.new");
   EXPECT_TRUE(errorOf([&] {
                 replaceFile(folder.path() / "motd", "x");
               }).ends_with("can't be written: Is a directory"));
+}
+
+TEST(Store, EverySettingIsInTheDocumentWithItsDefault) {
+  std::ifstream document(KELVARON_SERVER_DOCUMENT);
+  std::string line;
+  std::string settings;
+  const std::regex row("\\| `([a-z_]+)` \\| ([0-9]+) \\|.*");
+  for (std::smatch cells; std::getline(document, line);) {
+    if (std::regex_match(line, cells, row)) settings += cells.str(1) + " = " + cells.str(2) + "\n";
+  }
+  std::string defaults;
+  for (std::istringstream all(defaultSettingsText()); std::getline(all, line);) {
+    if (!line.empty() && line.front() != '#') defaults += line + "\n";
+  }
+  EXPECT_EQ(settings, defaults);
+  EXPECT_EQ(parseSettings("line_limit = 16777216").lineLimit, 16'777'216) << "the most";
+}
+
+TEST(Statistics, OfTrafficAreToldOnceThereWasSome) {
+  Statistics statistics;
+  EXPECT_FALSE(statistics.next(1, true));
+  statistics.countLine();
+  EXPECT_TRUE(statistics.next(1, true));
+  EXPECT_FALSE(statistics.next(1, true));
+  EXPECT_TRUE(statistics.next(1, false));
 }
 
 TEST(Store, PasswordsAreKeptAsHashes) {
