@@ -83,10 +83,11 @@ TEST_F(Selection, RequestWithGuests) {
     for (CheckBox* box : {&game.Check1, &game.Check4, &game.Check5, &game.Check6}) tick(*box);
     game.Combo5.Text = "3";
     game.Combo4.Text = "07";
+    game.Text1.Text = "x.wad";
     click(game.Command3);
-    EXPECT_EQ(room().Text2.Text.get(),
-              "/e/zdoom.exe -IWAD /w/doom2.wad" + options + " -host " + host);
-    EXPECT_THAT(received(), ElementsAre(std::string(line) + "zdoom2\tNONE\tNONE\t" + options +
+    EXPECT_EQ(room().Text2.Text.get(), "/e/zdoom.exe -IWAD /w/doom2.wad" + options + " -host " +
+                                           host + " -file /w/extra\\x.wad");
+    EXPECT_THAT(received(), ElementsAre(std::string(line) + "zdoom2\tx.wad\tNONE\t" + options +
                                         "\t127.0.0.1\tbob"));
     EXPECT_FALSE(desktop.shows<game1>());
     EXPECT_TRUE(desktop.shows<Form1>());
