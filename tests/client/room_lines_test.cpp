@@ -91,11 +91,14 @@ TEST_F(RoomLines, MuteDropsRoomLinesAlone) {
   EXPECT_THAT(desktop.chat(), ::testing::Not(::testing::HasSubstr("salut")));
 }
 
-TEST_F(RoomLines, WriterThatMovesTheCaretFindsTheColourLeftAtTheEnd) {
+TEST_F(RoomLines, HelpGoesWhereTheCaretStandsAndLeavesTheColourAtTheEnd) {
   arrive("PM\tann\tpsst\r\nMessage\tann: \thello\r\n");
   view().setCaret({0, 3});
   desktop.enter("/?");
+  EXPECT_EQ(view().lineCount(), 15U);
   EXPECT_EQ(view().line(0), "PriKV / Command Help");
+  EXPECT_EQ(view().line(11), "/PING USERNAME - Pings the user");
+  EXPECT_EQ(view().run(5, 0).style, (TextStyle{Color{0, 255, 18}, false}));
   arrive("Announce\tback at the end\r\n");
   EXPECT_EQ(styled(view(), 0).back(), "(96,246,241)back at the end");
 }

@@ -23,14 +23,6 @@ class Moderation : public ClientTest {
   frmGetOP& request() { return form<frmGetOP>(); }
   frmkick& kick() { return form<frmkick>(); }
 
-  // What the server has received by now; a line sent last tells when that is all.
-  Lines sent() {
-    desktop.client->send("fence\r\n");
-    EXPECT_TRUE(
-        desktop.until([&] { return !server.lines.empty() && server.lines.back() == "fence"; }));
-    server.lines.pop_back();
-    return take();
-  }
   // Title and text of each box that an entry's click brings.
   Lines boxesOf(const MenuItem& entry, const std::deque<std::string>& typed) {
     desktop.boxes.clear();

@@ -43,6 +43,14 @@ class FreshClientTest : public ::testing::Test {
     return take();
   }
   std::vector<std::string> take() { return std::exchange(server.lines, {}); }
+  /// What the server has received by now; a line sent last tells when that is all.
+  std::vector<std::string> sent() {
+    desktop.client->send("fence\r\n");
+    EXPECT_TRUE(
+        desktop.until([&] { return !server.lines.empty() && server.lines.back() == "fence"; }));
+    server.lines.pop_back();
+    return take();
+  }
   bool offline() { return desktop.client->sckClient().State() != SocketState::connected; }
   void hangUp() {
     server.hangUp();
