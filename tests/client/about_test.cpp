@@ -50,9 +50,7 @@ TEST_F(About, InformationTool) {
     desktop.registry.asked.clear();
     desktop.started.clear();
     if (first) keys[R"(SOFTWARE\Microsoft\Shared Tools\MSINFO)"]["PATH"] = *first;
-    if (second) {
-      keys[R"(SOFTWARE\Microsoft\Shared Tools Location)"]["MSINFO"] = *second;
-    }
+    if (second) keys[R"(SOFTWARE\Microsoft\Shared Tools Location)"]["MSINFO"] = *second;
     click(about().cmdSysInfo);
     EXPECT_EQ(desktop.registry.asked.size(), keysRead);
     EXPECT_EQ(desktop.registry.open, 0);

@@ -44,17 +44,6 @@ TEST_F(Dispatch, ListsAfterArrivals) {
   }
 }
 
-TEST_F(Dispatch, MissingFileIsTheOneFaultThatIsTold) {
-  const std::array<InboundRow, 2> rows = {
-      {{"FILE", [](InboundContext&) { throw Fault(fault_number::kFileNotFound, ""); }},
-       {"SEND", [](InboundContext&) { throw Fault(fault_number::kNotConnected, ""); }}}};
-  handleArrival(*desktop.client, "SEND\r\nFILE\r\n", rows);
-  EXPECT_THAT(desktop.boxes, IsEmpty());
-  handleArrival(*desktop.client, "FILE\r\nFILE\r\n", rows);
-  EXPECT_THAT(boxTexts(), ElementsAre("Someone is trying to view your profile But you havent made "
-                                      "one. Please create it to avoid seeing this message"));
-}
-
 TEST_F(Dispatch, LinesBehindAnOpenBoxKeepTheirOrder) {
   desktop.whileBoxIsOpen = [&](const Box&) {
     server.say("Announce\tsecond\r\n");
@@ -104,7 +93,6 @@ TEST_F(Dispatch, ProgramsThatFailBehindABoxAreCountedInTheNext) {
   EXPECT_THAT(boxTexts(), ElementsAre("first", "Meanwhile 3 more programs could not be started."));
 }
 
-// A flood whose lines are slow to handle leaves the loop turns for the user's keys.
 TEST_F(Dispatch, SlowLinesAreHandledInSeveralTurns) {
   std::chrono::milliseconds passed{0};
   desktop.client->now = [&] { return std::chrono::steady_clock::time_point(passed); };

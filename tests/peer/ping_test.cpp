@@ -41,10 +41,7 @@ class Ping : public ClientTest {
     desktop.echoes = &echoes;
   }
   Pingme& form() { return ClientTest::form<Pingme>(); }
-  void tell(const EchoOutcome& outcome) {
-    const auto done = echoes.sent.back().done;
-    done(outcome);
-  }
+  void tell(const EchoOutcome& outcome) { echoes.sent.back().done(outcome); }
   std::string shown() { return form().Label1.Caption; }
   ScriptedEchoes echoes;
 };

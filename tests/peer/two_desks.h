@@ -36,7 +36,6 @@ inline std::string randomBytes(std::size_t length) {
   return bytes;
 }
 
-/// The names in a folder, in order.
 inline std::set<std::string> namesIn(const std::filesystem::path& folder) {
   std::set<std::string> names;
   for (const auto& entry : std::filesystem::directory_iterator(folder)) {

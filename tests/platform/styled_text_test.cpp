@@ -13,9 +13,7 @@
 namespace kelvaron::testing {
 namespace {
 
-constexpr Color kRed{255, 0, 0};
-constexpr Color kGreen{0, 255, 0};
-constexpr Color kBlue{0, 0, 255};
+constexpr std::array<Color, 3> kColors = {{{255, 0, 0}, {0, 255, 0}, {0, 0, 255}}};
 
 TEST(StyledText, EachLineEndCutsALine) {
   const std::pair<std::vector<std::string>, std::string> cases[] = {
@@ -107,9 +105,9 @@ TEST(StyledText, AMillionLinesCostAtMost110BytesEach) {
   constexpr std::size_t kLines = 1'000'000;
   StyledText text;
   for (std::size_t i = 0; i < kLines; ++i) {
-    text.setColor(kRed);
+    text.setColor(kColors[0]);
     text.insert("<somebody> ");
-    text.setColor(kGreen);
+    text.setColor(kColors[1]);
     text.insert(std::string(51, 'w') + "\r\n");
   }
   EXPECT_LT(text.memoryUsed(), kLines * 110);
@@ -191,7 +189,6 @@ void expectSame(const StyledText& text, const Model& model) {
 }
 
 TEST(StyledText, AgreesWithANaiveModelOverRandomEdits) {
-  constexpr std::array<Color, 3> kColors = {kRed, kGreen, kBlue};
   for (unsigned seed = 0; seed < 16; ++seed) {
     std::mt19937 random(seed);
     const auto below = [&random](std::size_t n) { return random() % n; };
