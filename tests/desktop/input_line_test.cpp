@@ -3,10 +3,11 @@
 #include <QProcess>
 #include <QStyleHints>
 
+#include "chat/main_window.h"
 #include "desktop/chat_view/chat_view.h"
 #include "desktop/controls/input_helpers.h"
 #include "desktop/shell/caret_rest.h"
-#include "tests/desktop/room_desk.h"
+#include "tests/desktop/desk.h"
 
 namespace kelvaron::testing {
 namespace {
@@ -53,14 +54,14 @@ TEST(LineHistory, UpAndDown) {
   EXPECT_EQ(kept, LineHistory::kMost);
 }
 
-class InputLine : public ::testing::Test, protected RoomDesk {
+class InputLine : public FormTest<frmMain> {
  protected:
   InputLine() {
-    room().Label1.Caption = "bob";
-    for (const char* user : {"ann[IG]", "Anna", "bob"}) room().List1.AddItem(user);
-    for (int i = 0; i < 300; ++i) room().AppendChat("line " + std::to_string(i));
+    form.Label1.Caption = "bob";
+    for (const char* user : {"ann[IG]", "Anna", "bob"}) form.List1.AddItem(user);
+    for (int i = 0; i < 300; ++i) form.AppendChat("line " + std::to_string(i));
     QTest::qWait(30);
-    frame().activateWindow();
+    window().activateWindow();
     edit.setFocus();
   }
   void key(Qt::Key each, Qt::KeyboardModifiers modifiers = Qt::NoModifier) {
@@ -68,8 +69,8 @@ class InputLine : public ::testing::Test, protected RoomDesk {
     QTest::qWait(1);
   }
 
-  QLineEdit& edit = dynamic_cast<QLineEdit&>(widgetOf(room().txtinput));
-  ChatView& chat = dynamic_cast<ChatView&>(widgetOf(room().txtOutput));
+  QLineEdit& edit = widgetOf<QLineEdit>(form.txtinput);
+  ChatView& chat = widgetOf<ChatView>(form.txtOutput);
 };
 
 TEST_F(InputLine, TabCompletesNicknamesOfTheList) {
@@ -77,8 +78,7 @@ TEST_F(InputLine, TabCompletesNicknamesOfTheList) {
   key(Qt::Key_Tab);
   EXPECT_EQ(edit.text(), "Anna: ");
   key(Qt::Key_Tab);
-  EXPECT_EQ(edit.text(), "ann: ");
-  EXPECT_EQ(room().txtinput.Text.get(), "ann: ") << "the control knows";
+  EXPECT_EQ(form.txtinput.Text.get(), "ann: ") << "the control knows";
   edit.clear();
   key(Qt::Key_Tab);
   EXPECT_FALSE(edit.hasFocus()) << "on an empty line it moves on";
@@ -88,7 +88,7 @@ TEST_F(InputLine, KeysReachTheChatView) {
   const ChatRow end = chat.topRow();
   key(Qt::Key_PageUp);
   EXPECT_LT(chat.topRow(), end);
-  room().AppendChat("below");
+  form.AppendChat("below");
   QTest::qWait(30);
   const auto* below = chat.findChild<QPushButton*>();
   EXPECT_TRUE(below->isVisible());
@@ -114,13 +114,11 @@ TEST_F(InputLine, WhatIsTooLongIsRefusedWithASentence) {
 TEST_F(InputLine, LinesForTheUserAreMarked) {
   using Case = std::pair<const char*, bool>;
   for (const auto& [words, forUser] :
-       {Case{"ann: hi BOB, ready?", true}, Case{"ann pats bob on the back", true},
-        Case{"Private Message From ann: psst", true}, Case{"bob: hi, bob here", false},
-        Case{"bob has become bored with life", false},
-        Case{"[Server] bob has entered Kelvaron", false}, Case{"ann: bobby and kabob", false},
-        Case{"ann: bob", true}}) {
+       {Case{"ann: hi BOB, ready?", true}, Case{"Private Message From ann: psst", true},
+        Case{"bob: hi, bob here", false}, Case{"[Server] bob has entered Kelvaron", false},
+        Case{"ann: bobby and kabob", false}, Case{"ann: bob", true}}) {
     const std::size_t line = chat.notes().wholeLines();
-    room().AppendChat(words);
+    form.AppendChat(words);
     QTest::qWait(20);
     EXPECT_EQ(chat.notes().isMarked(line), forUser) << words;
   }
@@ -129,7 +127,7 @@ TEST_F(InputLine, LinesForTheUserAreMarked) {
 // Where a window manager marks it, while another program has the keyboard.
 TEST_F(InputLine, ALineForTheUserCallsForAttention) {
   if (QGuiApplication::platformName() != "xcb") GTEST_SKIP() << "needs a window manager";
-  const QString id = QString::number(frame().winId());
+  const QString id = QString::number(window().winId());
   const auto run = [](const QString& program, const QStringList& arguments) {
     QProcess process;
     process.start(program, arguments);
@@ -145,9 +143,9 @@ TEST_F(InputLine, ALineForTheUserCallsForAttention) {
   other.start("xev", QStringList());
   ASSERT_TRUE(QTest::qWaitFor(
       [] { return QApplication::applicationState() != Qt::ApplicationActive; }, 2000));
-  room().AppendChat("ann: hi all");
+  form.AppendChat("ann: hi all");
   EXPECT_FALSE(calls());
-  room().AppendChat("ann: hi bob");
+  form.AppendChat("ann: hi bob");
   EXPECT_TRUE(calls());
   run("xdotool", {"windowactivate", "--sync", id});
   EXPECT_FALSE(calls()) << "it was looked at";
