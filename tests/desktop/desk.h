@@ -98,7 +98,6 @@ class Desk {
  public:
   Desk() : client(makeClient(edge, ports.with(sockets, dialogs))), shell(*client, gate) {}
 
-  /// The form on the screen.
   template <class F>
   F& show() {
     F& form = client->form<F>();
@@ -146,7 +145,6 @@ template <class F>
 class FormTest : public ::testing::Test, protected Desk {
  protected:
   QWidget& window() const { return *frame(form); }
-  /// The widget of one of its controls.
   template <class Widget = QWidget>
   Widget& widgetOf(const Control& control) const {
     return widget<Widget>(form, control);
