@@ -122,8 +122,7 @@ class CommandLineTest : public DiskTest {
     }
     for (const char* name :
          {"text", "doom2.wad", "my games/doom2.wad", "my  games/doom2.wad", "wads/one.wad",
-          "wads/t\u00FCr two.wad", "Doom - Wads/doom.wad", "Doom - Wads/Scythe - 2.wad",
-          "Kelvaron +1/x", "-x", "$(touch made)"}) {
+          "wads/t\u00FCr two.wad", "Doom - Wads/Scythe - 2.wad", "Kelvaron +1/x", "-x"}) {
       make(name);
     }
     ASSERT_EQ(::mkfifo((base / "pipe").c_str(), 0600), 0);
@@ -169,19 +168,15 @@ TEST_F(CommandLineTest, ArgumentsArePathsOrStayAsTheyAre) {
       {"-File @/WADS\\ONE.WAD @/my games/doom2.wad @\\wads\\T\xDCR TWO.wad -fast",
        "-File,@/wads/one.wad,@/my games/doom2.wad,@/wads/t\u00FCr two.wad,-fast"},
       {"-iwad @/doom2.wad two.wad a\\b", "-iwad,@/doom2.wad,two.wad,a\\b"},
-      {"-file @/wads\\..\\doom2.wad", "-file,@/wads/../doom2.wad"},
-      {"-file @/$(touch made)", "-file,@/$(touch made)"},
       {"-record @/My Games\\kvdemo -host 3", "-record,@/my games/kvdemo,-host,3"},
       {"-warp 07\r\n -record @/WADS\\my demo", "-warp,07,-record,@/wads/my demo"},
       // Words like switches that belong to a path.
-      {"-iwad @/Doom - Wads\\doom.wad -fast", "-iwad,@/Doom - Wads/doom.wad,-fast"},
       {"-file @/doom - wads\\SCYTHE - 2.WAD -nosfx", "-file,@/Doom - Wads/Scythe - 2.wad,-nosfx"},
       {"-record @/Kelvaron +1\\my demo -host 2", "-record,@/Kelvaron +1/my demo,-host,2"},
       {"-record @/kvdemo -file @/wads\\one.wad", "-record,@/kvdemo,-file,@/wads/one.wad"},
       // Paths that aren't.
       {"-file @/none - here.wad", "-file,@/none,-,here.wad"},
       {"-file @/wads\\no such.wad -fast", "-file,@/wads/no,such.wad,-fast"},
-      {"-file none.wad other.wad", "-file,none.wad,other.wad"},
       {"-file @/wads", "-file,@/wads"},
       {"-file -x ../x", "-file,-x,../x"},
       {"-iwad -file -record", "-iwad,-file,-record"},
