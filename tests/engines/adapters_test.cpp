@@ -166,8 +166,8 @@ TEST_F(Adapters, ACopyUnderAnotherNameSaysHowItHasToBeCalled) {
 class GameData : public DiskTest {};
 
 TEST_F(GameData, IsLinkedUnderTheNamesOfTheSetup) {
-  const std::string command = placed("KELVARON_GAME_DATA='@/data' '" KELVARON_LINK_GAME_DATA
-                                     "' '@/my wads' >'@/said' 2>&1");
+  const std::string command = placed("KELVARON_GAME_DATA='@/data' '") + KELVARON_LINK_GAME_DATA +
+                              placed("' '@/my wads' >'@/said' 2>&1");
   EXPECT_NE(std::system(command.c_str()), 0);
   EXPECT_THAT(contents("said"), HasSubstr("apt-get install freedoom"));
   EXPECT_FALSE(fs::exists(base / "my wads"));
