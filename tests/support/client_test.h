@@ -32,11 +32,7 @@ class FreshClientTest : public ::testing::Test {
     std::erase(desktop.sounds, mark);
   }
   /// What the server has received since the last call: waits for a line.
-  std::vector<std::string> received() {
-    const std::size_t before = server.lines.size();
-    desktop.until([&] { return server.lines.size() > before; });
-    return take();
-  }
+  std::vector<std::string> received() { return received(server.lines.size() + 1); }
   /// The same, but waits until there are so many, with those that came before.
   std::vector<std::string> received(std::size_t count) {
     desktop.until([&] { return server.lines.size() >= count; });

@@ -35,7 +35,6 @@ class IdlePorts : private SoundPort, private Application, private ProcessPort {
             .localHost = localHost_};
   }
 
-  /// Removed at the end.
   TemporaryFolder folder;
   ProgramFiles files{folder.path()};
   /// The pages that the browser was asked for.

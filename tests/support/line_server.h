@@ -12,13 +12,21 @@ namespace kelvaron::testing {
 
 class LineServer {
  public:
-  explicit LineServer(PollLoop& loop);
+  explicit LineServer(PollLoop& loop) : sockets_(loop), listener_(sockets_.makeSocket()) {
+    listener_->onConnectionRequest = [this](int id) {
+      peer_ = sockets_.makeSocket();
+      peer_->onDataArrival = [this] { take(); };
+      peer_->Accept(id);
+      unfinished_.clear();
+      ++connections;
+    };
+    listener_->Listen(0);
+  }
 
   std::uint16_t port() const { return listener_->LocalPort(); }
-  bool connected() const { return peer_ != nullptr && peer_->State() == SocketState::connected; }
   /// Writes the bytes as they stand. Each call arrives as one read of its own if the loop turns
   /// between two.
-  void say(std::string_view bytes);
+  void say(std::string_view bytes) { peer_->SendData(bytes); }
   void hangUp() { peer_->Close(); }
   /// Stops listening, so that the next attempt is refused.
   void refuse() { listener_->Close(); }
@@ -28,7 +36,13 @@ class LineServer {
   int connections = 0;
 
  private:
-  void take();
+  void take() {
+    unfinished_ += peer_->GetData();
+    for (std::size_t end = 0; (end = unfinished_.find("\r\n")) != std::string::npos;) {
+      lines.push_back(unfinished_.substr(0, end));
+      unfinished_.erase(0, end + 2);
+    }
+  }
 
   NativeSocketPort sockets_;
   std::unique_ptr<Socket> listener_;

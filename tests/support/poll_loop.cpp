@@ -32,37 +32,18 @@ struct PollLoop::State {
   std::uint64_t turn = 0;
 };
 
-class PollLoop::DescriptorWatch : public LoopWatch {
+/// Ends what it watches, unless the loop has gone.
+class PollLoop::Watch : public LoopWatch {
  public:
-  DescriptorWatch(std::weak_ptr<State> state, std::uint64_t id)
-      : state_(std::move(state)), id_(id) {}
-  ~DescriptorWatch() override {
-    const auto state = state_.lock();
-    if (!state) return;
-    const auto found = state->watches.find(id_);
-    const auto watched = found->second;  // its destruction may destroy further watches
-    watched->ended = true;
-    state->watches.erase(found);
+  Watch(std::weak_ptr<State> state, std::function<void(State&)> end)
+      : state_(std::move(state)), end_(std::move(end)) {}
+  ~Watch() override {
+    if (const auto state = state_.lock()) end_(*state);
   }
 
  private:
   std::weak_ptr<State> state_;
-  std::uint64_t id_;
-};
-
-class PollLoop::TimerWatch : public LoopWatch {
- public:
-  TimerWatch(std::weak_ptr<State> state, State::TimerKey key)
-      : state_(std::move(state)), key_(key) {}
-  ~TimerWatch() override {
-    const auto state = state_.lock();
-    if (!state) return;
-    const auto timer = state->timers.extract(key_);
-  }
-
- private:
-  std::weak_ptr<State> state_;
-  State::TimerKey key_;
+  std::function<void(State&)> end_;
 };
 
 PollLoop::PollLoop() : state_(std::make_shared<State>()) {}
@@ -73,25 +54,29 @@ std::unique_ptr<LoopWatch> PollLoop::watch(int descriptor, Readiness readiness,
   const short events = readiness == Readiness::readable ? POLLIN : POLLOUT;
   state_->watches.emplace(
       id, std::make_shared<State::Watched>(State::Watched{descriptor, events, std::move(ready)}));
-  return std::make_unique<DescriptorWatch>(state_, id);
+  return std::make_unique<Watch>(state_, [id](State& state) {
+    // Its destruction may destroy further watches.
+    const auto ended = state.watches.extract(id);
+    ended.mapped()->ended = true;
+  });
 }
 
 std::unique_ptr<LoopWatch> PollLoop::after(milliseconds delay, std::function<void()> due) {
   const State::TimerKey key(steady_clock::now() + delay, state_->nextId++);
   state_->timers.emplace(key, std::make_shared<std::function<void()>>(std::move(due)));
-  return std::make_unique<TimerWatch>(state_, key);
+  return std::make_unique<Watch>(
+      state_, [key](State& state) { const auto ended = state.timers.extract(key); });
 }
 
-bool PollLoop::runOnce(milliseconds maxWait) {
+void PollLoop::runOnce(milliseconds maxWait) {
   const std::uint64_t idLimit = state_->nextId;
   milliseconds wait = std::max(maxWait, milliseconds(0));
   if (!state_->timers.empty()) {
     const auto left = state_->timers.begin()->first.first - steady_clock::now();
     wait = std::clamp(std::chrono::ceil<milliseconds>(left), milliseconds(0), wait);
   }
-  const bool anyReady = callReady(wait);
-  const bool anyDue = callDue(idLimit);
-  return anyReady || anyDue;
+  callReady(wait);
+  callDue(idLimit);
 }
 
 bool PollLoop::runUntil(const std::function<bool()>& done, milliseconds limit) {
@@ -106,7 +91,7 @@ bool PollLoop::runUntil(const std::function<bool()>& done, milliseconds limit) {
   return true;
 }
 
-bool PollLoop::callReady(milliseconds wait) {
+void PollLoop::callReady(milliseconds wait) {
   std::vector<pollfd> polled;
   std::vector<std::shared_ptr<State::Watched>> watched;
   for (const auto& [id, watch] : state_->watches) {
@@ -117,10 +102,9 @@ bool PollLoop::callReady(milliseconds wait) {
   const int count =
       ::poll(polled.data(), polled.size(), static_cast<int>(std::min(wait, kDay).count()));
   if (count < 0 && errno != EINTR) throw std::system_error(errno, std::generic_category(), "poll");
-  if (count <= 0) return false;
+  if (count <= 0) return;
 
   const std::uint64_t turn = ++state_->turn;
-  bool called = false;
   for (std::size_t index = 0; index < polled.size(); ++index) {
     State::Watched& watch = *watched[index];
     // A turn begun inside a handler of this one has already looked at what it called.
@@ -130,22 +114,18 @@ bool PollLoop::callReady(milliseconds wait) {
     }
     watch.lastTurn = turn;
     watch.ready();
-    called = true;
   }
-  return called;
 }
 
-bool PollLoop::callDue(std::uint64_t idLimit) {
+void PollLoop::callDue(std::uint64_t idLimit) {
   const auto now = steady_clock::now();
-  bool called = false;
   for (;;) {
     // Looked up anew each time: a handler may have ended, added or, in a turn of its own, run some.
     const auto next = std::find_if(state_->timers.begin(), state_->timers.end(),
                                    [&](const auto& timer) { return timer.first.second < idLimit; });
-    if (next == state_->timers.end() || next->first.first > now) return called;
+    if (next == state_->timers.end() || next->first.first > now) return;
     const auto due = state_->timers.extract(next);
     (*due.mapped())();
-    called = true;
   }
 }
 

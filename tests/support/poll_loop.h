@@ -21,19 +21,18 @@ class PollLoop : public EventLoop {
                                    std::function<void()> due) override;
 
   /// One turn: waits up to `maxWait` for something to be ready or due, then calls all that is.
-  /// What handlers add runs from the next turn on. Returns whether anything was called.
+  /// What handlers add runs from the next turn on.
   /// Throws std::logic_error when a watched descriptor is not open.
-  bool runOnce(std::chrono::milliseconds maxWait);
+  void runOnce(std::chrono::milliseconds maxWait);
   /// Turns until `done` holds. Returns false when it did not within `limit`.
   bool runUntil(const std::function<bool()>& done, std::chrono::milliseconds limit);
 
  private:
   struct State;
-  class DescriptorWatch;
-  class TimerWatch;
+  class Watch;
 
-  bool callReady(std::chrono::milliseconds wait);
-  bool callDue(std::uint64_t idLimit);
+  void callReady(std::chrono::milliseconds wait);
+  void callDue(std::uint64_t idLimit);
 
   std::shared_ptr<State> state_;
 };

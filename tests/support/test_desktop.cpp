@@ -14,7 +14,7 @@ class RoutedSocket : public NativeSocket {
       : NativeSocket(loop, std::move(requests)), port_(port) {}
 
   void Connect(const std::string& host, std::uint16_t port) override {
-    const bool routed = port == port_.from();
+    const bool routed = port == kChatPort;
     NativeSocket::Connect(host, routed ? port_.port() : port);
     if (routed) port_.hosts.push_back(host);
   }
@@ -102,16 +102,13 @@ std::unique_ptr<Echo> TestDesktop::send(std::uint32_t address, std::string_view 
 }
 
 std::unique_ptr<LocalHostLookUp> TestDesktop::localHostAddress(LocalHostPort::Done done) {
-  class Answered : public LocalHostLookUp {
-   public:
-    explicit Answered(std::unique_ptr<LoopWatch> turn) : turn_(std::move(turn)) {}
-
-   private:
-    std::unique_ptr<LoopWatch> turn_;
+  struct Answered : LocalHostLookUp {
+    std::unique_ptr<LoopWatch> turn;
   };
-  return std::make_unique<Answered>(
-      loop.after(std::chrono::milliseconds(0),
-                 [answer = localHost, done = std::move(done)] { done(answer); }));
+  auto answered = std::make_unique<Answered>();
+  answered->turn = loop.after(std::chrono::milliseconds(0),
+                              [answer = localHost, done = std::move(done)] { done(answer); });
+  return answered;
 }
 
 void TestDesktop::DoEvents() {

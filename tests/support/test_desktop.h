@@ -40,17 +40,12 @@ class RoutedSocketPort : public SocketPort {
 
   /// Hosts that were connected to, in order.
   std::vector<std::string> hosts;
-  void routeTo(std::uint16_t port, std::uint16_t from = kChatPort) {
-    port_ = port;
-    from_ = from;
-  }
-  std::uint16_t from() const { return from_; }
+  void routeTo(std::uint16_t port) { port_ = port; }
   std::uint16_t port() const { return port_; }
 
  private:
   EventLoop& loop_;
   std::uint16_t port_;
-  std::uint16_t from_ = kChatPort;
   std::shared_ptr<ConnectionRequests> requests_ = std::make_shared<ConnectionRequests>();
 };
 
