@@ -39,7 +39,7 @@
 #include "peer/profile.h"
 #include "session/login_window.h"
 #include "session/message_of_the_day.h"
-#include "tests/desktop/room_desk.h"
+#include "tools/pictures/room_desk.h"
 
 namespace kelvaron::testing {
 namespace {
