@@ -28,7 +28,7 @@ for page in packaging/man/*; do
   told=$(man --warnings -E UTF-8 -l -Tutf8 -Z "$page" 2>&1 >/dev/null)
   [ -z "$told" ] || { echo "$page: $told"; exit 1; }
 done
-systemd-analyze security --offline=true --threshold=20 build/release/kelvaron-server.service \
+systemd-analyze security --offline=true --threshold=20 build/lint/kelvaron-server.service \
   >/dev/null || { echo "kelvaron-server.service is rated above 2.0"; exit 1; }
 bash -n packaging/kelvaron-server.bash-completion || exit 1
 tools/packages_build.sh >/dev/null || exit 1
