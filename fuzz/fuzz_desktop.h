@@ -40,7 +40,6 @@ class FuzzSocket : public Socket {
   SocketState State() const override { return state_; }
   std::string LocalIP() const override { return "127.0.0.1"; }
   std::uint16_t LocalPort() const override { return 0; }
-  std::string RemoteHostIP() const override { return {}; }
   std::size_t BytesQueued() const override { return 0; }
   void PutBack(std::string_view unread) override {
     received.insert(0, unread);

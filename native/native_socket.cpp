@@ -70,7 +70,6 @@ void NativeSocket::takeOver(FileDescriptor connection) {
   const Endpoint local = localEndpoint(descriptor_.get());
   localIp_ = local.ip();
   localPort_ = local.port();
-  remoteIp_ = remoteEndpoint(descriptor_.get()).ip();
   arrivals_.setHoldBack(holdBack_ > kNow);
   state_ = SocketState::connected;
   watchArrivals();
@@ -341,7 +340,6 @@ void NativeSocket::Close() {
   sendErrno_.reset();
   error_.reset();
   localIp_.clear();
-  remoteIp_.clear();
   localPort_ = 0;
   state_ = SocketState::closed;
 }

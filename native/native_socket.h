@@ -46,7 +46,6 @@ class NativeSocket : public Socket {
   SocketState State() const override { return state_; }
   std::string LocalIP() const override;
   std::uint16_t LocalPort() const override { return localPort_; }
-  std::string RemoteHostIP() const override { return remoteIp_; }
   std::size_t BytesQueued() const override { return queue_.size(); }
   void PutBack(std::string_view unread) override;
   void HoldBackUnfinishedLine(std::chrono::milliseconds limit) override;
@@ -88,7 +87,6 @@ class NativeSocket : public Socket {
 
   SocketState state_ = SocketState::closed;
   std::string localIp_;
-  std::string remoteIp_;
   std::uint16_t localPort_ = 0;
   ArrivalBuffer arrivals_;
   SendQueue queue_;

@@ -57,9 +57,6 @@ class Socket {
   virtual std::string LocalIP() const = 0;
   /// The port bound locally; 0 before `Listen` and before a connection is there.
   virtual std::uint16_t LocalPort() const = 0;
-  /// The other side's address in dotted decimal (over IPv6, its IPv6 text); kept after a failure
-  /// until `Close`, empty when there is none.
-  virtual std::string RemoteHostIP() const = 0;
   /// Bytes taken by `SendData` and not yet handed to the system.
   virtual std::size_t BytesQueued() const = 0;
 

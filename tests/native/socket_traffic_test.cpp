@@ -28,7 +28,6 @@ class SocketTraffic : public SocketTest {
 
 TEST_F(SocketTraffic, BothSidesTalkAndTellTheirAddresses) {
   EXPECT_EQ(socket.LocalIP(), "127.0.0.1");
-  EXPECT_EQ(socket.RemoteHostIP(), "127.0.0.1");
   EXPECT_GT(socket.LocalPort(), 0);
   for (const char* bytes : {"one ", "", "two ", "three"}) socket.SendData(bytes);
   EXPECT_EQ(client.log, Log{"connect"});
@@ -40,7 +39,6 @@ TEST_F(SocketTraffic, BothSidesTalkAndTellTheirAddresses) {
   EXPECT_EQ(client.log, (Log{"connect", "sent"}));
 
   socket.Close();
-  EXPECT_EQ(socket.RemoteHostIP(), "");
   EXPECT_EQ(socket.LocalPort(), 0);
   EXPECT_EQ(peer.receive(), "");
   const std::string machine = socket.LocalIP();
