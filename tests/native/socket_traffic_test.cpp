@@ -184,7 +184,7 @@ TEST_F(SocketTraffic, TenThousandLinesCutAnywhereArriveWhole) {
 }
 
 TEST_F(SocketTraffic, TailsAgeFromTheirOwnFirstByte) {
-  constexpr auto kLimit = 80ms;
+  constexpr auto kLimit = 400ms;
   socket.HoldBackUnfinishedLine(kLimit);
   peer.send("old tail");
   turns();
