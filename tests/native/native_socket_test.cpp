@@ -8,7 +8,7 @@
 #include <tuple>
 
 #include "tests/native/native_test.h"
-#include "tests/native/raw_peer.h"
+#include "tests/support/raw_peer.h"
 
 namespace kelvaron::testing {
 namespace {

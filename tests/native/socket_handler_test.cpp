@@ -2,7 +2,7 @@
 #include <optional>
 #include <tuple>
 
-#include "tests/native/raw_peer.h"
+#include "tests/support/raw_peer.h"
 
 namespace kelvaron::testing {
 namespace {

@@ -4,7 +4,7 @@
 #include <random>
 #include <thread>
 
-#include "tests/native/raw_peer.h"
+#include "tests/support/raw_peer.h"
 
 namespace kelvaron::testing {
 namespace {

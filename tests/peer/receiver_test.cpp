@@ -5,6 +5,7 @@
 #include <sys/resource.h>
 
 #include "tests/peer/two_desks.h"
+#include "tests/support/raw_peer.h"
 
 namespace kelvaron::testing {
 namespace {
@@ -142,22 +143,23 @@ TEST_F(Receiver, NamesStayInTheFolder) {
 
 TEST_F(Receiver, BrokenTransferLeavesTheOlderFileAndWhatCameBesideIt) {
   writeFile(arrived("maps.wad"), "the old one");
-  connect({"FILEINFO|1000|maps.wad|", "half"});
-  ASSERT_TRUE(completes("Complete: 0 %"));
-  hostile->Close();
-  ASSERT_TRUE(until([&] { return receiver().Lbl_Status.Caption.get().starts_with("0 "); }));
-  // Listening is for the user to begin again.
-  bool refused = false;
-  hostile->onError = [&](int, const std::string&) { refused = true; };
-  hostile->Connect("127.0.0.1", port());
-  EXPECT_TRUE(until([&] { return refused; }));
-  bob.raise(receiver().Command1.Click);
-  openReceiver();
-  EXPECT_THAT(files(), ElementsAre("maps.wad", "maps.wad.part"));
-  EXPECT_EQ(contentOf(arrived("maps.wad")), "the old one");
-  EXPECT_EQ(contentOf(arrived("maps.wad.part")), "half");
-  EXPECT_THAT(bob.boxes, IsEmpty());
-  EXPECT_TRUE(heard());
+  for (const auto leave : {&RawPeer::close, &RawPeer::reset}) {
+    RawPeer peer(port());
+    peer.send("FILEINFO|1000|maps.wad|half");
+    ASSERT_TRUE(until([&] { return files().contains("maps.wad.part"); }));
+    (peer.*leave)();
+    ASSERT_TRUE(until([&] { return receiver().Lbl_Status.Caption.get().starts_with("0 "); }));
+    EXPECT_ANY_THROW(RawPeer{port()}) << "listening is for the user to begin again";
+    bob.raise(receiver().Command1.Click);
+    openReceiver();
+    EXPECT_THAT(files(), ElementsAre("maps.wad", "maps.wad.part"));
+    EXPECT_EQ(contentOf(arrived("maps.wad")), "the old one");
+    EXPECT_EQ(contentOf(arrived("maps.wad.part")), "half");
+    std::filesystem::remove(arrived("maps.wad.part"));
+    EXPECT_THAT(bob.boxes, IsEmpty());
+    EXPECT_TRUE(heard());
+    std::filesystem::remove(arrived("heard"));
+  }
 }
 
 TEST_F(Receiver, ProgressIsToldAsItComes) {

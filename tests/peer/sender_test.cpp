@@ -121,6 +121,7 @@ TEST_F(Sender, BlockThatIsNotTakenIsTimeoutAndAnotherPressBeginsAnew) {
   read();
   choose("b.wad", "second");
   press();
+  EXPECT_EQ(sender().FileBar.Value.get(), 0);
   sent();
   press();
   EXPECT_EQ(sent(), "FILEINFO|6|b.wad|second");

@@ -19,7 +19,7 @@ TEST(Text, EveryByteThatUnicodeKnowsGoesThereAndBack) {
 TEST(Text, WhatTheCodePageLacksBecomesAQuestionMark) {
   const std::pair<const char*, const char*> cases[] = {{"a\u0142b", "a?b"},
                                                        {"\U0001F600", "?"},
-                                                       {"\u4E2D\u6587", "??"},
+                                                       {"\u0905\u4E2D\u6587", "???"},
                                                        {"a\xFFz", "a?z"},
                                                        {"\xC3", "?"},
                                                        {"\xE2\x82", "??"},

@@ -77,8 +77,9 @@ TEST(Room, LinesForAll) {
       {"ACTION\talicent waves", {action + "alice alicent waves"}},
       {"SOUND\tboom box", {"PLAYSOUND\tboom box"}},
       {"SOUND\tx\ny", {"PLAYSOUND\tx y"}},
+      {"SOUND\t" + std::string(64, 'x'), {"PLAYSOUND\t" + std::string(64, 'x')}},
   };
-  for (const std::string& bad : Lines{"..\\x", "C:x", "a/b", "x.wav", "", std::string(300, 'x')}) {
+  for (const std::string& bad : Lines{"..\\x", "C:x", "a/b", "x.wav", "", std::string(65, 'x')}) {
     cases.emplace_back("SOUND\t" + bad, Lines{});
   }
   for (const auto& [sent, expected] : cases) {
