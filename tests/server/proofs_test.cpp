@@ -54,6 +54,10 @@ TEST_F(ProofsTest, AnAddressHasItsTries) {
   wrongFrom("10.0.0.1");
   EXPECT_FALSE(ask("10.0.0.1", "right"));
   rightFrom("10.0.0.2");
+  sources.sweep(Clock::now() + std::chrono::minutes(9));
+  EXPECT_FALSE(ask("10.0.0.1", "right"));
+  sources.sweep(Clock::now() + std::chrono::minutes(10));
+  rightFrom("10.0.0.1");
 }
 
 TEST_F(ProofsTest, AGuessedAccountStillLooksAtNewAddresses) {
@@ -62,6 +66,10 @@ TEST_F(ProofsTest, AGuessedAccountStillLooksAtNewAddresses) {
   wrongFrom("10.0.0.2");
   EXPECT_FALSE(ask("10.0.0.1", "wrong"));
   rightFrom("10.0.0.3");
+  proofs.sweep(Clock::now() + std::chrono::minutes(9));
+  EXPECT_FALSE(ask("10.0.0.1", "right"));
+  proofs.sweep(Clock::now() + std::chrono::minutes(10));
+  rightFrom("10.0.0.1");
 }
 
 TEST_F(ProofsTest, WhoHasGuessedWaitsBehindWhoHasNot) {
