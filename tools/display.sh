@@ -7,7 +7,9 @@ display_pids=()
 start_display() {
   local size=${1:-1280x1024} file number
   file=$(mktemp)
-  Xvfb -displayfd 5 -screen 0 "${size}x24" -nolisten tcp 5>"$file" >/dev/null 2>&1 &
+  # Without -noreset it throws out whoever comes while the last one before goes, which the window
+  # manager below could be beside its neighbour that only looks for it.
+  Xvfb -displayfd 5 -screen 0 "${size}x24" -nolisten tcp -noreset 5>"$file" >/dev/null 2>&1 &
   display_pids+=($!)
   for _ in $(seq 100); do
     number=$(cat "$file")
@@ -23,10 +25,12 @@ start_display() {
   unset WAYLAND_DISPLAY
   openbox >/dev/null 2>&1 &
   display_pids+=($!)
-  for _ in $(seq 50); do
+  for _ in $(seq 100); do
     xprop -root _NET_SUPPORTING_WM_CHECK 2>/dev/null | grep -q 0x && return 0
     sleep 0.1
   done
+  echo "The window manager of the virtual display did not start" >&2
+  return 1
 }
 
 stop_display() {
