@@ -5,8 +5,8 @@
 #include <utility>
 
 #include "chat/main_window.h"
+#include "game/configuration.h"
 #include "game/offer_check.h"
-#include "peer/configuration.h"
 #include "session/client.h"
 #include "session/outbound.h"
 #include "session/sending.h"

@@ -6,7 +6,7 @@
 #include <string>
 #include <string_view>
 
-#include "peer/game_config.h"
+#include "game/game_config.h"
 
 namespace kelvaron {
 

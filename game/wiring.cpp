@@ -5,9 +5,9 @@
 
 #include "chat/main_window.h"
 #include "game/awaiting_verification.h"
+#include "game/configuration.h"
 #include "game/csdoom.h"
 #include "game/game_selection.h"
-#include "peer/configuration.h"
 #include "session/client.h"
 #include "session/sending.h"
 

@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-#include "peer/delimited_fields.h"
+#include "platform/delimited_fields.h"
 #include "platform/text.h"
 #include "session/asked_for.h"
 #include "session/client.h"

@@ -6,11 +6,11 @@
 #include <fstream>
 
 #include "game/awaiting_verification.h"
+#include "game/configuration.h"
 #include "game/final_chance.h"
 #include "game/game_request.h"
 #include "game/game_selection.h"
 #include "game/in_game.h"
-#include "peer/configuration.h"
 #include "tests/support/client_test.h"
 
 namespace kelvaron::testing {

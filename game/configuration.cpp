@@ -1,4 +1,4 @@
-#include "peer/configuration.h"
+#include "game/configuration.h"
 
 #include <algorithm>
 

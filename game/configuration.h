@@ -4,7 +4,7 @@
 #include <array>
 #include <string_view>
 
-#include "peer/game_config.h"
+#include "game/game_config.h"
 #include "platform/common_dialog.h"
 #include "platform/controls.h"
 

@@ -1,5 +1,5 @@
 // The game configuration: its file, and the form that writes it.
-#include "peer/configuration.h"
+#include "game/configuration.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>

@@ -1,4 +1,4 @@
-#include "peer/delimited_fields.h"
+#include "platform/delimited_fields.h"
 
 #include <algorithm>
 

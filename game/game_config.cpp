@@ -1,8 +1,8 @@
-#include "peer/game_config.h"
+#include "game/game_config.h"
 
 #include <algorithm>
 
-#include "peer/delimited_fields.h"
+#include "platform/delimited_fields.h"
 #include "platform/text.h"
 #include "session/client.h"
 
