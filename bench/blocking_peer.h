@@ -11,9 +11,11 @@
 #include <stdexcept>
 #include <string_view>
 
+#include "base/non_copyable.h"
+
 namespace kelvaron::bench {
 
-class BlockingPeer {
+class BlockingPeer : NonCopyable {
  public:
   BlockingPeer() : listener_(::socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0)) {
     sockaddr_in address{};
@@ -27,8 +29,6 @@ class BlockingPeer {
     }
     port_ = ntohs(address.sin_port);
   }
-  BlockingPeer(const BlockingPeer&) = delete;
-  BlockingPeer& operator=(const BlockingPeer&) = delete;
   ~BlockingPeer() {
     ::close(listener_);
     if (connection_ >= 0) ::close(connection_);

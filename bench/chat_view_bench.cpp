@@ -4,7 +4,6 @@
 // follows the end. The view draws at most 100 times a second; "drawn" is with a repaint forced in
 // every turn.
 #include <malloc.h>
-#include <unistd.h>
 
 #include <QApplication>
 #include <QElapsedTimer>
@@ -12,10 +11,10 @@
 #include <QScrollBar>
 #include <QTextCursor>
 #include <cstdio>
-#include <fstream>
 #include <memory>
 #include <string>
 
+#include "base/resident_bytes.h"
 #include "desktop/chat_view/chat_find.h"
 #include "desktop/chat_view/chat_view.h"
 
@@ -25,15 +24,6 @@ namespace {
 constexpr std::size_t kLinesPerTurn = 100;
 constexpr Color kNameColor{255, 255, 0};
 constexpr Color kWordsColor{220, 220, 220};
-
-/// Resident bytes of this process.
-std::size_t residentBytes() {
-  std::ifstream statm("/proc/self/statm");
-  std::size_t total = 0;
-  std::size_t resident = 0;
-  statm >> total >> resident;
-  return resident * static_cast<std::size_t>(sysconf(_SC_PAGESIZE));
-}
 
 struct Line {
   std::string name;

@@ -3,7 +3,6 @@
 //
 //   room_bench              everything
 //   room_bench lines N      N lines in a process of their own, for the memory
-#include <unistd.h>
 
 #include <QApplication>
 #include <QElapsedTimer>
@@ -17,12 +16,12 @@
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
-#include <fstream>
 #include <functional>
 #include <string>
 #include <thread>
 #include <vector>
 
+#include "base/resident_bytes.h"
 #include "bench/blocking_peer.h"
 #include "chat/main_window.h"
 #include "client/kelvaron_client.h"
@@ -51,14 +50,6 @@ struct Spread {
 Spread spreadOf(std::vector<double> values) {
   std::ranges::sort(values);
   return {values[values.size() / 2], values[values.size() * 95 / 100]};
-}
-
-std::size_t residentBytes() {
-  std::ifstream statm("/proc/self/statm");
-  std::size_t total = 0;
-  std::size_t resident = 0;
-  statm >> total >> resident;
-  return resident * static_cast<std::size_t>(::sysconf(_SC_PAGESIZE));
 }
 
 /// Turns the event loop until the condition holds.

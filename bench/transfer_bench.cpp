@@ -25,6 +25,8 @@
 #include <thread>
 #include <vector>
 
+#include "base/non_copyable.h"
+#include "base/resident_bytes.h"
 #include "native/file_descriptor.h"
 #include "native/socket_setup.h"
 #include "peer/file_receiver.h"
@@ -50,14 +52,6 @@ double processorSeconds() {
   return static_cast<double>(time.tv_sec) + static_cast<double>(time.tv_nsec) / 1e9;
 }
 
-std::size_t residentBytes() {
-  std::ifstream statm("/proc/self/statm");
-  std::size_t total = 0;
-  std::size_t resident = 0;
-  statm >> total >> resident;
-  return resident * static_cast<std::size_t>(::sysconf(_SC_PAGESIZE));
-}
-
 double median(std::vector<double> values) {
   std::ranges::sort(values);
   return values[values.size() / 2];
@@ -73,7 +67,7 @@ sockaddr_in loopback(std::uint16_t port) {
 
 /// Takes one connection on a thread of its own and drops what comes, at most `rate` bytes a second
 /// (0 for as fast as it can).
-class BlockingReceiver {
+class BlockingReceiver : NonCopyable {
  public:
   explicit BlockingReceiver(double rate = 0) : rate_(rate) {
     listener_ = FileDescriptor(::socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0));
@@ -87,8 +81,6 @@ class BlockingReceiver {
     port_ = ntohs(address.sin_port);
     thread_ = std::thread([this] { run(); });
   }
-  BlockingReceiver(const BlockingReceiver&) = delete;
-  BlockingReceiver& operator=(const BlockingReceiver&) = delete;
   ~BlockingReceiver() { thread_.join(); }
 
   std::uint16_t port() const { return port_; }

@@ -6,12 +6,12 @@
 #include <string_view>
 #include <vector>
 
+#include "base/code_page.h"
 #include "chat/colors.h"
 #include "chat/main_window.h"
 #include "chat/mute_list.h"
 #include "chat/radio.h"
 #include "chat/user_list_entry.h"
-#include "platform/text.h"
 #include "session/asked_for.h"
 #include "session/client.h"
 #include "session/outbound.h"

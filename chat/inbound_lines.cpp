@@ -2,6 +2,7 @@
 
 #include <charconv>
 
+#include "base/scope_exit.h"
 #include "chat/colors.h"
 #include "chat/main_window.h"
 #include "chat/mute_list.h"
@@ -33,17 +34,10 @@ void onStatusText(InboundContext& context) {
   const ProtocolLine& line = context.line;
   frmMain& main = room(context);
   RichTextBox& txtOutput = main.txtOutput;
-  // Bold ends with the line, also when a field is missing or wrong.
-  struct Bold {
-    RichTextBox& box;
-    explicit Bold(RichTextBox& styled) : box(styled) { box.setSelBold(true); }
-    Bold(const Bold&) = delete;
-    Bold& operator=(const Bold&) = delete;
-    ~Bold() { box.setSelBold(false); }
-  };
-
   txtOutput.caretToEnd();
-  const Bold bold(txtOutput);
+  txtOutput.setSelBold(true);
+  // Also when a field is missing or wrong.
+  const ScopeExit boldEndsWithTheLine([&] { txtOutput.setSelBold(false); });
   context.rule.step([&] { txtOutput.setSelColor(colorFrom(line.field(1))); });
   context.rule.step([&] { txtOutput.insert(std::string(line.field(2)) + "\r\n"); });
   context.rule.step([&] {

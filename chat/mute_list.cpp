@@ -2,8 +2,8 @@
 
 #include <algorithm>
 
+#include "base/code_page.h"
 #include "chat/colors.h"
-#include "platform/text.h"
 #include "session/client.h"
 
 namespace kelvaron {

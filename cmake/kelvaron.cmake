@@ -24,10 +24,23 @@ if(KELVARON_FUZZ)
   target_compile_options(kelvaron_options INTERFACE -fsanitize=fuzzer-no-link)
 endif()
 
-# kelvaron_library(<name> SOURCES <files...> LINKS <targets...>)
+# kelvaron_sources(<variable> [<subfolder>...]): all sources of this folder and of the subfolders but
+# main.cpp, which is a program's.
+function(kelvaron_sources variable)
+  set(sources)
+  foreach(folder . ${ARGN})
+    file(GLOB found CONFIGURE_DEPENDS RELATIVE ${CMAKE_CURRENT_SOURCE_DIR} ${folder}/*.cpp)
+    list(APPEND sources ${found})
+  endforeach()
+  list(REMOVE_ITEM sources main.cpp)
+  set(${variable} ${sources} PARENT_SCOPE)
+endfunction()
+
+# kelvaron_library(<name> [FOLDERS <subfolders...>] [LINKS <targets...>]): of this folder's sources.
 function(kelvaron_library name)
-  cmake_parse_arguments(ARG "" "" "SOURCES;LINKS" ${ARGN})
-  add_library(${name} STATIC ${ARG_SOURCES})
+  cmake_parse_arguments(ARG "" "" "FOLDERS;LINKS" ${ARGN})
+  kelvaron_sources(sources ${ARG_FOLDERS})
+  add_library(${name} STATIC ${sources})
   target_link_libraries(${name} PUBLIC kelvaron_options ${ARG_LINKS})
 endfunction()
 

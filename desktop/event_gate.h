@@ -4,25 +4,22 @@
 #include <functional>
 #include <utility>
 
+#include "base/non_copyable.h"
 #include "platform/edge.h"
 
 namespace kelvaron {
 
 /// Runs handlers at the edge and knows how many of them are under way. A window whose form was
 /// unloaded may be destroyed only when none is: its widgets may be on the stack.
-class EventGate {
+class EventGate : NonCopyable {
  public:
   explicit EventGate(Edge& edge) : edge_(edge) {}
-  EventGate(const EventGate&) = delete;
-  EventGate& operator=(const EventGate&) = delete;
   ~EventGate() = default;
 
   /// Keeps the gate busy while an event loop turns within a handler.
-  class Hold {
+  class Hold : NonCopyable {
    public:
     explicit Hold(EventGate& gate) : gate_(gate) { ++gate_.depth_; }
-    Hold(const Hold&) = delete;
-    Hold& operator=(const Hold&) = delete;
     ~Hold() {
       if (--gate_.depth_ == 0 && gate_.onQuiet) gate_.onQuiet();
     }

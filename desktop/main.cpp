@@ -5,6 +5,7 @@
 #include <chrono>
 #include <cstdlib>
 
+#include "base/code_page.h"
 #include "client/kelvaron_client.h"
 #include "desktop/form_scale.h"
 #include "desktop/ports/application.h"
@@ -24,7 +25,6 @@
 #include "native/program_files.h"
 #include "native/program_folders.h"
 #include "native/system_information.h"
-#include "platform/text.h"
 
 namespace {
 

@@ -7,10 +7,10 @@
 #include <filesystem>
 #include <fstream>
 
+#include "base/code_page.h"
 #include "fuzz/require.h"
 #include "game/offer_check.h"
 #include "native/command_line.h"
-#include "platform/text.h"
 #include "tests/support/temporary_folder.h"
 
 namespace kelvaron {

@@ -40,7 +40,6 @@ class FuzzSocket : public Socket {
   SocketState State() const override { return state_; }
   std::string LocalIP() const override { return "127.0.0.1"; }
   std::uint16_t LocalPort() const override { return 0; }
-  std::size_t BytesQueued() const override { return 0; }
   void PutBack(std::string_view unread) override {
     received.insert(0, unread);
     comesAgain = true;
@@ -105,8 +104,6 @@ class FuzzDesktop : SocketPort,
   class Received : public ReceivedFile {
    public:
     explicit Received(std::shared_ptr<FuzzFile> file) : file_(std::move(file)) {}
-    Received(const Received&) = delete;
-    Received& operator=(const Received&) = delete;
     ~Received() override { file_->open = false; }
     void write(std::string_view bytes) override {
       require(!file_->kept);

@@ -11,6 +11,7 @@
 #include <string>
 #include <vector>
 
+#include "base/non_copyable.h"
 #include "fuzz/require.h"
 #include "server/password.h"
 #include "server/server.h"
@@ -69,7 +70,7 @@ class Client {
 };
 
 /// A server with its moderator logged in and granted.
-class Room {
+class Room : NonCopyable {
  public:
   Room() {
     static const std::string hash = hashPassword("right");
@@ -92,8 +93,6 @@ class Room {
     settle();
     server_.reset();
   }
-  Room(const Room&) = delete;
-  Room& operator=(const Room&) = delete;
 
   bool usable() { return ann_->open && Store(folder_.path()).bans().empty(); }
   Client& moderator() { return *ann_; }

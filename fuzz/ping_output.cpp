@@ -2,7 +2,6 @@
 #include "native/ping_output.h"
 
 #include "fuzz/require.h"
-#include "platform/text.h"
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
   using namespace kelvaron;

@@ -1,8 +1,8 @@
 // Fuzz target: a page from a station, read as a playlist.
 #include <algorithm>
 
+#include "base/code_page.h"
 #include "fuzz/require.h"
-#include "platform/text.h"
 #include "radio/asx_playlist.h"
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {

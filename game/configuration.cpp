@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-#include "platform/text.h"
+#include "base/code_page.h"
 #include "session/client.h"
 
 namespace kelvaron {

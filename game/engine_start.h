@@ -1,6 +1,7 @@
 // Starting an engine: one press, one game.
 #pragma once
 
+#include "base/scope_exit.h"
 #include "session/client.h"
 
 namespace kelvaron {
@@ -17,10 +18,7 @@ void startOnce(Client& client, Start&& start) {
   bool& underWay = client.lasting<EngineStarts>().underWay;
   if (underWay) return;
   underWay = true;
-  struct Done {
-    bool& underWay;
-    ~Done() { underWay = false; }
-  } const done{underWay};
+  const ScopeExit done([&] { underWay = false; });
   start();
 }
 

@@ -1,5 +1,6 @@
 #include "game/inbound_lines.h"
 
+#include "chat/colors.h"
 #include "chat/main_window.h"
 #include "game/awaiting_verification.h"
 #include "game/csdoom.h"
@@ -12,11 +13,7 @@
 #include "session/outbound.h"
 
 namespace kelvaron::inbound {
-namespace {
-
-constexpr Color kBlack{0, 0, 0};
-
-}  // namespace
+namespace {}  // namespace
 
 void onGame(InboundContext& context) {
   const FaultRule& rule = context.rule;
@@ -38,7 +35,7 @@ void onGame(InboundContext& context) {
     return !FaultRule::stop().handle([&] { client.ports.streams.open(path); });
   });
   if (auto* lastLook = client.loadedForm<Form3>()) lastLook->commandChanged();
-  room.txtOutput.setSelColor(kBlack);
+  room.txtOutput.setSelColor(colors::kBlack);
 
   request& form = client.form<request>();
   rule.step([&] { form.Text1.Text = std::string(line.field(6)); });

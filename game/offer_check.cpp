@@ -4,7 +4,7 @@
 #include <array>
 #include <vector>
 
-#include "platform/text.h"
+#include "base/code_page.h"
 
 namespace kelvaron {
 namespace {

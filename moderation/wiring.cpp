@@ -4,9 +4,9 @@
 #include <string>
 #include <string_view>
 
+#include "base/code_page.h"
 #include "chat/main_window.h"
 #include "moderation/status_request.h"
-#include "platform/text.h"
 #include "session/client.h"
 #include "session/outbound.h"
 #include "session/sending.h"

@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <system_error>
 
-#include "platform/text.h"
+#include "base/code_page.h"
 
 namespace kelvaron {
 

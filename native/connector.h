@@ -9,9 +9,9 @@
 #include <string>
 #include <vector>
 
+#include "base/liveness.h"
 #include "native/endpoint.h"
 #include "native/file_descriptor.h"
-#include "native/liveness.h"
 #include "native/name_lookup.h"
 #include "platform/event_loop.h"
 

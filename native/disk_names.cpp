@@ -6,8 +6,8 @@
 #include <algorithm>
 #include <climits>
 
+#include "base/code_page.h"
 #include "native/bare_name.h"
-#include "platform/text.h"
 
 namespace kelvaron {
 namespace {

@@ -12,8 +12,8 @@
 #include <utility>
 #include <vector>
 
+#include "base/code_page.h"
 #include "native/spawn.h"
-#include "platform/text.h"
 
 namespace kelvaron {
 namespace {

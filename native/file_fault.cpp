@@ -3,8 +3,8 @@
 #include <cerrno>
 #include <system_error>
 
+#include "base/code_page.h"
 #include "platform/fault.h"
-#include "platform/text.h"
 
 namespace kelvaron {
 

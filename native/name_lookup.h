@@ -6,9 +6,9 @@
 #include <memory>
 #include <string>
 
+#include "base/liveness.h"
 #include "native/endpoint.h"
 #include "native/file_descriptor.h"
-#include "native/liveness.h"
 #include "platform/event_loop.h"
 
 namespace kelvaron {

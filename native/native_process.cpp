@@ -8,6 +8,7 @@
 #include <system_error>
 #include <utility>
 
+#include "base/code_page.h"
 #include "native/command_line.h"
 #include "native/output_capture.h"
 #include "native/spawn.h"

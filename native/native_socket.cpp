@@ -7,6 +7,7 @@
 #include <cerrno>
 #include <limits>
 
+#include "base/scope_exit.h"
 #include "native/socket_error.h"
 #include "native/socket_setup.h"
 #include "platform/fault.h"
@@ -104,13 +105,9 @@ void NativeSocket::request() {
     }
     return;
   }
-  struct Waiting {
-    std::shared_ptr<ConnectionRequests> requests;
-    int id;
-    ~Waiting() { requests->take(id); }
-  };
-  const Waiting waiting{requests_, requests_->add(std::move(connection))};
-  raise(onConnectionRequest, waiting.id);
+  const int id = requests_->add(std::move(connection));
+  const ScopeExit untaken([requests = requests_, id] { requests->take(id); });
+  raise(onConnectionRequest, id);
 }
 
 void NativeSocket::Accept(int requestId) {

@@ -7,11 +7,11 @@
 #include <string>
 #include <utility>
 
+#include "base/liveness.h"
 #include "native/arrival_buffer.h"
 #include "native/connection_requests.h"
 #include "native/connector.h"
 #include "native/file_descriptor.h"
-#include "native/liveness.h"
 #include "native/send_queue.h"
 #include "platform/event_loop.h"
 #include "platform/socket.h"
@@ -46,7 +46,6 @@ class NativeSocket : public Socket {
   SocketState State() const override { return state_; }
   std::string LocalIP() const override;
   std::uint16_t LocalPort() const override { return localPort_; }
-  std::size_t BytesQueued() const override { return queue_.size(); }
   void PutBack(std::string_view unread) override;
   void HoldBackUnfinishedLine(std::chrono::milliseconds limit) override;
 

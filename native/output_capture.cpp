@@ -10,6 +10,7 @@
 #include <system_error>
 #include <vector>
 
+#include "base/code_page.h"
 #include "platform/text.h"
 
 namespace kelvaron {

@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <array>
 
-#include "platform/text.h"
+#include "base/code_page.h"
 
 namespace kelvaron {
 namespace {

@@ -8,11 +8,11 @@
 #include <cerrno>
 #include <system_error>
 
+#include "base/code_page.h"
 #include "native/bare_name.h"
 #include "native/file_descriptor.h"
 #include "native/file_fault.h"
 #include "platform/fault.h"
-#include "platform/text.h"
 
 namespace kelvaron {
 namespace {

@@ -7,11 +7,13 @@
 
 #include <cerrno>
 
+#include "base/non_copyable.h"
+
 namespace kelvaron {
 namespace {
 
 /// What posix_spawn is told besides the program, its arguments and its environment.
-class SpawnSettings {
+class SpawnSettings : NonCopyable {
  public:
   explicit SpawnSettings(const ProgramStart& start) {
     ::posix_spawn_file_actions_init(&actions_);
@@ -35,8 +37,6 @@ class SpawnSettings {
     check(::posix_spawnattr_setflags(
         &attributes_, POSIX_SPAWN_SETSIGMASK | POSIX_SPAWN_SETSIGDEF | POSIX_SPAWN_SETSID));
   }
-  SpawnSettings(const SpawnSettings&) = delete;
-  SpawnSettings& operator=(const SpawnSettings&) = delete;
   ~SpawnSettings() {
     ::posix_spawnattr_destroy(&attributes_);
     ::posix_spawn_file_actions_destroy(&actions_);

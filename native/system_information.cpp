@@ -8,8 +8,8 @@
 #include <string_view>
 #include <system_error>
 
+#include "base/code_page.h"
 #include "native/disk_names.h"
-#include "platform/text.h"
 
 namespace kelvaron {
 namespace {

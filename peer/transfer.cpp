@@ -4,8 +4,8 @@
 #include <charconv>
 #include <limits>
 
+#include "base/code_page.h"
 #include "platform/fault.h"
-#include "platform/text.h"
 
 namespace kelvaron {
 namespace {

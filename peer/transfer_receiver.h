@@ -7,6 +7,7 @@
 #include <string_view>
 #include <utility>
 
+#include "base/non_copyable.h"
 #include "peer/transfer.h"
 #include "platform/edge.h"
 #include "platform/file_streams.h"
@@ -16,13 +17,11 @@ namespace kelvaron {
 
 /// Listens; one connection at a time delivers one file. While it lasts nobody else is heard, and
 /// when it has ended, listening is for its owner to begin again.
-class TransferReceiver {
+class TransferReceiver : NonCopyable {
  public:
   /// The ports and the edge, through which its events run, outlive the receiver.
   TransferReceiver(SocketPort& sockets, FileStreams& streams, Edge& edge);
   ~TransferReceiver() { close(); }
-  TransferReceiver(const TransferReceiver&) = delete;
-  TransferReceiver& operator=(const TransferReceiver&) = delete;
 
   /// Ends what ran before and listens (port 0: any free one). Faults of `Socket::Listen`.
   void listen(std::uint16_t port);

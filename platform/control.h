@@ -6,6 +6,7 @@
 #include <string_view>
 #include <vector>
 
+#include "base/non_copyable.h"
 #include "platform/color.h"
 #include "platform/property.h"
 
@@ -33,10 +34,8 @@ constexpr Place pixels(int left, int top, int width, int height) {
 }
 
 /// What controls stand in: a form, or a frame on it.
-class Container {
+class Container : NonCopyable {
  public:
-  Container(const Container&) = delete;
-  Container& operator=(const Container&) = delete;
   virtual ~Container() = default;
   virtual Form& form() = 0;
   /// The frame that this container is, or null for a form.

@@ -8,6 +8,8 @@
 #include <string>
 #include <string_view>
 
+#include "base/non_copyable.h"
+
 namespace kelvaron {
 
 /// How an echo ended.
@@ -28,21 +30,15 @@ struct EchoOutcome {
 };
 
 /// An echo under way; destroying it ends it, and its outcome is told no more.
-class Echo {
+class Echo : NonCopyable {
  public:
-  Echo() = default;
-  Echo(const Echo&) = delete;
-  Echo& operator=(const Echo&) = delete;
   virtual ~Echo() = default;
 };
 
-class EchoPort {
+class EchoPort : NonCopyable {
  public:
   using Done = std::function<void(const EchoOutcome&)>;
 
-  EchoPort() = default;
-  EchoPort(const EchoPort&) = delete;
-  EchoPort& operator=(const EchoPort&) = delete;
   virtual ~EchoPort() = default;
 
   /// Sends one echo with `data` to an IPv4 address, whose first number is in the low byte. Never

@@ -6,25 +6,22 @@
 #include <functional>
 #include <memory>
 
+#include "base/non_copyable.h"
+
 namespace kelvaron {
 
 /// A subscription; destroying it ends it: no call begins any more. It may be destroyed from within
 /// its own call; the function then stays in memory until that call returns.
-class LoopWatch {
+class LoopWatch : NonCopyable {
  public:
-  LoopWatch() = default;
-  LoopWatch(const LoopWatch&) = delete;
-  LoopWatch& operator=(const LoopWatch&) = delete;
   virtual ~LoopWatch() = default;
 };
 
-class EventLoop {
+class EventLoop : NonCopyable {
  public:
   enum class Readiness { readable, writable };
 
   EventLoop() = default;
-  EventLoop(const EventLoop&) = delete;
-  EventLoop& operator=(const EventLoop&) = delete;
   virtual ~EventLoop() = default;
 
   /// Calls `ready` once a turn for as long as the descriptor is ready (level-triggered). A hang-up

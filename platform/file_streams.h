@@ -8,14 +8,13 @@
 #include <string>
 #include <string_view>
 
+#include "base/non_copyable.h"
+
 namespace kelvaron {
 
 /// A file being read from its start. It stays readable when its name goes.
-class FileReader {
+class FileReader : NonCopyable {
  public:
-  FileReader() = default;
-  FileReader(const FileReader&) = delete;
-  FileReader& operator=(const FileReader&) = delete;
   virtual ~FileReader() = default;
 
   /// Bytes in the file at this moment.
@@ -27,11 +26,8 @@ class FileReader {
 
 /// A file that comes from somebody else. Until `commit` it has a name of its own, under which it
 /// stays when it is destroyed without.
-class ReceivedFile {
+class ReceivedFile : NonCopyable {
  public:
-  ReceivedFile() = default;
-  ReceivedFile(const ReceivedFile&) = delete;
-  ReceivedFile& operator=(const ReceivedFile&) = delete;
   virtual ~ReceivedFile() = default;
 
   /// Adds bytes at the end. Fault 61 when the disk is full, else 75.
@@ -41,11 +37,8 @@ class ReceivedFile {
   virtual void commit() = 0;
 };
 
-class FileStreams {
+class FileStreams : NonCopyable {
  public:
-  FileStreams() = default;
-  FileStreams(const FileStreams&) = delete;
-  FileStreams& operator=(const FileStreams&) = delete;
   virtual ~FileStreams() = default;
 
   /// Opens any file. Paths are code page 1252, may part folders by "\" and need not tell capitals.

@@ -5,6 +5,7 @@
 #include <string_view>
 #include <vector>
 
+#include "base/non_copyable.h"
 #include "platform/control.h"
 #include "platform/property.h"
 
@@ -24,11 +25,8 @@ struct FormDesign {
 };
 
 /// What the shell gives a form: the window that shows it.
-class FormWindow {
+class FormWindow : NonCopyable {
  public:
-  FormWindow() = default;
-  FormWindow(const FormWindow&) = delete;
-  FormWindow& operator=(const FormWindow&) = delete;
   virtual ~FormWindow() = default;
   /// Brings the window to the front with the keyboard; see `Form::Show`.
   virtual void activate() = 0;

@@ -2,6 +2,8 @@
 
 #include <algorithm>
 
+#include "base/scope_exit.h"
+
 namespace kelvaron {
 
 std::unique_ptr<Form>* FormSlots::slotOf(const Form& form) {
@@ -16,14 +18,10 @@ void FormSlots::unload(Form& form) {
   unloading_.push_back({&form, {}});
   std::vector<std::function<void()>> after;
   {
-    struct Done {
-      std::vector<Unloading>& unloading;
-      std::vector<std::function<void()>>& after;
-      ~Done() {
-        after = std::move(unloading.back().after);
-        unloading.pop_back();
-      }
-    } const done{unloading_, after};
+    const ScopeExit done([&] {
+      after = std::move(unloading_.back().after);
+      unloading_.pop_back();
+    });
     takeOut(form);
   }
   for (const auto& next : after) next();

@@ -5,6 +5,8 @@
 #include <memory>
 #include <string>
 
+#include "base/non_copyable.h"
+
 namespace kelvaron {
 
 struct LocalHostAnswer {
@@ -15,21 +17,15 @@ struct LocalHostAnswer {
 };
 
 /// A look-up under way; destroying it ends it, and its answer is told no more.
-class LocalHostLookUp {
+class LocalHostLookUp : NonCopyable {
  public:
-  LocalHostLookUp() = default;
-  LocalHostLookUp(const LocalHostLookUp&) = delete;
-  LocalHostLookUp& operator=(const LocalHostLookUp&) = delete;
   virtual ~LocalHostLookUp() = default;
 };
 
-class LocalHostPort {
+class LocalHostPort : NonCopyable {
  public:
   using Done = std::function<void(const LocalHostAnswer&)>;
 
-  LocalHostPort() = default;
-  LocalHostPort(const LocalHostPort&) = delete;
-  LocalHostPort& operator=(const LocalHostPort&) = delete;
   virtual ~LocalHostPort() = default;
 
   /// Looks the machine's name up, which may take the name service many seconds. Never blocks and

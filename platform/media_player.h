@@ -4,13 +4,12 @@
 #include <functional>
 #include <string>
 
+#include "base/non_copyable.h"
+
 namespace kelvaron {
 
-class MediaPlayer {
+class MediaPlayer : NonCopyable {
  public:
-  MediaPlayer() = default;
-  MediaPlayer(const MediaPlayer&) = delete;
-  MediaPlayer& operator=(const MediaPlayer&) = delete;
   virtual ~MediaPlayer() = default;
 
   /// Begins to buffer and play what the address leads to, in place of what was playing, and returns

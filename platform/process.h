@@ -4,6 +4,8 @@
 #include <functional>
 #include <string>
 
+#include "base/non_copyable.h"
+
 namespace kelvaron {
 
 /// How the started program's window should come up. Desktops that can't be told leave it to the
@@ -13,11 +15,8 @@ enum class WindowStyle {
   minimizedNoFocus = 7,
 };
 
-class ProcessPort {
+class ProcessPort : NonCopyable {
  public:
-  ProcessPort() = default;
-  ProcessPort(const ProcessPort&) = delete;
-  ProcessPort& operator=(const ProcessPort&) = delete;
   virtual ~ProcessPort() = default;
 
   /// Starts a program and returns at once. The first word of `command` is its location, in which

@@ -4,14 +4,13 @@
 #include <functional>
 #include <utility>
 
+#include "base/non_copyable.h"
+
 namespace kelvaron {
 
 /// Something with properties that a shell shows.
-class Observable {
+class Observable : NonCopyable {
  public:
-  Observable() = default;
-  Observable(const Observable&) = delete;
-  Observable& operator=(const Observable&) = delete;
   virtual ~Observable() = default;
 
   /// The one observer (the shell's widget), told after a property took another value. It reads
@@ -31,11 +30,9 @@ class Observable {
 /// A value of a control. Reading is conversion, writing is assignment; the owner is told when the
 /// value differs.
 template <class T>
-class Property {
+class Property : NonCopyable {
  public:
   Property(Observable& owner, T value) : owner_(&owner), value_(std::move(value)) {}
-  Property(const Property&) = delete;
-  Property& operator=(const Property&) = delete;
   ~Property() = default;
 
   const T& get() const { return value_; }

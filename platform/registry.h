@@ -7,6 +7,8 @@
 #include <optional>
 #include <string>
 
+#include "base/non_copyable.h"
+
 namespace kelvaron {
 
 /// A key that is open.
@@ -29,11 +31,8 @@ struct RegistryValue {
   std::string bytes;
 };
 
-class Registry {
+class Registry : NonCopyable {
  public:
-  Registry() = default;
-  Registry(const Registry&) = delete;
-  Registry& operator=(const Registry&) = delete;
   virtual ~Registry() = default;
 
   /// Opens the key of this path under `root`, levels parted by "\"; none when there is no such key.

@@ -8,17 +8,16 @@
 #include <string>
 #include <string_view>
 
+#include "base/non_copyable.h"
+
 namespace kelvaron {
 
 enum class SocketState { closed, listening, connecting, connected, peerClosing, failed };
 
 /// A TCP socket driven by the event loop. All calls and events are on the loop's thread; no event
 /// is raised from within a call. A handler may call anything, `Close` and the destructor too.
-class Socket {
+class Socket : NonCopyable {
  public:
-  Socket() = default;
-  Socket(const Socket&) = delete;
-  Socket& operator=(const Socket&) = delete;
   virtual ~Socket() = default;
 
   /// Begins to connect; the outcome comes as the event `onConnect` or `onError`.
@@ -57,8 +56,6 @@ class Socket {
   virtual std::string LocalIP() const = 0;
   /// The port bound locally; 0 before `Listen` and before a connection is there.
   virtual std::uint16_t LocalPort() const = 0;
-  /// Bytes taken by `SendData` and not yet handed to the system.
-  virtual std::size_t BytesQueued() const = 0;
 
   /// Text protocols: a tail that does not end in a line feed is held back for at most this long
   /// before it counts as arrived, counted from its first byte. Zero, the default, holds nothing
@@ -81,11 +78,8 @@ class Socket {
 };
 
 /// Makes sockets.
-class SocketPort {
+class SocketPort : NonCopyable {
  public:
-  SocketPort() = default;
-  SocketPort(const SocketPort&) = delete;
-  SocketPort& operator=(const SocketPort&) = delete;
   virtual ~SocketPort() = default;
   virtual std::unique_ptr<Socket> makeSocket() = 0;
 };

@@ -15,6 +15,7 @@
 #include <string_view>
 #include <vector>
 
+#include "base/non_copyable.h"
 #include "platform/color.h"
 
 namespace kelvaron {
@@ -33,7 +34,7 @@ struct TextStyle {
   bool operator==(const TextStyle&) const = default;
 };
 
-class StyledText {
+class StyledText : NonCopyable {
  public:
   /// Bytes of a line that are appended; what would make it longer begins another one, so that a
   /// line without an end costs no more than others.
@@ -65,8 +66,6 @@ class StyledText {
   };
 
   StyledText();
-  StyledText(const StyledText&) = delete;
-  StyledText& operator=(const StyledText&) = delete;
 
   /// Never less than 1: the last line is the one still open, empty after a line end.
   std::size_t lineCount() const;

@@ -4,7 +4,7 @@
 #include <array>
 #include <charconv>
 
-#include "platform/text.h"
+#include "base/code_page.h"
 
 namespace kelvaron {
 namespace {

@@ -3,8 +3,8 @@
 #include <charconv>
 #include <utility>
 
+#include "base/code_page.h"
 #include "platform/fault.h"
-#include "platform/text.h"
 #include "radio/asx_playlist.h"
 
 namespace kelvaron {

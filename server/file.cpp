@@ -12,6 +12,7 @@
 #include <system_error>
 #include <utility>
 
+#include "base/non_copyable.h"
 #include "server/store_error.h"
 
 namespace kelvaron::server {
@@ -21,15 +22,13 @@ namespace {
   throw StoreError(path.string() + ": " + what + ": " + std::generic_category().message(errno));
 }
 
-class Descriptor {
+class Descriptor : NonCopyable {
  public:
   Descriptor(const std::filesystem::path& path, int flags)
       : number_(::open(path.c_str(), flags | O_CLOEXEC, 0600)) {}
   ~Descriptor() {
     if (number_ >= 0) ::close(number_);
   }
-  Descriptor(const Descriptor&) = delete;
-  Descriptor& operator=(const Descriptor&) = delete;
 
   bool is_open() const { return number_ >= 0; }
   int number() const { return number_; }

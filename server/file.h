@@ -7,6 +7,8 @@
 #include <string>
 #include <string_view>
 
+#include "base/non_copyable.h"
+
 namespace kelvaron::server {
 
 /// The bytes of a file, or nothing when there is none. Throws `StoreError` when it can't be read.
@@ -19,12 +21,10 @@ void replaceFile(const std::filesystem::path& path, std::string_view bytes);
 
 /// Holds off other programs that want to change the same folder, as long as it lives; waits until
 /// they have finished. Throws `StoreError` for a folder that isn't there or can't be locked.
-class FolderLock {
+class FolderLock : NonCopyable {
  public:
   explicit FolderLock(const std::filesystem::path& folder);
   ~FolderLock();
-  FolderLock(const FolderLock&) = delete;
-  FolderLock& operator=(const FolderLock&) = delete;
 
  private:
   int number_;

@@ -28,8 +28,6 @@ class Lobby final : public ConnectionOwner {
   /// Throws `StoreError` when a file of the store can't be read.
   Lobby(asio::io_context& io, Store store, const Settings& settings, Log log);
   ~Lobby() override;
-  Lobby(const Lobby&) = delete;
-  Lobby& operator=(const Lobby&) = delete;
 
   /// Takes in a new connection, or refuses it with a notice when there are too many. When all
   /// places are taken, the oldest connection that has told no nickname gives way.

@@ -13,6 +13,7 @@
 #include <optional>
 #include <string>
 
+#include "base/non_copyable.h"
 #include "server/log.h"
 #include "server/settings.h"
 
@@ -33,14 +34,12 @@ struct Options {
 
 /// Everything happens on the thread that runs the loop, but for the store's and the hashes'
 /// workers. All functions are to be called there, or while the loop does not run.
-class Server {
+class Server : NonCopyable {
  public:
   /// Listens at once. Throws `StoreError` for the folder and `std::system_error` for the address or
   /// port.
   Server(asio::io_context& io, Options options);
   ~Server();
-  Server(const Server&) = delete;
-  Server& operator=(const Server&) = delete;
 
   /// The port that the server listens on.
   std::uint16_t port() const;

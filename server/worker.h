@@ -11,9 +11,11 @@
 #include <type_traits>
 #include <utility>
 
+#include "base/non_copyable.h"
+
 namespace kelvaron::server {
 
-class Worker {
+class Worker : NonCopyable {
  public:
   explicit Worker(asio::io_context& io) : io_(io) {}
   /// Waits for the jobs that were given, so that no ban is lost; their ends are not told.
@@ -21,8 +23,6 @@ class Worker {
     alive_.reset();
     pool_.join();
   }
-  Worker(const Worker&) = delete;
-  Worker& operator=(const Worker&) = delete;
 
   /// Runs `job()` on the worker's one thread, after the jobs before it, then
   /// `done(std::optional<Result>, std::string error)` on the loop. A job that throws has no result

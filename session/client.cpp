@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <utility>
 
+#include "base/scope_exit.h"
 #include "session/connection.h"
 #include "session/login_window.h"
 #include "session/main_window.h"
@@ -93,10 +94,7 @@ void Client::tellTrouble(const std::string& text) {
     return;
   }
   troubleOpen_ = true;
-  struct Done {
-    bool& open;
-    ~Done() { open = false; }
-  } const done{troubleOpen_};
+  const ScopeExit done([this] { troubleOpen_ = false; });
   MsgBox(text, box_style::kCritical);
   while (const int further = std::exchange(furtherTroubles_, 0)) {
     MsgBox(further == 1
@@ -130,10 +128,7 @@ void Client::arrival() {
     arrivalWaits_ = true;
     return;
   }
-  struct Done {
-    bool& handling;
-    ~Done() { handling = false; }
-  } const done{handlingArrival_};
+  const ScopeExit done([this] { handlingArrival_ = false; });
   arrivalDropped_ = false;
 
   do {

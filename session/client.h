@@ -12,6 +12,7 @@
 #include <string>
 #include <typeindex>
 
+#include "base/non_copyable.h"
 #include "platform/edge.h"
 #include "platform/form_slots.h"
 #include "platform/ports.h"
@@ -30,13 +31,11 @@ struct MainWindowSlot {
   const MainWindow* (*loaded)(const Client&);
 };
 
-class Client {
+class Client : NonCopyable {
  public:
   /// `inbound` is the table of inbound keywords. Edge and ports outlive the client.
   Client(Edge& edge, const Ports& ports, std::span<const InboundRow> inbound,
          const MainWindowSlot& mainWindow);
-  Client(const Client&) = delete;
-  Client& operator=(const Client&) = delete;
   ~Client();
 
   Edge& edge;

@@ -1,6 +1,5 @@
 #include "session/connection.h"
 
-#include "platform/text.h"
 #include "session/client.h"
 #include "session/login_window.h"
 #include "session/main_window.h"

@@ -5,7 +5,6 @@
 
 #include "build_settings.h"
 #include "platform/fault.h"
-#include "platform/text.h"
 #include "session/client.h"
 #include "session/main_window.h"
 

@@ -4,8 +4,9 @@
 #include <string_view>
 #include <utility>
 
+#include "base/scope_exit.h"
 #include "platform/fault.h"
-#include "platform/line.h"
+#include "platform/shape.h"
 
 namespace kelvaron {
 namespace {
@@ -137,10 +138,7 @@ void Resize_forms::ResizeControl(Control& control, const Form& form) {
 void Resize_forms::ResizeForm(Form& form) {
   // Moving controls can bring further sizes of the form.
   if (std::exchange(ResizeBusy, true)) return;
-  struct Done {
-    bool& busy;
-    ~Done() { busy = false; }
-  } const done{ResizeBusy};
+  const ScopeExit done([this] { ResizeBusy = false; });
   if (form.Top >= kOutOfSightTop) return;
   const bool visible = form.Visible;
   for (Control* control : form.Controls()) ResizeControl(*control, form);

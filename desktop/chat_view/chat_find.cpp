@@ -2,7 +2,7 @@
 
 #include <numeric>
 
-#include "platform/text.h"
+#include "base/code_page.h"
 
 namespace kelvaron {
 namespace {

@@ -7,7 +7,7 @@
 #include <algorithm>
 #include <cmath>
 
-#include "platform/text.h"
+#include "base/code_page.h"
 
 namespace kelvaron {
 namespace {

@@ -6,6 +6,7 @@
 #include "desktop/controls/entry_model.h"
 #include "desktop/controls/views.h"
 #include "desktop/qt_values.h"
+#include "platform/text.h"
 
 namespace kelvaron {
 namespace {

@@ -11,6 +11,7 @@
 #include <string>
 #include <utility>
 
+#include "base/non_copyable.h"
 #include "desktop/event_gate.h"
 #include "desktop/form_scale.h"
 #include "platform/controls.h"
@@ -22,11 +23,8 @@ class ControlView;
 class ListBox;
 
 /// What a control's view asks of the window that it stands in.
-class ViewHost {
+class ViewHost : NonCopyable {
  public:
-  ViewHost() = default;
-  ViewHost(const ViewHost&) = delete;
-  ViewHost& operator=(const ViewHost&) = delete;
   virtual ~ViewHost() = default;
 
   virtual EventGate& gate() = 0;
@@ -100,11 +98,9 @@ class ControlView : public QObject {
   }
 
   /// True while the view itself changes the widget: signals that this raises are no user's doing.
-  class Showing {
+  class Showing : NonCopyable {
    public:
     explicit Showing(ControlView& view) : view_(view) { ++view_.showing_; }
-    Showing(const Showing&) = delete;
-    Showing& operator=(const Showing&) = delete;
     ~Showing() { --view_.showing_; }
 
    private:

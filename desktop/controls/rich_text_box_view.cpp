@@ -1,9 +1,9 @@
 #include <cctype>
 
+#include "base/code_page.h"
 #include "desktop/chat_view/chat_view.h"
 #include "desktop/controls/views.h"
 #include "desktop/qt_values.h"
-#include "platform/text.h"
 
 namespace kelvaron {
 

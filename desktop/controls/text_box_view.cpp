@@ -7,6 +7,7 @@
 #include <limits>
 
 #include "desktop/qt_values.h"
+#include "platform/text.h"
 
 namespace kelvaron {
 namespace {

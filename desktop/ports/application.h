@@ -1,10 +1,10 @@
 // The program as a whole: one instance, its end, its event loop, pages for the browser.
 #pragma once
 
+#include "base/code_page.h"
 #include "desktop/event_gate.h"
 #include "native/instance_lock.h"
 #include "platform/ports.h"
-#include "platform/text.h"
 
 namespace kelvaron {
 

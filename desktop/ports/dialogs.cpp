@@ -19,8 +19,10 @@
 #include <memory>
 #include <optional>
 
+#include "base/scope_exit.h"
 #include "desktop/ports/file_dialog.h"
 #include "desktop/qt_values.h"
+#include "platform/text.h"
 
 namespace kelvaron {
 namespace {
@@ -224,10 +226,7 @@ bool QtDialogs::askInTurn(QDialog& box) {
     gate_.edge().throwIfEnded();
   }
   boxes_.push_back(&box);
-  struct Done {
-    std::vector<QDialog*>& boxes;
-    ~Done() { boxes.pop_back(); }
-  } const done{boxes_};
+  const ScopeExit done([this] { boxes_.pop_back(); });
   return ask(box);
 }
 

@@ -24,8 +24,6 @@ class DescriptorWatch final : public LoopWatch {
     notifier_->setEnabled(false);
     notifier_->disconnect();
   }
-  DescriptorWatch(const DescriptorWatch&) = delete;
-  DescriptorWatch& operator=(const DescriptorWatch&) = delete;
 
  private:
   std::unique_ptr<QSocketNotifier, DeleteLater> notifier_;
@@ -44,8 +42,6 @@ class TimerWatch final : public LoopWatch {
     timer_->stop();
     timer_->disconnect();
   }
-  TimerWatch(const TimerWatch&) = delete;
-  TimerWatch& operator=(const TimerWatch&) = delete;
 
  private:
   std::unique_ptr<QTimer, DeleteLater> timer_;

@@ -4,6 +4,7 @@
 #include <memory>
 #include <vector>
 
+#include "base/non_copyable.h"
 #include "desktop/ports/vlc_library.h"
 #include "native/bare_name.h"
 
@@ -13,7 +14,7 @@ namespace {
 // How often players that have finished are looked for while some play.
 constexpr std::chrono::milliseconds kLookAgain{200};
 
-class Player {
+class Player : NonCopyable {
  public:
   Player(const VlcLibrary& vlc, libvlc_instance_t* instance, const std::filesystem::path& file)
       : vlc_(&vlc) {
@@ -23,8 +24,6 @@ class Player {
     vlc.mediaRelease(media);
     if (player_ != nullptr) vlc.playerPlay(player_);
   }
-  Player(const Player&) = delete;
-  Player& operator=(const Player&) = delete;
   ~Player() {
     if (player_ == nullptr) return;
     vlc_->playerStop(player_);
@@ -43,11 +42,8 @@ class Player {
 };
 
 /// The players of one instance, made at the first sound.
-class Band {
+class Band : NonCopyable {
  public:
-  Band() = default;
-  Band(const Band&) = delete;
-  Band& operator=(const Band&) = delete;
   ~Band() {
     players_.clear();
     if (instance_ != nullptr) vlc_->release(instance_);

@@ -25,8 +25,6 @@ class WaveSounds final : public SoundPort {
   /// folders themselves. What the user's own folder has comes first.
   WaveSounds(const std::filesystem::path& own, const std::filesystem::path& installed)
       : beside_{own, installed}, sounds_{own / "sounds", installed / "sounds"} {}
-  WaveSounds(const WaveSounds&) = delete;
-  WaveSounds& operator=(const WaveSounds&) = delete;
   /// Cuts off what still plays.
   ~WaveSounds() override;
 

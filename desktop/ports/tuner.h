@@ -7,11 +7,12 @@
 #include <string>
 #include <vector>
 
+#include "base/non_copyable.h"
 #include "desktop/ports/vlc_library.h"
 
 namespace kelvaron {
 
-class Tuner {
+class Tuner : NonCopyable {
  public:
   /// How often `tick` wants to be called while `active`.
   static constexpr std::chrono::milliseconds kTick{100};
@@ -20,8 +21,6 @@ class Tuner {
 
   Tuner(VlcLibrary::Output output, std::chrono::milliseconds opening)
       : output_(output), opening_(opening) {}
-  Tuner(const Tuner&) = delete;
-  Tuner& operator=(const Tuner&) = delete;
   ~Tuner();
 
   /// Loads the library, the first time. A text for the user when nothing can be heard here.

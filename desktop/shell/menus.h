@@ -4,17 +4,16 @@
 #include <QMenuBar>
 #include <vector>
 
+#include "base/non_copyable.h"
 #include "desktop/event_gate.h"
 #include "platform/menu.h"
 
 namespace kelvaron {
 
-class Menus {
+class Menus : NonCopyable {
  public:
   /// The widgets belong to `window`. Changes of the entries show at once.
   Menus(Form& form, EventGate& gate, QWidget& window);
-  Menus(const Menus&) = delete;
-  Menus& operator=(const Menus&) = delete;
   ~Menus() { detach(); }
 
   /// Lets go of the entries, which are about to be destroyed.

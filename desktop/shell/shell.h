@@ -5,6 +5,7 @@
 #include <memory>
 #include <vector>
 
+#include "base/non_copyable.h"
 #include "desktop/event_gate.h"
 #include "desktop/shell/shown_form.h"
 
@@ -12,13 +13,11 @@ namespace kelvaron {
 
 class Client;
 
-class Shell {
+class Shell : NonCopyable {
  public:
   /// `client` and `gate` outlive the shell. Hooks the client's slots and the end at the edge, which
   /// closes all windows and leaves every event loop of the application with exit code 0.
   Shell(Client& client, EventGate& gate);
-  Shell(const Shell&) = delete;
-  Shell& operator=(const Shell&) = delete;
   ~Shell();
 
   /// How a form is shown, null when it isn't loaded.

@@ -3,16 +3,15 @@
 
 #include <QTimer>
 
+#include "base/non_copyable.h"
 #include "desktop/event_gate.h"
 #include "platform/controls.h"
 
 namespace kelvaron {
 
-class TimerView {
+class TimerView : NonCopyable {
  public:
   TimerView(Timer& timer, EventGate& gate);
-  TimerView(const TimerView&) = delete;
-  TimerView& operator=(const TimerView&) = delete;
   ~TimerView() { detach(); }
 
   /// Stops, and lets go of the timer, which is about to be destroyed.

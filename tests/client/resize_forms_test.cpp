@@ -1,8 +1,8 @@
 // The controls of a form follow its size in whole percents.
 #include "chat/resize/resize_forms.h"
 
-#include "platform/line.h"
 #include "platform/menu.h"
+#include "platform/shape.h"
 #include "tests/support/client_test.h"
 
 namespace kelvaron::testing {

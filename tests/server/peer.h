@@ -14,6 +14,7 @@
 #include <utility>
 #include <vector>
 
+#include "base/non_copyable.h"
 #include "server/server.h"
 #include "server/store.h"
 #include "tests/support/temporary_folder.h"
@@ -38,12 +39,10 @@ inline const std::string kGranted =
 /// Waits some seconds for what holds in the end; whether it did.
 bool eventually(const std::function<bool()>& holds);
 
-class RunningServer {
+class RunningServer : NonCopyable {
  public:
   explicit RunningServer(const std::filesystem::path& folder, Changes changes = {});
   ~RunningServer();
-  RunningServer(const RunningServer&) = delete;
-  RunningServer& operator=(const RunningServer&) = delete;
 
   std::uint16_t port() const { return port_; }
   void runOnLoop(const std::function<void(Server&)>& call);

@@ -11,6 +11,7 @@
 #include <fstream>
 #include <utility>
 
+#include "base/non_copyable.h"
 #include "server/file.h"
 #include "server/log_writer.h"
 #include "server/text.h"
@@ -59,7 +60,7 @@ TEST(Program, SaysWhatIsWrong) {
 }
 
 /// The program on a folder of its own, with its log in a file.
-class RunningProgram {
+class RunningProgram : NonCopyable {
  public:
   RunningProgram() {
     const std::string start = "echo $$; exec " + kProgram + " --address 127.0.0.1 --port 0" +
@@ -72,8 +73,6 @@ class RunningProgram {
   ~RunningProgram() {
     if (output_ != nullptr) end();
   }
-  RunningProgram(const RunningProgram&) = delete;
-  RunningProgram& operator=(const RunningProgram&) = delete;
 
   void signal(int number) const { ::kill(process_, number); }
   /// Its exit code, or -1 when it ended otherwise.

@@ -7,9 +7,11 @@
 #include <stdexcept>
 #include <string>
 
+#include "base/non_copyable.h"
+
 namespace kelvaron::testing {
 
-class TemporaryFolder {
+class TemporaryFolder : NonCopyable {
  public:
   TemporaryFolder() {
     std::string name = (std::filesystem::temp_directory_path() / "kelvaron-XXXXXX").string();
@@ -17,8 +19,6 @@ class TemporaryFolder {
     path_ = name;
   }
   ~TemporaryFolder() { std::filesystem::remove_all(path_); }
-  TemporaryFolder(const TemporaryFolder&) = delete;
-  TemporaryFolder& operator=(const TemporaryFolder&) = delete;
   const std::filesystem::path& path() const { return path_; }
 
  private:

@@ -2,8 +2,7 @@
 //
 //   kelvaron_shots FOLDER [POINTS]   with text of so many points, the desktop's own unless told
 //   kelvaron_shots --check           no pictures: whether every caption fits its control at 9, 11,
-//   14
-//                                    and 18 points
+//                                    14 and 18 points
 //
 // QT_SCALE_FACTOR and the like of the toolkit tell the scaling.
 #include <QApplication>
