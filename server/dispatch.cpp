@@ -13,68 +13,69 @@ constexpr std::string_view kLogin = "Name";
 constexpr double kTagPrice = 5;
 constexpr std::size_t kBytesOfAPrice = 1024;
 
-struct Entry {
+struct Keyword {
   std::string_view keyword;
-  std::size_t leastFields;  // the keyword counted in
+  std::size_t leastFields = 1;  // the keyword counted in
   void (*handler)(Lobby&, Client&, const Fields&);
   Phase phase = Phase::member;  // the one in which the line means something
   double price = 1;
 };
 
-// clang-format off
-//                               keyword      target  first  last  sender  asked  plain
-constexpr Passing kAccept =     {"XCEPT",          1,     2,    2,      2, false, true};
-constexpr Passing kDecline =    {"DECLINE",        1,     2,    2,      2, false, true};
-constexpr Passing kStart =      {"START",          1,     1,    0,      0, false};
-constexpr Passing kAskProfile = {"GETPROFILE2",    1,     2,    2,      2, true};
-constexpr Passing kProfile =    {"PROFILE",        1,     2,   14,      2, false};
-constexpr Passing kPing =       {"PING",           1,     2,    2,      2, true};
-constexpr Passing kPingAnswer = {"THEPING",        3,     1,    2,      2, false};
-constexpr Passing kAskJoin =    {"GETUSERIP",      1,     2,    2,      2, true};
-constexpr Passing kJoinAnswer = {"OKUSERIP",       1,     2,    2,      0, false};
-constexpr Passing kAskFile =    {"GETIPFT",        1,     2,    2,      2, true};
-constexpr Passing kFileAnswer = {"RETURNFT",       1,     2,    2,      0, false};
-// clang-format on
+constexpr Passing kAccept = {.keyword = "XCEPT", .first = 2, .last = 2, .sender = 2, .plain = true};
+constexpr Passing kDecline = {
+    .keyword = "DECLINE", .first = 2, .last = 2, .sender = 2, .plain = true};
+constexpr Passing kStart = {.keyword = "START"};
+constexpr Passing kAskProfile = {
+    .keyword = "GETPROFILE2", .first = 2, .last = 2, .sender = 2, .asked = true};
+constexpr Passing kProfile = {.keyword = "PROFILE", .first = 2, .last = 14, .sender = 2};
+constexpr Passing kPing = {.keyword = "PING", .first = 2, .last = 2, .sender = 2, .asked = true};
+constexpr Passing kPingAnswer = {
+    .keyword = "THEPING", .target = 3, .first = 1, .last = 2, .sender = 2};
+constexpr Passing kAskJoin = {
+    .keyword = "GETUSERIP", .first = 2, .last = 2, .sender = 2, .asked = true};
+constexpr Passing kJoinAnswer = {.keyword = "OKUSERIP", .first = 2, .last = 2};
+constexpr Passing kAskFile = {
+    .keyword = "GETIPFT", .first = 2, .last = 2, .sender = 2, .asked = true};
+constexpr Passing kFileAnswer = {.keyword = "RETURNFT", .first = 2, .last = 2};
 
-constexpr std::array kEntries = {
-    Entry{kLogin, 2, logIn, Phase::greeting},
-    Entry{"MOTD", 1, messageOfTheDay},
-    Entry{"ACTION", 2, act},
-    Entry{"Message", 3, say},
-    Entry{"PM", 3, privateMessage},
-    Entry{"SOUND", 2, playSound},
-    Entry{"[AW]", 1, goAway, Phase::member, kTagPrice},
-    Entry{"[CS]", 1, startHosting, Phase::member, kTagPrice},
-    Entry{"RETURNCS", 1, comeBack, Phase::member, kTagPrice},
-    Entry{"GAME", 9, offerGame},
-    Entry{"XCEPT", 3, passRow<kAccept>},
-    Entry{"DECLINE", 3, passRow<kDecline>},
-    Entry{"START", 2, passRow<kStart>},
-    Entry{"INGAME", 1, startGame, Phase::member, kTagPrice},
-    Entry{"RETURN", 1, endGame, Phase::member, kTagPrice},
-    Entry{"USERIP", 3, passRow<kAskJoin>},
-    Entry{"OKRETURNIP", 3, passRow<kJoinAnswer>},
-    Entry{"GETPROFILE2", 3, passRow<kAskProfile>},
-    Entry{"PROFILE", 15, passRow<kProfile>},
-    Entry{"PROFILE2", 15, passRow<kProfile>},
-    Entry{"PINGUSER", 3, passRow<kPing>},
-    Entry{"RETURNPING", 4, passRow<kPingAnswer>},
-    Entry{"GETIPFT", 3, passRow<kAskFile>},
-    Entry{"OKUSERFT", 3, passRow<kFileAnswer>},
-    Entry{"RequestOP", 4, requestStatus},
-    Entry{"KICK", 2, kick},
-    Entry{"BAN", 2, ban},
-    Entry{"GETIP", 2, getAddress},
-    Entry{"MSG", 2, messageToAll},
-    Entry{"THEKICK", 5, kickWithProof},
-    Entry{"IP", 2, tellAddress},
-    Entry{"IPBAN", 2, tellBannedAddress, Phase::leaving},
-};
+constexpr auto kKeywords = std::to_array<Keyword>({
+    {.keyword = kLogin, .leastFields = 2, .handler = logIn, .phase = Phase::greeting},
+    {.keyword = "MOTD", .handler = messageOfTheDay},
+    {.keyword = "ACTION", .leastFields = 2, .handler = act},
+    {.keyword = "Message", .leastFields = 3, .handler = say},
+    {.keyword = "PM", .leastFields = 3, .handler = privateMessage},
+    {.keyword = "SOUND", .leastFields = 2, .handler = playSound},
+    {.keyword = "[AW]", .handler = goAway, .price = kTagPrice},
+    {.keyword = "[CS]", .handler = startHosting, .price = kTagPrice},
+    {.keyword = "RETURNCS", .handler = comeBack, .price = kTagPrice},
+    {.keyword = "GAME", .leastFields = 9, .handler = offerGame},
+    {.keyword = "XCEPT", .leastFields = 3, .handler = passRow<kAccept>},
+    {.keyword = "DECLINE", .leastFields = 3, .handler = passRow<kDecline>},
+    {.keyword = "START", .leastFields = 2, .handler = passRow<kStart>},
+    {.keyword = "INGAME", .handler = startGame, .price = kTagPrice},
+    {.keyword = "RETURN", .handler = endGame, .price = kTagPrice},
+    {.keyword = "USERIP", .leastFields = 3, .handler = passRow<kAskJoin>},
+    {.keyword = "OKRETURNIP", .leastFields = 3, .handler = passRow<kJoinAnswer>},
+    {.keyword = "GETPROFILE2", .leastFields = 3, .handler = passRow<kAskProfile>},
+    {.keyword = "PROFILE", .leastFields = 15, .handler = passRow<kProfile>},
+    {.keyword = "PROFILE2", .leastFields = 15, .handler = passRow<kProfile>},
+    {.keyword = "PINGUSER", .leastFields = 3, .handler = passRow<kPing>},
+    {.keyword = "RETURNPING", .leastFields = 4, .handler = passRow<kPingAnswer>},
+    {.keyword = "GETIPFT", .leastFields = 3, .handler = passRow<kAskFile>},
+    {.keyword = "OKUSERFT", .leastFields = 3, .handler = passRow<kFileAnswer>},
+    {.keyword = "RequestOP", .leastFields = 4, .handler = requestStatus},
+    {.keyword = "KICK", .leastFields = 2, .handler = kick},
+    {.keyword = "BAN", .leastFields = 2, .handler = ban},
+    {.keyword = "GETIP", .leastFields = 2, .handler = getAddress},
+    {.keyword = "MSG", .leastFields = 2, .handler = messageToAll},
+    {.keyword = "THEKICK", .leastFields = 5, .handler = kickWithProof},
+    {.keyword = "IP", .leastFields = 2, .handler = tellAddress},
+    {.keyword = "IPBAN", .leastFields = 2, .handler = tellBannedAddress, .phase = Phase::leaving},
+});
 
-const Entry* find(std::string_view keyword) {
-  const auto* entry = std::find_if(kEntries.begin(), kEntries.end(),
-                                   [&](const Entry& each) { return each.keyword == keyword; });
-  return entry == kEntries.end() ? nullptr : entry;
+const Keyword* find(std::string_view keyword) {
+  const auto* found = std::ranges::find(kKeywords, keyword, &Keyword::keyword);
+  return found == kKeywords.end() ? nullptr : found;
 }
 
 std::string_view keywordOf(std::string_view line) { return line.substr(0, line.find('\t')); }
@@ -84,14 +85,14 @@ std::string_view keywordOf(std::string_view line) { return line.substr(0, line.f
 bool isLogin(std::string_view line) { return keywordOf(line) == kLogin; }
 
 double priceOf(std::string_view line) {
-  const Entry* entry = find(keywordOf(line));
+  const Keyword* entry = find(keywordOf(line));
   const std::size_t more = line.size() / kBytesOfAPrice;
   return (entry == nullptr ? 1 : entry->price) + static_cast<double>(more);
 }
 
 void dispatch(Lobby& lobby, Client& client, std::string_view line) {
   const Fields fields = split(line);
-  const Entry* entry = find(fields[0]);
+  const Keyword* entry = find(fields[0]);
   if (entry == nullptr || fields.size() < entry->leastFields) return;
   if (client.phase == entry->phase) entry->handler(lobby, client, fields);
 }

@@ -25,11 +25,11 @@ void comeBack(Lobby& lobby, Client& client, const Fields& fields);
 /// How a line goes from one user to another: who gets it and what of it.
 struct Passing {
   std::string_view keyword;  // that the receiver reads
-  std::size_t target;        // the field that names the receiver
-  std::size_t first;         // the fields that the receiver gets, from this one ...
-  std::size_t last;          // ... to this one; none when it is less
-  std::size_t sender;        // the field that names the sender, 0 for none
-  bool asked;                // a user waits for it, so a receiver who is not there is told
+  std::size_t target = 1;    // the field that names the receiver
+  std::size_t first = 1;     // the fields that the receiver gets, from this one ...
+  std::size_t last = 0;      // ... to this one; none when it is less
+  std::size_t sender = 0;    // the field that names the sender, 0 for none
+  bool asked = false;        // a user waits for it, so a receiver who is not there is told
   bool plain = false;        // without the mark: a host looks the guest up in its list
 };
 

@@ -11,7 +11,7 @@
 namespace kelvaron::server {
 namespace {
 
-struct Entry {
+struct Setting {
   std::string_view key;
   long Settings::*value;
   long least;
@@ -21,54 +21,51 @@ struct Entry {
 
 constexpr long kDay = 86'400'000;
 
-constexpr std::array kEntries = {
-    Entry{"login_timeout_ms", &Settings::loginTimeoutMs, 10, kDay,
-          "a connection that has told no nickname by then is closed"},
-    Entry{"leave_grace_ms", &Settings::leaveGraceMs, 0, kDay,
-          "how long a refused, kicked or banned client may take to close by itself"},
-    Entry{"stall_timeout_ms", &Settings::stallTimeoutMs, 10, kDay,
-          "a client that takes none of what waits for it this long is dropped"},
-    Entry{"address_answer_ms", &Settings::addressAnswerMs, 0, kDay,
-          "how long a moderator waits for a client to tell its address"},
-    Entry{"list_delay_ms", &Settings::listDelayMs, 0, 60'000,
-          "changes of the user list within this time go out as one list"},
-    Entry{"accept_pause_ms", &Settings::acceptPauseMs, 1, 60'000,
-          "pause before the next try when the system gives no more connections"},
-    Entry{"line_limit", &Settings::lineLimit, 256, 16'777'216,
-          "bytes in a line from a client; a longer one drops the client"},
-    Entry{"queue_limit", &Settings::queueLimit, 4'096, 1'073'741'824,
-          "bytes that may wait for a client that doesn't read, with what keeping them costs (user "
-          "lists don't count)"},
-    Entry{
-        "burst_lines", &Settings::burstLines, 1, 1'000'000,
-        "lines that may come from one address at once before it is slowed down; a long line counts "
-        "once more for each KiB, a change of one's state four times more"},
-    Entry{"lines_per_second", &Settings::linesPerSecond, 1, 1'000'000,
-          "lines a second that may come from one address from then on"},
-    Entry{"burst_logins", &Settings::burstLogins, 1, 1'000'000,
-          "logins from one address at once before they have to wait"},
-    Entry{"logins_per_minute", &Settings::loginsPerMinute, 1, 1'000'000,
-          "logins a minute from one address from then on"},
-    Entry{
-        "local_times", &Settings::localTimes, 1, 1'000'000,
-        "this machine's own addresses may send and log in so many times as much in all, as a "
-        "tunnel's clients all come from there; each of their connections has what an address has"},
-    Entry{
-        "list_bytes_per_second", &Settings::listBytesPerSecond, 1'024, 1'073'741'824,
-        "bytes of user lists a second for each client; changes are gathered while they are spent"},
-    Entry{"connections", &Settings::connections, 1, 1'000'000, "connections in all"},
-    Entry{"connections_per_address", &Settings::connectionsPerAddress, 1, 1'000'000,
-          "connections from one address; this machine's own addresses have no such limit"},
-    Entry{"proofs_per_connection", &Settings::proofsPerConnection, 1, 1'000,
-          "wrong passwords of a moderator on one connection; more are not looked at"},
-    Entry{"proofs_per_address", &Settings::proofsPerAddress, 1, 1'000'000,
-          "wrong passwords of a moderator from one address within ten minutes"},
-    Entry{"proofs_per_account", &Settings::proofsPerAccount, 1, 1'000'000,
-          "wrong passwords for one moderator within ten minutes; from then on each address has one "
-          "try"},
-    Entry{"moderator_proof_ms", &Settings::moderatorProofMs, 0, kDay,
-          "how long a moderator's nickname may be used without the password; 0: for ever"},
-};
+constexpr auto kAllSettings = std::to_array<Setting>({
+    {"login_timeout_ms", &Settings::loginTimeoutMs, 10, kDay,
+     "a connection that has told no nickname by then is closed"},
+    {"leave_grace_ms", &Settings::leaveGraceMs, 0, kDay,
+     "how long a refused, kicked or banned client may take to close by itself"},
+    {"stall_timeout_ms", &Settings::stallTimeoutMs, 10, kDay,
+     "a client that takes none of what waits for it this long is dropped"},
+    {"address_answer_ms", &Settings::addressAnswerMs, 0, kDay,
+     "how long a moderator waits for a client to tell its address"},
+    {"list_delay_ms", &Settings::listDelayMs, 0, 60'000,
+     "changes of the user list within this time go out as one list"},
+    {"accept_pause_ms", &Settings::acceptPauseMs, 1, 60'000,
+     "pause before the next try when the system gives no more connections"},
+    {"line_limit", &Settings::lineLimit, 256, 16'777'216,
+     "bytes in a line from a client; a longer one drops the client"},
+    {"queue_limit", &Settings::queueLimit, 4'096, 1'073'741'824,
+     "bytes that may wait for a client that doesn't read, with what keeping them costs (user "
+     "lists don't count)"},
+    {"burst_lines", &Settings::burstLines, 1, 1'000'000,
+     "lines that may come from one address at once before it is slowed down; a long line counts "
+     "once more for each KiB, a change of one's state four times more"},
+    {"lines_per_second", &Settings::linesPerSecond, 1, 1'000'000,
+     "lines a second that may come from one address from then on"},
+    {"burst_logins", &Settings::burstLogins, 1, 1'000'000,
+     "logins from one address at once before they have to wait"},
+    {"logins_per_minute", &Settings::loginsPerMinute, 1, 1'000'000,
+     "logins a minute from one address from then on"},
+    {"local_times", &Settings::localTimes, 1, 1'000'000,
+     "this machine's own addresses may send and log in so many times as much in all, as a "
+     "tunnel's clients all come from there; each of their connections has what an address has"},
+    {"list_bytes_per_second", &Settings::listBytesPerSecond, 1'024, 1'073'741'824,
+     "bytes of user lists a second for each client; changes are gathered while they are spent"},
+    {"connections", &Settings::connections, 1, 1'000'000, "connections in all"},
+    {"connections_per_address", &Settings::connectionsPerAddress, 1, 1'000'000,
+     "connections from one address; this machine's own addresses have no such limit"},
+    {"proofs_per_connection", &Settings::proofsPerConnection, 1, 1'000,
+     "wrong passwords of a moderator on one connection; more are not looked at"},
+    {"proofs_per_address", &Settings::proofsPerAddress, 1, 1'000'000,
+     "wrong passwords of a moderator from one address within ten minutes"},
+    {"proofs_per_account", &Settings::proofsPerAccount, 1, 1'000'000,
+     "wrong passwords for one moderator within ten minutes; from then on each address has one "
+     "try"},
+    {"moderator_proof_ms", &Settings::moderatorProofMs, 0, kDay,
+     "how long a moderator's nickname may be used without the password; 0: for ever"},
+});
 
 void readEntry(std::string_view line, std::size_t number, Settings& settings) {
   const std::size_t equals = line.find('=');
@@ -77,9 +74,8 @@ void readEntry(std::string_view line, std::size_t number, Settings& settings) {
   }
   const std::string_view key = trimmed(line.substr(0, equals));
   const std::string_view digits = trimmed(line.substr(equals + 1));
-  const auto* entry = std::find_if(kEntries.begin(), kEntries.end(),
-                                   [&](const Entry& each) { return each.key == key; });
-  if (entry == kEntries.end()) {
+  const auto* entry = std::ranges::find(kAllSettings, key, &Setting::key);
+  if (entry == kAllSettings.end()) {
     throw StoreError("settings", number, "there is no setting \"" + std::string(key) + "\"");
   }
   long value = 0;
@@ -110,7 +106,7 @@ Settings parseSettings(std::string_view text) {
 std::string defaultSettingsText() {
   const Settings defaults;
   std::string text = "# Limits and time-outs of the Kelvaron server. Times are in milliseconds.\n";
-  for (const Entry& entry : kEntries) {
+  for (const Setting& entry : kAllSettings) {
     text += "\n# ";
     text += entry.comment;
     text += '\n';
