@@ -13,6 +13,7 @@
 #include <span>
 #include <utility>
 
+#include "server/address.h"
 #include "server/text.h"
 
 namespace kelvaron::server {
@@ -30,19 +31,31 @@ constexpr int kIdleSeconds = 30;
 constexpr int kProbeSeconds = 10;
 constexpr int kProbes = 3;
 
-template <int Name>
-using TcpNumber = asio::detail::socket_option::integer<IPPROTO_TCP, Name>;
-
-std::string addressOf(const asio::ip::tcp::socket& socket) {
-  std::error_code error;
-  const auto endpoint = socket.remote_endpoint(error);
-  if (error) return "unknown";
-  const asio::ip::address address = endpoint.address();
-  if (address.is_v6() && address.to_v6().is_v4_mapped()) {
-    return asio::ip::make_address_v4(asio::ip::v4_mapped, address.to_v6()).to_string();
+/// A numeric option of TCP that Asio has no name for.
+class TcpOption {
+ public:
+  TcpOption(int name, int value) : name_(name), value_(value) {}
+  template <class Protocol>
+  int level(const Protocol& /*tcp*/) const {
+    return IPPROTO_TCP;
   }
-  return address.to_string();
-}
+  template <class Protocol>
+  int name(const Protocol& /*tcp*/) const {
+    return name_;
+  }
+  template <class Protocol>
+  const void* data(const Protocol& /*tcp*/) const {
+    return &value_;
+  }
+  template <class Protocol>
+  std::size_t size(const Protocol& /*tcp*/) const {
+    return sizeof value_;
+  }
+
+ private:
+  int name_;
+  int value_;
+};
 
 // Options make a connection better, none is needed: a system that refuses one still serves.
 void tune(asio::ip::tcp::socket& socket) {
@@ -50,10 +63,10 @@ void tune(asio::ip::tcp::socket& socket) {
   socket.set_option(asio::ip::tcp::no_delay(true), ignored);
   socket.set_option(asio::socket_base::send_buffer_size(kSendBuffer), ignored);
   socket.set_option(asio::socket_base::keep_alive(true), ignored);
-  socket.set_option(TcpNumber<TCP_KEEPIDLE>(kIdleSeconds), ignored);
-  socket.set_option(TcpNumber<TCP_KEEPINTVL>(kProbeSeconds), ignored);
-  socket.set_option(TcpNumber<TCP_KEEPCNT>(kProbes), ignored);
-  socket.set_option(TcpNumber<TCP_USER_TIMEOUT>((kIdleSeconds + kProbeSeconds * kProbes) * 1000),
+  socket.set_option(TcpOption(TCP_KEEPIDLE, kIdleSeconds), ignored);
+  socket.set_option(TcpOption(TCP_KEEPINTVL, kProbeSeconds), ignored);
+  socket.set_option(TcpOption(TCP_KEEPCNT, kProbes), ignored);
+  socket.set_option(TcpOption(TCP_USER_TIMEOUT, (kIdleSeconds + kProbeSeconds * kProbes) * 1000),
                     ignored);
 }
 
@@ -66,7 +79,7 @@ Connection::Connection(asio::ip::tcp::socket socket, std::uint64_t id, const Set
       id_(id),
       settings_(settings),
       owner_(&owner),
-      address_(addressOf(socket_)),
+      address_(remoteAddress(socket_)),
       progressAt_(Clock::now()) {}
 
 void Connection::start() {

@@ -4,15 +4,14 @@
 
 #include <asio/ip/tcp.hpp>
 #include <asio/steady_timer.hpp>
-#include <chrono>
 #include <cstdint>
 #include <deque>
 #include <memory>
 #include <string>
 #include <string_view>
 
+#include "server/clock.h"
 #include "server/settings.h"
-#include "server/source.h"
 
 namespace kelvaron::server {
 

@@ -284,15 +284,10 @@ void Lobby::onUnsent(std::shared_ptr<Connection> connection) {
   unsent_.push_back(std::move(connection));
   if (unsent_.size() > 1) return;
   if (Clock::now() >= gatherUntil_) {
-    asio::post(io_, [this, alive = std::weak_ptr(alive_)] {
-      if (!alive.expired()) flushUnsent();
-    });
-    return;
+    return asio::post(io_, alive_.guard([this] { flushUnsent(); }));
   }
   gatherTimer_.expires_at(gatherUntil_);
-  gatherTimer_.async_wait([this, alive = std::weak_ptr(alive_)](std::error_code /*ignored*/) {
-    if (!alive.expired()) flushUnsent();
-  });
+  gatherTimer_.async_wait(alive_.guard([this](std::error_code /*ignored*/) { flushUnsent(); }));
 }
 
 void Lobby::flushUnsent() {

@@ -13,6 +13,7 @@
 #include <unordered_map>
 #include <vector>
 
+#include "base/liveness.h"
 #include "server/client.h"
 #include "server/log.h"
 #include "server/proofs.h"
@@ -110,7 +111,7 @@ class Lobby final : public ConnectionOwner {
   std::vector<std::shared_ptr<Connection>> unsent_;
   asio::steady_timer gatherTimer_;
   Clock::time_point gatherUntil_{};
-  std::shared_ptr<bool> alive_ = std::make_shared<bool>(true);
+  Liveness alive_;
   Sources sources_;
   Room room_;
   Records records_;

@@ -73,10 +73,9 @@ void prove(Lobby& lobby, Client& client, std::string_view email, std::string_vie
         return lobby.refuse(*still, "Your request can't be checked at the moment.");
     }
   };
-  client.proofRunning =
-      lobby.proofs().ask({client.nick, std::string(trimmed(email)), std::string(password),
-                          sourceName(client.connection->address()), client.source},
-                         lobby.records().moderator(client.nick), done);
+  client.proofRunning = lobby.proofs().ask({client.nick, std::string(trimmed(email)),
+                                            std::string(password), client.connection->address()},
+                                           lobby.records().moderator(client.nick), done);
   if (!client.proofRunning) tooMany(client);
 }
 

@@ -4,16 +4,14 @@
 
 #include <asio/io_context.hpp>
 #include <functional>
-#include <map>
-#include <memory>
-#include <set>
 #include <string>
-#include <string_view>
 #include <vector>
 
-#include "server/source.h"
+#include "server/clock.h"
+#include "server/settings.h"
 #include "server/store.h"
 #include "server/worker.h"
+#include "server/wrong_proofs.h"
 
 namespace kelvaron::server {
 
@@ -23,8 +21,7 @@ class Proofs {
     std::string nick;
     std::string email;
     std::string password;
-    std::string sourceName;
-    std::shared_ptr<Source> source;
+    std::string address;
   };
   enum class Outcome { right, wrong, tooMany, failed };
   /// The error says why the outcome is `failed`.
@@ -36,35 +33,30 @@ class Proofs {
   /// takes as long). False, and `done` isn't called, when it isn't looked at: after many wrong ones
   /// from its address, after many wrong ones for the account of which one came from there (the
   /// settings have the numbers), or with too many waiting (256, or 2 of its address). `done` is
-  /// called on the loop; a wrong proof counts whoever is still there.
+  /// called on the loop; a wrong proof counts whoever is still there. An address of IPv6 is its
+  /// network of 64 bits.
   bool ask(Proof proof, const Moderator* moderator, Done done);
-  /// Forgets wrong proofs of more than ten minutes ago. Called every so often.
-  void sweep(Clock::time_point now);
+  /// Forgets wrong proofs of ten minutes ago. Called every so often.
+  void sweep(Clock::time_point now) { wrong_.forget(now); }
 
  private:
   struct Waiting {
     Proof proof;
+    std::string source;  // its address, or the network of that
     Moderator moderator;
     bool registered;
     Done done;
     /// The lowest goes first: wrong ones of its address, and others of that address before it.
     long rank;
   };
-  struct Account {
-    long failed = 0;
-    std::set<std::string> failedFrom;
-    Clock::time_point forgottenAt{};
-  };
-
-  bool isLookedAt(const Proof& proof) const;
+  bool isLookedAt(const std::string& source, const std::string& account) const;
   bool makeRoom(long rank);
   void next();
-  void countWrong(const Waiting& waiting);
 
   const Settings& settings_;
   std::vector<Waiting> waiting_;  // in the order of asking
   bool running_ = false;
-  std::map<std::string, Account> accounts_;  // of registered moderators, by folded nickname
+  WrongProofs wrong_;
   Worker worker_;
 };
 

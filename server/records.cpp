@@ -2,6 +2,7 @@
 #include "server/records.h"
 
 #include <algorithm>
+#include <optional>
 #include <utility>
 
 #include "server/text.h"
@@ -9,7 +10,7 @@
 namespace kelvaron::server {
 namespace {
 
-constexpr std::chrono::seconds kBetweenLooks(1);
+constexpr std::chrono::milliseconds kBetweenLooks(500);
 constexpr std::chrono::seconds kStoreAgain(10);
 
 bool sameNick(std::string_view one, std::string_view other) { return fold(one) == fold(other); }
@@ -18,26 +19,32 @@ bool sameNick(std::string_view one, std::string_view other) { return fold(one) =
 
 Records::Records(asio::io_context& io, Store store, Log log)
     : store_(std::move(store)), log_(std::move(log)), worker_(io) {
-  take(read(store_));
+  take(readFixed(store_));
+  take(readLists(store_));
 }
 
-Records::Files Records::read(const Store& store) {
-  // The stamp first: what changes meanwhile is seen as a change later.
-  const Store::Stamp stamp = store.stamp();
-  return {store.reserved(), store.moderators(), store.bans(),
-          store.motd(),     store.settings(),   stamp};
+Records::Fixed Records::readFixed(const Store& store) {
+  return {.reserved = store.reserved(), .motd = store.motd(), .settings = store.settings()};
 }
 
-void Records::take(Files files) {
-  reserved_ = std::move(files.reserved);
+// The stamp first: what changes meanwhile is seen as a change later.
+Records::Lists Records::readLists(const Store& store) {
+  return {.stamp = store.stamp(), .moderators = store.moderators(), .bans = store.bans()};
+}
+
+void Records::take(Fixed fixed) {
+  reserved_ = std::move(fixed.reserved);
+  motd_ = std::move(fixed.motd);
+}
+
+void Records::take(Lists lists) {
+  stamp_ = lists.stamp;
   moderators_.clear();
-  for (Moderator& each : files.moderators) moderators_[fold(each.nick)] = std::move(each);
-  bans_ = std::move(files.bans);
+  for (Moderator& each : lists.moderators) moderators_[fold(each.nick)] = std::move(each);
+  bans_ = std::move(lists.bans);
   for (const Ban& ban : unstored_) {
-    if (std::find(bans_.begin(), bans_.end(), ban) == bans_.end()) bans_.push_back(ban);
+    if (std::ranges::find(bans_, ban) == bans_.end()) bans_.push_back(ban);
   }
-  motd_ = std::move(files.motd);
-  stamp_ = files.stamp;
 }
 
 bool Records::isReserved(std::string_view nick) const {
@@ -65,12 +72,9 @@ void Records::addBan(const Ban& ban, std::function<void()> failed) {
 void Records::storeBans() {
   if (storing_ || unstored_.empty()) return;
   storing_ = true;
-  const auto job = [store = store_, bans = unstored_] {
-    store.addBans(bans);
-    return true;
-  };
-  worker_.run(job, [this, count = static_cast<std::ptrdiff_t>(unstored_.size()), told = failed_](
-                       std::optional<bool> /*stored*/, const std::string& error) {
+  const auto job = [store = store_, bans = unstored_] { store.addBans(bans); };
+  worker_.run(job, [this, count = static_cast<std::ptrdiff_t>(unstored_.size()),
+                    told = failed_](const std::string& error) {
     storing_ = false;
     failed_.erase(failed_.begin(), failed_.begin() + static_cast<std::ptrdiff_t>(told.size()));
     if (error.empty()) {
@@ -88,24 +92,22 @@ void Records::noteToldAddress(std::string_view nick, std::string_view told) {
   for (Ban& ban : unstored_) {
     if (sameNick(ban.nick, nick)) ban.told = told;
   }
-  const auto job = [store = store_, whose = std::string(nick), address = std::string(told)] {
-    store.noteToldAddress(whose, address);
-    return true;
-  };
-  worker_.run(job, [this](std::optional<bool> /*noted*/, const std::string& error) {
-    if (!error.empty()) log_(error);
-  });
+  worker_.run([store = store_, whose = std::string(nick),
+               address = std::string(told)] { store.noteToldAddress(whose, address); },
+              [this](const std::string& error) {
+                if (!error.empty()) log_(error);
+              });
 }
 
 void Records::reload(std::function<void(const Settings&)> taken) {
-  worker_.run(
-      [store = store_] { return read(store); },
-      [this, taken = std::move(taken)](std::optional<Files> files, const std::string& error) {
-        if (!files) return log_("not read anew: " + error);
-        taken(files->settings);
-        take(std::move(*files));
-        log_("the files of the folder are read anew");
-      });
+  const auto job = [store = store_] { return std::pair(readFixed(store), readLists(store)); };
+  worker_.run(job, [this, taken = std::move(taken)](auto files, const std::string& error) {
+    if (!files) return log_("not read anew: " + error);
+    taken(files->first.settings);
+    take(std::move(files->first));
+    take(std::move(files->second));
+    log_("the files of the folder are read anew");
+  });
 }
 
 void Records::sweep(Clock::time_point now) {
@@ -120,39 +122,28 @@ void Records::sweep(Clock::time_point now) {
 // waits for its HUP.
 void Records::watch() {
   if (std::exchange(watching_, true)) return;
-  struct Changed {
+  struct Look {
     Store::Stamp stamp;
-    std::vector<Moderator> moderators;
-    std::vector<Ban> bans;
-    std::string problem;
+    std::optional<Lists> lists;  // when they have changed and can be read
+    std::string problem{};
   };
-  const auto job = [store = store_, known = stamp_]() -> std::optional<Changed> {
-    Changed changed{store.stamp(), {}, {}, {}};
-    if (changed.stamp == known) return std::nullopt;
+  const auto job = [store = store_, known = stamp_] {
+    Look look{store.stamp(), {}};
+    if (look.stamp == known) return look;
     try {
-      changed.moderators = store.moderators();
-      changed.bans = store.bans();
+      look.lists = readLists(store);
     } catch (const StoreError& error) {
-      changed.problem = error.what();
+      look.problem = error.what();
     }
-    return changed;
+    return look;
   };
-  worker_.run(job, [this](std::optional<std::optional<Changed>> done, const std::string& error) {
+  worker_.run(job, [this](std::optional<Look> look, const std::string& error) {
     watching_ = false;
-    if (!error.empty()) return log_(error);
-    if (!done || !*done) return;
-    Changed& changed = **done;
-    if (changed.problem.empty()) {
-      take({reserved_,
-            std::move(changed.moderators),
-            std::move(changed.bans),
-            motd_,
-            {},
-            changed.stamp});
-    } else {
-      stamp_ = changed.stamp;
-      log_("not read anew: " + changed.problem);
-    }
+    if (!look) return log_(error);
+    if (look->lists) return take(std::move(*look->lists));
+    if (look->problem.empty()) return;
+    stamp_ = look->stamp;
+    log_("not read anew: " + look->problem);
   });
 }
 

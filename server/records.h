@@ -10,8 +10,8 @@
 #include <string_view>
 #include <vector>
 
+#include "server/clock.h"
 #include "server/log.h"
-#include "server/source.h"
 #include "server/store.h"
 #include "server/worker.h"
 
@@ -38,22 +38,28 @@ class Records {
   /// Reads all anew; the settings go to `taken`. A file that can't be read is told to the log, and
   /// all stay as they were.
   void reload(std::function<void(const Settings&)> taken);
-  /// Looks once a second whether another program has changed moderators or bans, and stores what
+  /// Looks twice a second whether another program has changed moderators or bans, and stores what
   /// couldn't be. Called every so often.
   void sweep(Clock::time_point now);
 
  private:
-  struct Files {
+  /// What is read at the start and when asked for.
+  struct Fixed {
     std::vector<std::string> reserved;
-    std::vector<Moderator> moderators;
-    std::vector<Ban> bans;
     std::string motd;
     Settings settings;
+  };
+  /// What commands change while the server runs.
+  struct Lists {
     Store::Stamp stamp;
+    std::vector<Moderator> moderators;
+    std::vector<Ban> bans;
   };
 
-  static Files read(const Store& store);
-  void take(Files files);
+  static Fixed readFixed(const Store& store);
+  static Lists readLists(const Store& store);
+  void take(Fixed fixed);
+  void take(Lists lists);
   void watch();
   void storeBans();
 

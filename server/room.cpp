@@ -61,8 +61,8 @@ void Room::setTimer(Clock::duration time) {
   if (timerSet_) return;
   timerSet_ = true;
   timer_.expires_after(time);
-  timer_.async_wait([this, alive = std::weak_ptr(alive_)](std::error_code error) {
-    if (error || alive.expired()) return;
+  timer_.async_wait(alive_.guard([this](std::error_code error) {
+    if (error) return;
     timerSet_ = false;
     sendAnnouncements();
     if (!listDue_) return;
@@ -71,7 +71,7 @@ void Room::setTimer(Clock::duration time) {
       return setTimer(std::min<Clock::duration>(nextList_ - now, gatherTime()));
     }
     sendList();
-  });
+  }));
 }
 
 void Room::sendList() {

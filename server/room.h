@@ -7,6 +7,7 @@
 #include <string>
 #include <string_view>
 
+#include "base/liveness.h"
 #include "server/client.h"
 #include "server/statistics.h"
 
@@ -52,7 +53,7 @@ class Room {
   Clock::time_point nextList_{};
   const Settings& settings_;
   Statistics& statistics_;
-  std::shared_ptr<bool> alive_ = std::make_shared<bool>(true);
+  Liveness alive_;
 };
 
 }  // namespace kelvaron::server

@@ -90,10 +90,9 @@ void Server::end() {
 void Server::awaitEmptyRoom(std::chrono::steady_clock::time_point until) {
   if (lobby_->closeRead() || Clock::now() >= until) return stop();
   acceptTimer_.expires_after(kFarewellLook);
-  acceptTimer_.async_wait(
-      [this, until, alive = std::weak_ptr(alive_)](std::error_code /*ignored*/) {
-        if (!alive.expired() && !stopped_) awaitEmptyRoom(until);
-      });
+  acceptTimer_.async_wait(alive_.guard([this, until](std::error_code /*ignored*/) {
+    if (!stopped_) awaitEmptyRoom(until);
+  }));
 }
 
 void Server::stopAccepting() {
@@ -113,32 +112,31 @@ void Server::stop() {
 void Server::logStatistics() { lobby_->logStatistics(false); }
 
 void Server::accept() {
-  acceptor_.async_accept(
-      [this, alive = std::weak_ptr(alive_)](std::error_code error, asio::ip::tcp::socket socket) {
-        if (alive.expired() || stopped_ || ending_) return;
-        if (error) {
-          if (!acceptFailed_) lobby_->log("no connection can be taken in: " + error.message());
-          acceptFailed_ = true;
-          return pauseAccepting();
-        }
-        acceptFailed_ = false;
-        lobby_->adopt(std::move(socket));
-        accept();
-      });
+  acceptor_.async_accept(alive_.guard([this](std::error_code error, asio::ip::tcp::socket socket) {
+    if (stopped_ || ending_) return;
+    if (error) {
+      if (!acceptFailed_) lobby_->log("no connection can be taken in: " + error.message());
+      acceptFailed_ = true;
+      return pauseAccepting();
+    }
+    acceptFailed_ = false;
+    lobby_->adopt(std::move(socket));
+    accept();
+  }));
 }
 
 // With no file descriptor left an accept fails at once, again and again.
 void Server::pauseAccepting() {
   acceptTimer_.expires_after(milliseconds(lobby_->settings().acceptPauseMs));
-  acceptTimer_.async_wait([this, alive = std::weak_ptr(alive_)](std::error_code /*ignored*/) {
-    if (!alive.expired() && !stopped_ && !ending_) accept();
-  });
+  acceptTimer_.async_wait(alive_.guard([this](std::error_code /*ignored*/) {
+    if (!stopped_ && !ending_) accept();
+  }));
 }
 
 void Server::sweep() {
   sweepTimer_.expires_after(sweepTime(lobby_->settings()));
-  sweepTimer_.async_wait([this, alive = std::weak_ptr(alive_)](std::error_code /*ignored*/) {
-    if (alive.expired() || stopped_) return;
+  sweepTimer_.async_wait(alive_.guard([this](std::error_code /*ignored*/) {
+    if (stopped_) return;
     const Clock::time_point now = Clock::now();
     lobby_->sweep(now);
     if (now >= statisticsAt_) {
@@ -146,7 +144,7 @@ void Server::sweep() {
       lobby_->logStatistics(true);
     }
     sweep();
-  });
+  }));
 }
 
 }  // namespace kelvaron::server

@@ -13,6 +13,7 @@
 #include <optional>
 #include <string>
 
+#include "base/liveness.h"
 #include "base/non_copyable.h"
 #include "server/log.h"
 #include "server/settings.h"
@@ -73,7 +74,7 @@ class Server : NonCopyable {
   bool acceptFailed_ = false;  // told to the log once a run of failures
   bool ending_ = false;
   bool stopped_ = false;
-  std::shared_ptr<bool> alive_ = std::make_shared<bool>(true);
+  Liveness alive_;
 };
 
 }  // namespace kelvaron::server

@@ -61,8 +61,8 @@ constexpr auto kAllSettings = std::to_array<Setting>({
     {"proofs_per_address", &Settings::proofsPerAddress, 1, 1'000'000,
      "wrong passwords of a moderator from one address within ten minutes"},
     {"proofs_per_account", &Settings::proofsPerAccount, 1, 1'000'000,
-     "wrong passwords for one moderator within ten minutes; from then on each address has one "
-     "try"},
+     "wrong passwords for one moderator within ten minutes; from then on an address has one try, "
+     "and none when one of these came from there"},
     {"moderator_proof_ms", &Settings::moderatorProofMs, 0, kDay,
      "how long a moderator's nickname may be used without the password; 0: for ever"},
 });

@@ -2,16 +2,10 @@
 #include "server/source.h"
 
 #include <algorithm>
-#include <asio/ip/address.hpp>
 
-#include "server/store.h"
+#include "server/address.h"
 
 namespace kelvaron::server {
-namespace {
-
-constexpr std::size_t kNetworkBytes = 8;
-
-}  // namespace
 
 void Allowance::fill(const Rate& rate, Clock::time_point now) {
   if (begun_) {
@@ -34,15 +28,6 @@ Clock::duration Allowance::waitFor(const Rate& rate, Clock::time_point now) {
 bool Allowance::isFull(const Rate& rate, Clock::time_point now) {
   fill(rate, now);
   return left_ >= rate.burst;
-}
-
-std::string sourceName(std::string_view address) {
-  std::error_code error;
-  const auto parsed = asio::ip::make_address_v6(std::string(address), error);
-  if (error || parsed.is_loopback()) return std::string(address);
-  auto bytes = parsed.to_bytes();
-  std::fill(bytes.begin() + kNetworkBytes, bytes.end(), static_cast<unsigned char>(0));
-  return asio::ip::address_v6(bytes).to_string() + "/64";
 }
 
 std::shared_ptr<Source> Sources::of(std::string_view address) {
@@ -69,8 +54,7 @@ Rate Sources::loginRate(const Source& source) const {
 void Sources::sweep(Clock::time_point now) {
   std::erase_if(sources_, [&](const auto& each) {
     Source& source = *each.second;
-    if (now >= source.proofsForgottenAt) source.proofsFailed = 0;
-    return source.connections == 0 && source.proofsFailed == 0 && source.refusalsNotLogged == 0 &&
+    return source.connections == 0 && source.refusalsNotLogged == 0 &&
            source.lines.isFull(lineRate(source), now) &&
            source.logins.isFull(loginRate(source), now);
   });

@@ -2,18 +2,16 @@
 // stopped.
 #pragma once
 
-#include <chrono>
 #include <cstddef>
 #include <memory>
 #include <string>
 #include <string_view>
 #include <unordered_map>
 
+#include "server/clock.h"
 #include "server/settings.h"
 
 namespace kelvaron::server {
-
-using Clock = std::chrono::steady_clock;
 
 /// How much may be had at once, and how much a second from then on.
 struct Rate {
@@ -45,15 +43,9 @@ struct Source {
   long connections = 0;
   Allowance lines;
   Allowance logins;
-  long proofsFailed = 0;
-  Clock::time_point proofsForgottenAt{};
   Clock::time_point refusalLogged{};
   long refusalsNotLogged = 0;
 };
-
-/// The name of an address's source: itself, or the network of an IPv6 address
-/// ("2001:db8:0:1::/64").
-std::string sourceName(std::string_view address);
 
 class Sources {
  public:

@@ -5,9 +5,9 @@
 #include <array>
 #include <system_error>
 
+#include "server/address.h"
 #include "server/file.h"
 #include "server/line.h"
-#include "server/source.h"
 #include "server/text.h"
 
 namespace kelvaron::server {
@@ -85,10 +85,6 @@ auto parseAll(const std::vector<std::string>& lines, Parse parse) {
 }
 
 }  // namespace
-
-bool isLoopback(std::string_view address) {
-  return address.starts_with("127.") || address == "::1";
-}
 
 bool Ban::keepsOut(std::string_view otherNick, std::string_view otherAddress) const {
   if (kind != BanKind::address && !nick.empty() && fold(nick) == fold(otherNick)) return true;

@@ -36,9 +36,6 @@ struct Ban {
   bool operator==(const Ban&) const = default;
 };
 
-/// Whether the address is one of the machine itself: 127.0.0.0/8 or ::1.
-bool isLoopback(std::string_view address);
-
 /// Every function reads or replaces a file of the folder anew and throws `StoreError`. Lines that
 /// are empty or begin with "# " are comments, and stay when a file is changed. Changes by several
 /// programs wait for each other; within one program it is for one thread at a time.

@@ -14,11 +14,13 @@ class ProofsTest : public ::testing::Test {
  protected:
   /// Asks from an address; the outcome goes to `told` with the address in front.
   bool ask(const std::string& from, const std::string& password, bool registered = true) {
-    const bool taken = proofs.ask(
-        {"ann", "a@example.org", password, from, sources.of(from)}, registered ? &ann : nullptr,
-        [this, from](Proofs::Outcome outcome, const std::string&) {
-          told.push_back(from + (outcome == Proofs::Outcome::right ? " right" : ""));
-        });
+    const bool taken =
+        proofs.ask({"ann", "a@example.org", password, from}, registered ? &ann : nullptr,
+                   [this, from](Proofs::Outcome outcome, const std::string&) {
+                     told.push_back(from + (outcome == Proofs::Outcome::right     ? " right"
+                                            : outcome == Proofs::Outcome::tooMany ? " not looked at"
+                                                                                  : ""));
+                   });
     expected += taken ? 1 : 0;
     return taken;
   }
@@ -41,7 +43,6 @@ class ProofsTest : public ::testing::Test {
   Settings settings;
   asio::io_context io;
   asio::executor_work_guard<asio::io_context::executor_type> work{io.get_executor()};
-  Sources sources{settings};
   Moderator ann{"ann", "a@example.org", hashPassword("right")};
   std::vector<std::string> told;
   std::size_t expected = 0;
@@ -54,10 +55,23 @@ TEST_F(ProofsTest, AnAddressHasItsTries) {
   wrongFrom("10.0.0.1");
   EXPECT_FALSE(ask("10.0.0.1", "right"));
   rightFrom("10.0.0.2");
-  sources.sweep(Clock::now() + std::chrono::minutes(9));
+  proofs.sweep(Clock::now() + std::chrono::minutes(9));
   EXPECT_FALSE(ask("10.0.0.1", "right"));
-  sources.sweep(Clock::now() + std::chrono::minutes(10));
+  proofs.sweep(Clock::now() + std::chrono::minutes(10));
   rightFrom("10.0.0.1");
+}
+
+// Guessing on doesn't make what came before count for longer.
+TEST(WrongProofs, EachIsForgottenTenMinutesAfterItCame) {
+  WrongProofs wrong;
+  const Clock::time_point start = Clock::now();
+  wrong.add("10.0.0.1", "ANN", start);
+  wrong.add("10.0.0.1", "", start + std::chrono::minutes(9));
+  EXPECT_EQ(wrong.from("10.0.0.1"), 2);
+  wrong.forget(start + std::chrono::minutes(10));
+  EXPECT_EQ(wrong.from("10.0.0.1"), 1);
+  EXPECT_EQ(wrong.of("ANN"), 0);
+  EXPECT_FALSE(wrong.has("10.0.0.1", "ANN"));
 }
 
 TEST_F(ProofsTest, AGuessedAccountStillLooksAtNewAddresses) {
@@ -66,6 +80,10 @@ TEST_F(ProofsTest, AGuessedAccountStillLooksAtNewAddresses) {
   wrongFrom("10.0.0.2");
   EXPECT_FALSE(ask("10.0.0.1", "wrong"));
   rightFrom("10.0.0.3");
+  EXPECT_TRUE(ask("10.0.0.4", "wrong"));
+  EXPECT_TRUE(ask("10.0.0.4", "right"));
+  run();
+  EXPECT_EQ(told.back(), "10.0.0.4 not looked at") << "one try, though two came at once";
   proofs.sweep(Clock::now() + std::chrono::minutes(9));
   EXPECT_FALSE(ask("10.0.0.1", "right"));
   proofs.sweep(Clock::now() + std::chrono::minutes(10));
