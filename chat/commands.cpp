@@ -45,8 +45,8 @@ struct Line {
 enum class Match { word, whole, whileAway, anything };
 
 struct Row {
-  Match match;
-  std::string_view word;
+  Match match = Match::word;
+  std::string_view word = {};
   void (*run)(const Line&);
   // For actions: the sentence behind the user's name, around the argument if there is one.
   std::string_view before = {};
@@ -126,19 +126,17 @@ void ping(const Line& line) {
 }
 
 void help(const Line& line) {
-  constexpr std::array<std::string_view, 12> kHelp = {
-      "KV / Command Help",
-      "/SLAP  USERNAME - User slaps user with his handy dandy rubber chicken",
-      "/KISS USERNAME - You invite USER to kiss your rocket",
-      "/FRAG - You are ready to FRAG",
-      "/SLEEP - You are getting tired and are ready to retire",
-      "/COOL - You would rather chat on Kelvaron than eat fried liver",
-      "/KISSME USERNAME - You kiss USER",
-      "/RETURN USERNAME - You return the kiss from USER and ask for a full refund",
-      "/ME ACTION - You perform an unique action",
-      "/PLAY KKRZ - Plays the internet broadcast of Radio Station Z100 in portland",
-      "/PLAY KWJJ - Plays the internet broadcast of Radio Station KWJJ in portland",
-      "/PING USERNAME - Pings the user"};
+  constexpr auto kHelp = std::to_array<std::string_view>(
+      {"KV / Command Help", "/SLAP  USERNAME - User slaps user with his handy dandy rubber chicken",
+       "/KISS USERNAME - You invite USER to kiss your rocket", "/FRAG - You are ready to FRAG",
+       "/SLEEP - You are getting tired and are ready to retire",
+       "/COOL - You would rather chat on Kelvaron than eat fried liver",
+       "/KISSME USERNAME - You kiss USER",
+       "/RETURN USERNAME - You return the kiss from USER and ask for a full refund",
+       "/ME ACTION - You perform an unique action",
+       "/PLAY KKRZ - Plays the internet broadcast of Radio Station Z100 in portland",
+       "/PLAY KWJJ - Plays the internet broadcast of Radio Station KWJJ in portland",
+       "/PING USERNAME - Pings the user"});
   line.room.txtOutput.setSelColor(colors::kNotice);
   for (const std::string_view text : kHelp) {
     line.room.txtOutput.insert(std::string(text) + "\r\n");
@@ -186,30 +184,36 @@ void stopRadio(const Line& line) {
 }
 
 // In the order of the compare: the first row that matches runs.
-constexpr std::array<Row, 22> kRows = {{
-    {Match::word, "/MUTE", mute},
-    {Match::word, "/UNMUTE", unmute},
-    {Match::word, "/PLAY KKRZ", play<kStationKkrz>},
-    {Match::word, "/PLAY KWJJ", play<kStationKwjj>},
-    {Match::word, "/STOP", stopRadio},
-    {Match::word, "/AWAY", goAway},
-    {Match::whileAway, "", comeBack},
-    {Match::word, "/ME", actOn, " "},
-    {Match::word, "/SLAP", actOn, " Slaps ", " around with his handy dandy rubber chicken."},
-    {Match::word, "/KISSME", actOn, " kisses ", " gently on the hand"},
-    {Match::word, "/KISS", actOn, " invites ", " to kiss his/her rocket."},
-    {Match::word, "/FRAG", act, " is ready to FRAG"},
-    {Match::word, "/SLEEP", act, " is getting tired and is about to retire."},
-    {Match::word, "/COOL", act, " would rather chat on Kelvaron than eat fried liver."},
-    {Match::word, "/RETURN", actOn, " returns the kiss from  ", " and asks for a refund"},
-    {Match::word, "/SOUND", sound},
-    {Match::word, "/PING", ping},
-    {Match::whole, "/?", help},
-    {Match::word, "/MSG", serverMessage},
-    {Match::word, "/GETIP", getIp},
-    {Match::word, "/KICK", kick},
-    {Match::anything, "", say},
-}};
+constexpr auto kRows = std::to_array<Row>({
+    {.word = "/MUTE", .run = mute},
+    {.word = "/UNMUTE", .run = unmute},
+    {.word = "/PLAY KKRZ", .run = play<kStationKkrz>},
+    {.word = "/PLAY KWJJ", .run = play<kStationKwjj>},
+    {.word = "/STOP", .run = stopRadio},
+    {.word = "/AWAY", .run = goAway},
+    {.match = Match::whileAway, .run = comeBack},
+    {.word = "/ME", .run = actOn, .before = " "},
+    {.word = "/SLAP",
+     .run = actOn,
+     .before = " Slaps ",
+     .after = " around with his handy dandy rubber chicken."},
+    {.word = "/KISSME", .run = actOn, .before = " kisses ", .after = " gently on the hand"},
+    {.word = "/KISS", .run = actOn, .before = " invites ", .after = " to kiss his/her rocket."},
+    {.word = "/FRAG", .run = act, .before = " is ready to FRAG"},
+    {.word = "/SLEEP", .run = act, .before = " is getting tired and is about to retire."},
+    {.word = "/COOL", .run = act, .before = " would rather chat on Kelvaron than eat fried liver."},
+    {.word = "/RETURN",
+     .run = actOn,
+     .before = " returns the kiss from  ",
+     .after = " and asks for a refund"},
+    {.word = "/SOUND", .run = sound},
+    {.word = "/PING", .run = ping},
+    {.match = Match::whole, .word = "/?", .run = help},
+    {.word = "/MSG", .run = serverMessage},
+    {.word = "/GETIP", .run = getIp},
+    {.word = "/KICK", .run = kick},
+    {.match = Match::anything, .run = say},
+});
 
 bool matches(const Row& row, std::string_view text, const frmMain& room) {
   switch (row.match) {

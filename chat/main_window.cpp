@@ -14,7 +14,7 @@ namespace kelvaron {
 
 frmMain::frmMain(Client& client)
     : MainWindow({.name = "frmMain",
-                  .caption = "Kelvaron 4.1",
+                  .caption = "Kelvaron " + std::string(build::kVersion),
                   .width = 960 * kTwipsPerPixel,
                   .height = 632 * kTwipsPerPixel}),
       client_(client) {

@@ -4,6 +4,7 @@
 #include <string>
 #include <string_view>
 
+#include "build_settings.h"
 #include "platform/controls.h"
 #include "platform/list_box.h"
 #include "platform/menu.h"
@@ -19,7 +20,7 @@ class frmMain : public MainWindow {
 
   // The head: logo, version mark, who and where the user is, the radio's buffering display.
   Image Image1{*this, "Image1", pixels(14, 12, 300, 48), "logo"};
-  Label Label3{*this, "Label3", pixels(326, 18, 54, 36), "4.1"};
+  Label Label3{*this, "Label3", pixels(326, 18, 54, 36), build::kVersion};
   Label Label2{*this, "Label2", pixels(400, 8, 150, 20), "Logged in as:"};
   Label Label1{*this, "Label1", pixels(558, 8, 220, 20), ""};
   Label Label5{*this, "Label5", pixels(400, 28, 150, 20), "Server connected to :"};

@@ -8,7 +8,7 @@
 
 namespace kelvaron {
 
-/// All 31 inbound keywords in the order of the compare.
+/// All inbound keywords in the order of the compare.
 std::span<const InboundRow> inboundTable();
 
 /// A client on these ports; edge and ports outlive it. `start` opens its login window.

@@ -3,7 +3,6 @@
 // The input is the offer's fields, parted by TABs; all of it is also taken for a command of its
 // own. The disk that paths are tried against is a small folder of the target's.
 #include <algorithm>
-#include <array>
 #include <filesystem>
 #include <fstream>
 
@@ -63,13 +62,11 @@ void checkOffer(std::string_view input, const std::string& folder) {
     return found && (found->kind == DiskName::Kind::file || found->kind == DiskName::Kind::program);
   };
   if (!unusualAbout(offer, config, isOnDisk).empty()) return;
-  constexpr std::array<std::string_view, 17> kSent = {
-      "-iwad",  "-join",    "-file",     "-extratic",   "-nomonsters", "-nomusic",
-      "-nosfx", "-respawn", "-altdeath", "-deathmatch", "-coop",       "-fast",
-      "-timer", "-dup",     "-turbo",    "-skill",      "-warp"};
   for (const std::string& argument : tokenize(guestCommand(offer, config)).arguments) {
     const bool isSwitch = argument.starts_with('-') || argument.starts_with('+');
-    require(!isSwitch || std::ranges::find(kSent, argument) != kSent.end());
+    if (!isSwitch) continue;
+    const EngineSwitch* known = findSwitch(argument);
+    require(known != nullptr && known->origin != SwitchOrigin::hostOnly);
   }
 }
 

@@ -33,13 +33,20 @@ Form3::Form3(Client& client)
   Command2.Click = [this] { client_.slots.unload(*this); };
 }
 
-void Form3::Form_Load() { Text1.Text = client_.form<frmMain>().Text1.Text.get(); }
+void Form3::Form_Load() { show(client_.lasting<PendingOffers>().latest); }
 
-void Form3::commandChanged() {
-  const std::string& command = client_.form<frmMain>().Text1.Text;
-  if (Text1.Text.get() == command) return;
-  Text1.Text = command;
-  changed_ = true;
+// Started or backed out of: what was accepted is over.
+void Form3::Form_Unload() { client_.lasting<PendingOffers>().accepted.reset(); }
+
+void Form3::show(const PendingOffer& offer) {
+  shown_ = offer;
+  Text1.Text = offer.command;
+}
+
+void Form3::offerChanged() {
+  const PendingOffer& latest = client_.lasting<PendingOffers>().latest;
+  changed_ = changed_ || latest.command != shown_.command;
+  show(latest);
 }
 
 void Form3::Check1_MouseUp() {
@@ -58,7 +65,7 @@ void Form3::Command1_Click() {
 
 void Form3::start() {
   // The answer to a question counts for the command that it was asked about.
-  if (changeTold() || unusualRefused() || changeTold()) return;
+  if (changeTold() || refused() || changeTold()) return;
   // What the user has seen, whatever arrives while pending events run.
   std::string command = Text1.Text;
   if (Check1.Value == 1) {
@@ -78,11 +85,28 @@ bool Form3::changeTold() {
   return true;
 }
 
-bool Form3::unusualRefused() {
-  const std::string& unusual = client_.form<frmMain>().Text1.Tag;
-  if (unusual.empty()) return false;
-  return !client_.confirm("There is something unusual about this game:\r\n\r\n" + unusual +
-                          "\r\nStart it all the same?");
+// Asks about what the user would not expect. Whether the answer was No.
+bool Form3::refused() {
+  auto& offers = client_.lasting<PendingOffers>();
+  const bool accepted = offers.isAccepted(shown_);
+  std::string remarks = shown_.unusual;
+  if (!accepted) {
+    remarks += "You have not accepted this game, which \"" + shown_.host + "\" offers at \"" +
+               shown_.address + "\".\r\n";
+    if (offers.accepted)
+      remarks += "You have accepted that of \"" + offers.accepted->host + "\".\r\n";
+  }
+  if (remarks.empty() || client_.confirm("There is something unusual about this game:\r\n\r\n" +
+                                         remarks + "\r\nStart it all the same?")) {
+    return false;
+  }
+  // Back to what the user has agreed to, if nothing else has come meanwhile.
+  if (!accepted && offers.accepted && !changed_) {
+    offers.latest = *offers.accepted;
+    client_.form<frmMain>().Text1.Text = offers.latest.command;
+    show(offers.latest);
+  }
+  return true;
 }
 
 }  // namespace kelvaron

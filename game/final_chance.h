@@ -1,6 +1,7 @@
 // A guest's last look at the command, with the choice to back out and to record a demo.
 #pragma once
 
+#include "game/pending_offer.h"
 #include "platform/controls.h"
 
 namespace kelvaron {
@@ -23,18 +24,22 @@ class Form3 : public Form {
 
   void Form_Load() override;
 
-  /// Another offer has changed the command: shows it, and an OK that was meant for the one before
-  /// starts nothing.
-  void commandChanged();
+  void Form_Unload() override;
+
+  /// Another offer has come: shows its command, and an OK that was meant for the one before starts
+  /// nothing.
+  void offerChanged();
 
  private:
   void Check1_MouseUp();
   void Command1_Click();
   void start();
-  bool unusualRefused();
+  bool refused();
   bool changeTold();
+  void show(const PendingOffer& offer);
 
   Client& client_;
+  PendingOffer shown_;
   // The command is another than the one that the user was shown at first.
   bool changed_ = false;
 };

@@ -1,7 +1,10 @@
 // An offer that another player has sent: who, which game, with what; Accept or Decline.
 #pragma once
 
+#include "game/pending_offer.h"
 #include "platform/controls.h"
+#include "session/game_offer.h"
+#include "session/read_content.h"
 
 namespace kelvaron {
 
@@ -29,10 +32,14 @@ class request : public Form {
   CommandButton Command1{*this, "Command1", pixels(304, 322, 114, 32), "Accept"};
   CommandButton Command2{*this, "Command2", pixels(430, 322, 114, 32), "Decline"};
 
+  /// Fills the boxes; an answer goes to whom the user can have read.
+  void show(const GameOffer& offer, const PendingOffer& pending);
+
  private:
   void answer(bool accepted);
 
   Client& client_;
+  ReadContent<PendingOffer> offers_;
 };
 
 }  // namespace kelvaron

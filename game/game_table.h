@@ -19,7 +19,7 @@ struct Game {
   std::string GameConfig::*wad;
 };
 
-inline constexpr std::array<Game, 10> kGames = {{
+inline constexpr auto kGames = std::to_array<Game>({
     {"zdoom", "Zdoom / DOOM", "ZDOOM / DOOM", &GameConfig::zdoomPath, &GameConfig::doomWad},
     {"zdoom2", "Zdoom / DOOM2", "ZDOOM / DOOM2", &GameConfig::zdoomPath, &GameConfig::doom2Wad},
     {"zdoom3", "Zdoom / Final Doom", "ZDOOM / Final DOOM", &GameConfig::zdoomPath,
@@ -38,7 +38,7 @@ inline constexpr std::array<Game, 10> kGames = {{
      &GameConfig::plutoniaWad},
     {"gldoom5", "ZGLdoom / Evilution", "GLDOOM / Evilution", &GameConfig::glZdoomCommand,
      &GameConfig::evilutionWad},
-}};
+});
 
 /// Whether engine and wad of the game are known on this machine.
 inline bool canPlay(const Game& game, const GameConfig& config) {

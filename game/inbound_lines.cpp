@@ -9,11 +9,11 @@
 #include "game/game_request.h"
 #include "game/in_game.h"
 #include "game/offer_check.h"
+#include "game/pending_offer.h"
 #include "session/client.h"
 #include "session/outbound.h"
 
 namespace kelvaron::inbound {
-namespace {}  // namespace
 
 void onGame(InboundContext& context) {
   const FaultRule& rule = context.rule;
@@ -29,22 +29,20 @@ void onGame(InboundContext& context) {
   rule.step([&] { offer.skin = line.field(3); });
   rule.step([&] { offer.hostAddress = line.field(5); });
   rule.step([&] { offer.guestOptions = line.field(4); });
-  room.Text1.Text = guestCommand(offer, config);
-  // Kept with the command: what the user is asked about before the start.
-  room.Text1.Tag = unusualAbout(offer, config, [&client](const std::string& path) {
-    return !FaultRule::stop().handle([&] { client.ports.streams.open(path); });
-  });
-  if (auto* lastLook = client.loadedForm<Form3>()) lastLook->commandChanged();
+  rule.step([&] { offer.hostNick = line.field(6); });
+  PendingOffer& pending = client.lasting<PendingOffers>().latest;
+  pending = {.host = offer.hostNick,
+             .address = offer.hostAddress,
+             .command = guestCommand(offer, config),
+             .unusual = unusualAbout(offer, config, [&client](const std::string& path) {
+               return !FaultRule::stop().handle([&] { client.ports.streams.open(path); });
+             })};
+  room.Text1.Text = pending.command;
   room.txtOutput.setSelColor(colors::kBlack);
+  if (auto* lastLook = client.loadedForm<Form3>()) lastLook->offerChanged();
 
   request& form = client.form<request>();
-  rule.step([&] { form.Text1.Text = std::string(line.field(6)); });
-  const Game* game = findGame(offer.gameKey);
-  form.Text2.Text = std::string(game == nullptr ? "" : game->displayName);
-  form.Text3.Text = offer.wad;
-  form.Text4.Text = offer.skin;
-  form.Text5.Text = offer.guestOptions;
-  form.Text6.Text = offer.hostAddress;
+  form.show(offer, pending);
   form.ShowQuietly();
 }
 

@@ -5,47 +5,24 @@ namespace {
 
 constexpr std::size_t kWarpDigits = 2;
 
-struct Switch {
-  bool GameOptions::*ticked;
-  std::string_view text;
-};
+std::string valueOf(const EngineSwitch& option, const GameOptions& options) {
+  const std::string& value = options.*option.value;
+  if (option.value != &GameOptions::warp) return value;
+  return value.substr(value.size() - std::min(value.size(), kWarpDigits));
+}
 
-// In the order of the command.
-constexpr std::array<Switch, 8> kSwitches = {{
-    {&GameOptions::noMonsters, " -nomonsters"},
-    {&GameOptions::noMusic, " -nomusic"},
-    {&GameOptions::noSfx, " -nosfx"},
-    {&GameOptions::respawn, " -respawn"},
-    {&GameOptions::altDeath, " -altdeath"},
-    {&GameOptions::deathmatch, " -deathmatch"},
-    {&GameOptions::coop, " -coop"},
-    {&GameOptions::fast, " -fast"},
-}};
-
-struct Value {
-  std::string GameOptions::*value;
-  std::string_view text;
-};
-
-constexpr std::array<Value, 4> kValues = {{
-    {&GameOptions::timer, " -timer "},
-    {&GameOptions::dup, " -dup "},
-    {&GameOptions::turbo, " -turbo "},
-    {&GameOptions::skill, " -skill "},
-}};
-
-// What host and guests have alike, behind " -extratic".
-std::string sharedOptions(const GameOptions& options) {
+// What host and guests have alike, but for what stands behind " -extratic".
+std::string sharedOptions(const GameOptions& options, std::string_view behindExtratic) {
   std::string text;
-  for (const Switch& each : kSwitches) {
-    if (options.*each.ticked) text += each.text;
-  }
-  for (const Value& each : kValues) {
-    if (!(options.*each.value).empty()) text.append(each.text).append(options.*each.value);
-  }
-  if (const std::string& warp = options.warp; !warp.empty()) {
-    text += " -warp ";
-    text += warp.substr(warp.size() - std::min(warp.size(), kWarpDigits));
+  for (const EngineSwitch& each : kEngineSwitches) {
+    if (each.origin != SwitchOrigin::offer) continue;
+    if (each.ticked != nullptr && options.*each.ticked) {
+      text.append(" ").append(each.word);
+      if (each.ticked == &GameOptions::extratic) text += behindExtratic;
+    }
+    if (each.value != nullptr && !(options.*each.value).empty()) {
+      text.append(" ").append(each.word).append(" ").append(valueOf(each, options));
+    }
   }
   return text;
 }
@@ -61,15 +38,12 @@ std::string externalWadPath(std::string_view wad, const GameConfig& config) {
 }
 
 std::string hostOptions(const GameOptions& options, std::string_view programFolder) {
-  std::string text = options.extratic ? " -extratic" : "";
-  text += sharedOptions(options);
+  std::string text = sharedOptions(options, "");
   if (options.record) text.append(" -record ").append(programFolder).append("\\kvdemo");
   return text;
 }
 
-std::string guestOptions(const GameOptions& options) {
-  return (options.extratic ? " -extratic " : "") + sharedOptions(options);
-}
+std::string guestOptions(const GameOptions& options) { return sharedOptions(options, " "); }
 
 std::string hostBase(const Game& game, const GameConfig& config) {
   return config.*game.engine + " -IWAD " + config.*game.wad;

@@ -1,10 +1,10 @@
 // The texts from which engines are started, and the options that host and guests share.
 #pragma once
 
-#include <array>
 #include <string>
 #include <string_view>
 
+#include "game/game_options.h"
 #include "game/game_table.h"
 #include "session/game_offer.h"
 
@@ -12,26 +12,6 @@ namespace kelvaron {
 
 /// Stands for no external wad, and for no skin. Compared letter for letter.
 inline constexpr std::string_view kNone = "NONE";
-
-/// What the host ticked and chose. Empty texts are options that are off.
-struct GameOptions {
-  bool extratic = false;
-  bool noMonsters = false;
-  bool noMusic = false;
-  bool noSfx = false;
-  bool respawn = false;
-  bool altDeath = false;
-  bool deathmatch = false;
-  bool coop = false;
-  bool fast = false;
-  std::string timer = {};
-  std::string dup = {};
-  std::string turbo = {};
-  std::string skill = {};
-  /// Its last two characters go into the command.
-  std::string warp = {};
-  bool record = false;
-};
 
 /// The host's options, with a blank before each; `programFolder` is where a demo goes.
 std::string hostOptions(const GameOptions& options, std::string_view programFolder);

@@ -1,20 +1,12 @@
 #include "game/offer_check.h"
 
 #include <algorithm>
-#include <array>
 #include <vector>
 
 #include "base/code_page.h"
 
 namespace kelvaron {
 namespace {
-
-// All switches that a host sends to guests; the second kind has a value behind it.
-constexpr std::array<std::string_view, 9> kSwitches = {"-extratic",   "-nomonsters", "-nomusic",
-                                                       "-nosfx",      "-respawn",    "-altdeath",
-                                                       "-deathmatch", "-coop",       "-fast"};
-constexpr std::array<std::string_view, 5> kSwitchesWithValue = {"-timer", "-dup", "-turbo",
-                                                                "-skill", "-warp"};
 
 constexpr std::string_view kDigits = "0123456789";
 
@@ -47,12 +39,12 @@ std::string unusualWords(std::string_view options) {
   std::string unusual;
   const std::vector<std::string_view> words = wordsOf(options);
   for (std::size_t i = 0; i < words.size(); ++i) {
-    if (std::ranges::find(kSwitches, words[i]) != kSwitches.end()) continue;
-    if (std::ranges::find(kSwitchesWithValue, words[i]) != kSwitchesWithValue.end()) {
-      if (i + 1 < words.size() && isPlainValue(words[i + 1])) ++i;
-      continue;
+    const EngineSwitch* known = findSwitch(words[i]);
+    if (known == nullptr || known->origin != SwitchOrigin::offer) {
+      unusual.append(unusual.empty() ? "" : " ").append(words[i]);
+    } else if (known->value != nullptr && i + 1 < words.size() && isPlainValue(words[i + 1])) {
+      ++i;
     }
-    unusual.append(unusual.empty() ? "" : " ").append(words[i]);
   }
   return unusual;
 }
@@ -63,12 +55,12 @@ bool isBareFileName(std::string_view name) {
   return true;
 }
 
-// A name whose words could be taken for switches is one when the disk has such a file.
-bool isPlainWad(const std::string& name, const GameConfig& config,
-                const std::function<bool(const std::string&)>& isOnDisk) {
-  if (!isBareFileName(name)) return false;
-  if (std::ranges::none_of(wordsOf(name), isSwitchLike)) return true;
-  return !isSwitchLike(name) && isOnDisk(externalWadPath(name, config));
+// What speaks against a wad; empty for one that can be played.
+std::string objectionToWad(const std::string& name, const GameConfig& config,
+                           const std::function<bool(const std::string&)>& isOnDisk) {
+  if (!isBareFileName(name) || isSwitchLike(name)) return " is not a plain file name";
+  // Where there is no such file, its words could be taken for switches.
+  return isOnDisk(externalWadPath(name, config)) ? "" : " is not in your folder of external wads";
 }
 
 bool isDottedDecimal(std::string_view text) {
@@ -120,8 +112,9 @@ std::string unusualAbout(const GameOffer& offer, const GameConfig& config,
   } else if (holdsControl(offer.guestOptions)) {
     remark("The command line holds control characters");
   }
-  if (offer.wad != kNone && !isPlainWad(offer.wad, config, isOnDisk)) {
-    remark("The wad " + quoted(offer.wad) + " is not a plain file name");
+  if (offer.wad != kNone) {
+    const std::string objection = objectionToWad(offer.wad, config, isOnDisk);
+    if (!objection.empty()) remark("The wad " + quoted(offer.wad) + objection);
   }
   if (offer.skin != kNone) {
     remark("It names a skin, which Kelvaron never does: " + quoted(offer.skin));

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "build_settings.h"
 #include "platform/delimited_fields.h"
 #include "platform/text.h"
 #include "session/asked_for.h"
@@ -46,11 +47,13 @@ Profile::Profile(Client& client)
             .width = 520 * kTwipsPerPixel,
             .height = 512 * kTwipsPerPixel}),
       client_(client) {
-  for (TextBox* box : boxes()) {
-    const auto label = std::ranges::find(Controls(), static_cast<Control*>(box)) - 1;
-    box->AccessibleName = static_cast<Label*>(*label)->Caption.get();
+  const std::array<const Label*, UserProfile::kRecords> labels = {
+      &Label1, &Label2, &Label3,  &Label4,  &Label5,  &Label6, &Label7,
+      &Label8, &Label9, &Label10, &Label11, &Label12, &Label13};
+  for (std::size_t index = 0; index < labels.size(); ++index) {
+    boxes()[index]->AccessibleName = labels[index]->Caption.get();
   }
-  Text2.Text = "4.1";
+  Text2.Text = std::string(build::kVersion);
   Text2.Enabled = false;
   Command2.Visible = false;
   Command2.Click = [this] { Command2_Click(); };

@@ -109,6 +109,8 @@ class CommandButton : public Control {
   /// form before must do nothing.
   bool Deliberate = false;
 
+  /// The button goes down, by mouse or key; `Click` follows when it comes up under the pointer.
+  Event<> Pressed;
   Event<> Click;
 };
 

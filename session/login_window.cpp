@@ -21,11 +21,11 @@ struct Server {
   std::string_view location;
 };
 
-constexpr std::array<Server, 3> kServers = {{
+constexpr auto kServers = std::to_array<Server>({
     {&frmLogin::Check1, build::kMasterServer, "Oregon USA (Master Server)"},
     {&frmLogin::Check2, build::kSecondServer, "Washington USA"},
     {&frmLogin::Check3, build::kTournamentServer, "Tournament Server"},
-}};
+});
 
 // What is wrong with a nickname, or an empty text. An empty name is another matter.
 std::string objectionTo(std::string_view name) {

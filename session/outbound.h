@@ -1,4 +1,4 @@
-// The 32 lines that the client writes, one function a keyword: the one place for field orders.
+// The lines that the client writes, one function a keyword: the one place for field orders.
 //
 // `ownName` is the nickname as typed at login, `shownName` the one with a moderator's mark,
 // `listEntry` an entry of the user list with its tag, `localAddress` the connection's own address

@@ -11,6 +11,8 @@ ButtonView::ButtonView(CommandButton& button, ViewHost& host, QWidget* parent)
     : ControlView(button, host, new QPushButton(parent)),
       button_(static_cast<QPushButton&>(widget())) {
   button_.setDefault(button.Default);
+  connect(&button_, &QPushButton::pressed, this,
+          [this] { run([this] { static_cast<CommandButton*>(control())->Pressed(); }); });
   connect(&button_, &QPushButton::clicked, this,
           [this] { run([this] { static_cast<CommandButton*>(control())->Click(); }); });
 }

@@ -5,6 +5,7 @@
 namespace kelvaron::testing {
 namespace {
 
+using namespace std::chrono_literals;
 using ::testing::ElementsAre;
 using ::testing::HasSubstr;
 using ::testing::IsEmpty;
@@ -82,6 +83,7 @@ TEST_F(Handshake, OfferShowsWhatItHoldsAndBuildsTheCommand) {
   say("GAME\tgldoom\tNONE\tNONE\t\t10.0.0.8\tcy\r\n");
   EXPECT_EQ(shown(), "cy|GLDOOM / DOOM|NONE|NONE||10.0.0.8|");
   EXPECT_EQ(room().Text1.Text.get(), "/e/zdoomgl.exe -3dfx -iwad /w/doom.wad -join 10.0.0.8  \r\n");
+  wait(1s);
   click(form<request>().Command1);
   EXPECT_THAT(received(), ElementsAre("XCEPT\tcy\tbob"));
   EXPECT_EQ(desktop.client->loadedForm<request>(), nullptr);
@@ -129,9 +131,70 @@ TEST_F(Handshake, WithoutAConnectionNothingIsLost) {
   EXPECT_THAT(started(), IsEmpty());
 }
 
+TEST_F(Handshake, AnswersGoToTheOfferThatWasRead) {
+  const std::string second = "GAME\tzdoom\tNONE\tNONE\t\t10.0.0.8\tcy\r\n";
+  for (const bool accepts : {true, false}) {
+    const std::string word = accepts ? "XCEPT\t" : "DECLINE\t";
+    say(kOffer);
+    request& form = Player::form<request>();
+    CommandButton& button = accepts ? form.Command1 : form.Command2;
+    say(second);
+    click(button);
+    EXPECT_THAT(received(), ElementsAre(word + "ann\tbob")) << "too quick to be for the second";
+    EXPECT_EQ(form.Text1.Text.get(), "cy") << "which nobody has answered";
+    click(button);
+    EXPECT_THAT(sent(), IsEmpty()) << "a double click";
+    // The button goes down on one offer and comes up on another.
+    wait(1s);
+    desktop.raise(button.Pressed);
+    say(kOffer);
+    wait(1s);
+    click(button);
+    EXPECT_THAT(received(), ElementsAre(word + "cy\tbob"));
+    wait(1s);
+    click(button);
+    EXPECT_THAT(received(), ElementsAre(word + "ann\tbob"));
+    EXPECT_EQ(desktop.client->loadedForm<request>(), nullptr);
+  }
+}
+
+TEST_F(Handshake, WhatWasNotAcceptedIsAskedAbout) {
+  // The latest offer, and the name that each question has; the second one comes behind the
+  // acceptance of ann's.
+  const std::pair<std::string, std::vector<std::string>> cases[] = {
+      {"GAME\tzdoom\tNONE\tNONE\t\t10.0.0.8\tcy\r\n", {"\"cy\"", "that of \"ann\""}},
+      {"GAME\tzdoom\tNONE\tNONE\t\t10.0.0.7\tcy\r\n", {"\"cy\""}},
+      {"GAME\tzdoom\tNONE\tNONE\t -fast\t10.0.0.7\tann\r\n", {"\"ann\""}},
+  };
+  for (const auto& [offer, named] : cases) {
+    say(kOffer);
+    click(form<request>().Command1);
+    say(offer + "START\r\n");
+    const std::string latest = form<Form3>().Text1.Text;
+    EXPECT_EQ(latest, room().Text1.Text.get());
+    desktop.answers = {false};
+    click(form<Form3>().Command1);
+    const std::vector<std::string> asked = boxTexts();
+    ASSERT_EQ(asked.size(), 1U);
+    for (const std::string& name : named) EXPECT_THAT(asked[0], HasSubstr(name));
+    EXPECT_THAT(started(), IsEmpty());
+    // No leads back to what was accepted.
+    click(form<Form3>().Command1);
+    EXPECT_THAT(boxTexts(), IsEmpty());
+    EXPECT_THAT(started(), ElementsAre(HasSubstr("-join 10.0.0.7  \r")));
+    click(form<Form4>().Command1);
+    desktop.edge.run([&] { desktop.client->slots.unload(form<request>()); });
+  }
+  // Started once: another START is nobody's.
+  say("START\r\n");
+  desktop.answers = {false};
+  click(form<Form3>().Command1);
+  EXPECT_THAT(boxTexts(), ElementsAre(HasSubstr("You have not accepted this game")));
+}
+
 // What the user has seen is what starts, whatever a host sends behind the open form.
 TEST_F(Handshake, CommandThatChangesBehindTheLastLook) {
-  say(kOffer + "START\r\n");
+  agreeAndStart();
   say("GAME\tzdoom\tNONE\tNONE\t +exec x\t10.0.0.8\tann\r\n");
   EXPECT_EQ(form<Form3>().Text1.Text.get(), room().Text1.Text.get()) << "shown at once";
   click(form<Form3>().Command1);
@@ -165,7 +228,7 @@ TEST_F(Handshake, SecondPressDuringAStartDoesNothing) {
   click(form<Form4>().Command1);
   EXPECT_THAT(received(), ElementsAre("RETURN\tbob"));
 
-  say(kOffer + "START\r\n");
+  agreeAndStart();
   pressTwice(form<Form3>().Command1);
   EXPECT_EQ(started().size(), 1U);
   EXPECT_THAT(received(), ElementsAre("INGAME\tbob"));
@@ -184,7 +247,7 @@ TEST_F(Handshake, FinalChanceStartsTheGuest) {
   const std::vector<std::tuple<bool, std::string, std::string>> cases = {
       {false, "", command}, {true, "", demo + kDemoPrompt}, {true, "mine", demo + "mine"}};
   for (const auto& [hasDemo, name, expected] : cases) {
-    say(kOffer + "START\r\n");
+    agreeAndStart();
     Form3& chance = form<Form3>();
     EXPECT_TRUE(desktop.shows<Form3>());
     EXPECT_EQ(chance.Text1.Text.get(), command);
@@ -204,7 +267,7 @@ TEST_F(Handshake, FinalChanceStartsTheGuest) {
 }
 
 TEST_F(Handshake, UnusualOffersAreAskedAboutOnce) {
-  say("GAME\tzdoom\t../x\tNONE\t +exec e.cfg\t10.0.0.7\tann\r\nSTART\r\n");
+  agreeAndStart("GAME\tzdoom\t../x\tNONE\t +exec e.cfg\t10.0.0.7\tann\r\n");
   desktop.answers = {false, true};
   click(form<Form3>().Command1);
   EXPECT_THAT(boxTexts(),
@@ -216,7 +279,7 @@ TEST_F(Handshake, UnusualOffersAreAskedAboutOnce) {
   EXPECT_EQ(started().size(), 1U);
   boxTexts();
   // The next offer is a usual one.
-  say(kOffer + "START\r\n");
+  agreeAndStart();
   click(form<Form3>().Command1);
   EXPECT_THAT(boxTexts(), IsEmpty());
   EXPECT_EQ(started().size(), 1U);
@@ -245,7 +308,7 @@ TEST_F(Handshake, BackingOutAndTheDemoField) {
 TEST_F(Handshake, OneGameAtATimeIsAnnouncedOnce) {
   desktop.edge.run([&] { form<Form4>().Show(); });
   EXPECT_THAT(received(), ElementsAre("INGAME\tbob"));
-  say(kOffer + "START\r\n");
+  agreeAndStart();
   click(form<Form3>().Command1);
   EXPECT_THAT(sent(), IsEmpty());
   EXPECT_EQ(std::ranges::count(desktop.sounds, "/game"), 1);

@@ -9,8 +9,10 @@ namespace {
 const GameConfig kConfigured{.zdoomPath = "Z", .doomWad = "1"};
 // The wads that the guest has.
 bool isOnDisk(const std::string& path) {
-  return path == kConfigured.externalWadFolder + "\\Scythe - 2.wad" ||
-         path == kConfigured.externalWadFolder + "\\-x.wad";
+  constexpr std::array<std::string_view, 6> kWads = {"maps.wad", "My Maps 2.wad",  "caf\xE9.wad",
+                                                     "..wad",    "Scythe - 2.wad", "-x.wad"};
+  return std::ranges::any_of(
+      kWads, [&](std::string_view wad) { return path == externalWadPath(wad, kConfigured); });
 }
 
 const GameOffer kUsual{{}, "zdoom", "NONE", "NONE", "", "10.0.0.7", "ann"};
@@ -42,13 +44,14 @@ TEST(OfferCheck, NamesWhatNoKelvaronSends) {
       {&GameOffer::guestOptions, " -fast\n+exec", "-fast\n+exec"},
       {&GameOffer::wad, "", "plain file name"},
       {&GameOffer::wad, "-x.wad", "\"-x.wad\" is not a plain file name"},
-      {&GameOffer::wad, "Scythe - 3.wad", "plain file name"},
+      {&GameOffer::wad, "Scythe - 3.wad", "not in your folder of external wads"},
+      {&GameOffer::wad, "other.wad", "\"other.wad\" is not in your folder of external wads"},
       {&GameOffer::wad, "../x", "\"../x\""},
       {&GameOffer::wad, "..\\x", "\"..\\x\""},
       {&GameOffer::wad, "..", "plain file name"},
       {&GameOffer::wad, "C:x.wad", "\"C:x.wad\""},
-      {&GameOffer::wad, "a @x.wad", "plain file name"},
-      {&GameOffer::wad, "a.wad +exec x", "plain file name"},
+      {&GameOffer::wad, "a @x.wad", "not in your folder"},
+      {&GameOffer::wad, "a.wad +exec x", "not in your folder"},
       {&GameOffer::wad, std::string("a\0b", 3), "plain file name"},
       {&GameOffer::skin, "s.wad", "skin"},
       {&GameOffer::hostAddress, "", "not an address"},

@@ -34,6 +34,19 @@ class Player : public ClientTest {
     ClientTest::SetUp();
     saveGameConfig(desktop.files, kPlayersConfig);
   }
+  /// An offer comes, the user accepts it, and the host presses GO.
+  void agreeAndStart(const std::string& offer = kOffer) {
+    say(offer);
+    take();
+    click(form<request>().Command1);
+    EXPECT_EQ(received().size(), 1U);
+    say("START\r\n");
+  }
+  /// Time passes, as far as what the client allows presses is concerned.
+  void wait(std::chrono::milliseconds time) {
+    ahead_ += time;
+    desktop.client->now = [this] { return std::chrono::steady_clock::now() + ahead_; };
+  }
   void tick(CheckBox& box) {
     desktop.edge.run([&] { box.Value = box.Value == 1 ? 0 : 1; });
     desktop.raise(box.Click);
@@ -53,6 +66,9 @@ class Player : public ClientTest {
     }
     return commands;
   }
+
+ private:
+  std::chrono::milliseconds ahead_{0};
 };
 
 }  // namespace kelvaron::testing
