@@ -12,7 +12,7 @@ namespace kelvaron {
 namespace {
 
 // Pixels that the text stands further in, so that it is in line with that of text boxes.
-constexpr int kTextMargin = 4;
+constexpr int kComboTextMargin = 4;
 
 }  // namespace
 
@@ -25,7 +25,7 @@ ComboBoxView::ComboBoxView(ComboBox& box, ViewHost& host, QWidget* parent)
   combo_.setFocusPolicy(Qt::StrongFocus);
   combo_.lineEdit()->setMaxLength(std::numeric_limits<int>::max());
   combo_.lineEdit()->setDragEnabled(false);
-  combo_.lineEdit()->setTextMargins(kTextMargin, 0, 0, 0);
+  combo_.lineEdit()->setTextMargins(kComboTextMargin, 0, 0, 0);
   connect(&combo_, &QComboBox::editTextChanged, this,
           [this](const QString& text) { textEdited(text); });
 }
