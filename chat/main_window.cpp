@@ -95,6 +95,17 @@ void frmMain::txtinput_KeyDown(int keyCode) {
   if (keyCode == key_code::kEnter) enterPressed(client_, *this);
 }
 
+bool frmMain::txtinput_Complete() {
+  std::vector<std::string_view> nicks;
+  for (const std::string& entry : List1.entries()) nicks.push_back(nicknameOf(entry));
+  const auto caret = static_cast<std::size_t>(txtinput.SelStart);
+  const auto line = completion_.next({txtinput.Text, caret}, nicks);
+  if (!line) return false;
+  txtinput.Text = line->text;
+  txtinput.SelStart = static_cast<int>(line->caret);
+  return true;
+}
+
 void frmMain::Image1_Click() { client_.ports.application.showPage(std::string(build::kHomePage)); }
 
 void frmMain::List1_MouseUp(MouseButton button) {

@@ -5,6 +5,7 @@
 #include <string_view>
 
 #include "build_settings.h"
+#include "chat/completion.h"
 #include "platform/controls.h"
 #include "platform/list_box.h"
 #include "platform/menu.h"
@@ -115,6 +116,7 @@ class frmMain : public MainWindow {
 
   void txtinput_Change();
   void txtinput_KeyDown(int keyCode);
+  bool txtinput_Complete();
   void Image1_Click();
   void List1_MouseUp(MouseButton button);
   void List1_DblClick();
@@ -122,6 +124,7 @@ class frmMain : public MainWindow {
   bool refusesPrivateMessage();
 
   Client& client_;
+  Completion completion_;
 };
 
 }  // namespace kelvaron

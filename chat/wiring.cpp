@@ -2,7 +2,9 @@
 #include "chat/about_box.h"
 #include "chat/colors.h"
 #include "chat/main_window.h"
+#include "chat/mentions.h"
 #include "chat/radio.h"
+#include "platform/text.h"
 #include "session/client.h"
 #include "session/connection.h"
 
@@ -13,6 +15,15 @@ void frmMain::wire() {
   txtinput.Click = [this] { txtinput.SelColor = colors::kSpeech; };
   txtinput.DblClick = [this] { txtinput.SelColor = colors::kSpeech; };
   txtinput.KeyDown = [this](int keyCode, int) { txtinput_KeyDown(keyCode); };
+  txtinput.Complete = [this] { return txtinput_Complete(); };
+  txtOutput.IsForUser = [this](std::string_view line) {
+    std::string_view nick = Label1.Caption.get();
+    if (nick.starts_with(kModeratorMark)) nick.remove_prefix(1);
+    return isForUser(line, nick);
+  };
+  txtOutput.LinkClick = [this](const std::string& address) {
+    client_.ports.application.showPage(address);
+  };
   Image1.Click = [this] { Image1_Click(); };
   List1.MouseUp = [this](MouseButton button) { List1_MouseUp(button); };
   List1.DblClick = [this] { List1_DblClick(); };

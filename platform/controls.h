@@ -68,6 +68,10 @@ class RichTextLine : public TextBox {
   RichTextLine(Container& within, std::string_view name, Place place);
 
   Property<Color> SelColor{*this, {}};
+
+  /// The Tab key: completes what stands in front of the caret. False, also when unset, when there
+  /// is nothing to complete: then the keyboard moves on.
+  std::function<bool()> Complete;
 };
 
 /// A rich text box that is only read: the chat view. See styled_text.h for caret and styles.
@@ -77,6 +81,11 @@ class RichTextBox : public Control {
 
   StyledText Content;
   Property<Color> BackColor{*this, {}};
+
+  /// Whether a line calls for the user's attention; unset for none.
+  std::function<bool(std::string_view line)> IsForUser;
+  /// A link was clicked: a web address.
+  Event<std::string> LinkClick;
 
   void caretToEnd() { Content.caretToEnd(); }
   void setSelColor(Color color) { Content.setColor(color); }

@@ -34,7 +34,6 @@ bool ChatNotes::settle(std::time_t now) {
   if (seen_ >= whole) return false;
   const std::time_t minute = now - now % kMinute;
   if (arrivals_.empty() || arrivals_.back().minute != minute) arrivals_.push_back({seen_, minute});
-  const Test isForUser = makeTest ? makeTest() : Test();
   bool found = false;
   if (!isForUser) seen_ = whole;
   for (; seen_ < whole; ++seen_) {

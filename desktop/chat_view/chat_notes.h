@@ -17,10 +17,8 @@ class ChatNotes {
  public:
   explicit ChatNotes(const StyledText& text) : text_(text) {}
 
-  /// Tells whether a line is for the user.
-  using Test = std::function<bool(std::string_view line)>;
-  /// Makes the test for the lines that have come since the last turn; each is asked about once.
-  std::function<Test()> makeTest;
+  /// Tells whether a line is for the user; each is asked about once.
+  std::function<bool(std::string_view line)> isForUser;
 
   /// Must be told of each change of the text.
   void changed(const StyledText::Change& change);

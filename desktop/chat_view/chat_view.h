@@ -93,7 +93,7 @@ class ChatView : public QAbstractScrollArea {
   bool viewCommand(const QKeyEvent& key);
 
   /// Lines that are for the user have a mark at the view's edge.
-  void setForUser(std::function<ChatNotes::Test()> makeTest);
+  void setForUser(std::function<bool(std::string_view line)> isForUser);
   const ChatNotes& notes() const { return notes_; }
 
  Q_SIGNALS:

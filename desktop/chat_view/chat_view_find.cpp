@@ -1,7 +1,7 @@
 // The chat view's find bar and what it finds.
 #include <string>
 
-#include "desktop/chat_view/chat_find.h"
+#include "chat/find.h"
 #include "desktop/chat_view/chat_find_bar.h"
 #include "desktop/chat_view/chat_view.h"
 #include "desktop/text_conversion.h"
@@ -60,16 +60,17 @@ bool ChatView::find(bool backwards, TextPosition from) {
     return false;
   }
   const std::string bytes = storedText(wanted);
-  const ChatNeedle needle(shownText(bytes) == wanted ? bytes : std::string());
-  const std::optional<TextPosition> match =
-      backwards ? findBackward(text_, needle, from) : findForward(text_, needle, from);
+  std::optional<TextPosition> match;
+  if (shownText(bytes) == wanted) {
+    match = backwards ? findBackward(text_, bytes, from) : findForward(text_, bytes, from);
+  }
   if (!match) {
     findBar().tell(tr("No match"));
     return false;
   }
   const bool wentRound = backwards ? *match > from : *match < from;
   findBar().tell(wentRound ? (backwards ? tr("From the end") : tr("From the start")) : QString());
-  select(*match, {match->line, match->column + needle.size()});
+  select(*match, {match->line, match->column + bytes.size()});
   showInMiddle(*match);
   return true;
 }

@@ -19,8 +19,8 @@ constexpr int kAboveEdge = 8;
 
 }  // namespace
 
-void ChatView::setForUser(std::function<ChatNotes::Test()> makeTest) {
-  notes_.makeTest = std::move(makeTest);
+void ChatView::setForUser(std::function<bool(std::string_view line)> isForUser) {
+  notes_.isForUser = std::move(isForUser);
 }
 
 void ChatView::noteLines() {

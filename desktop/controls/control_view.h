@@ -8,7 +8,6 @@
 #include <QSize>
 #include <QWidget>
 #include <memory>
-#include <string>
 #include <utility>
 
 #include "base/non_copyable.h"
@@ -20,7 +19,6 @@ namespace kelvaron {
 
 class ChatView;
 class ControlView;
-class ListBox;
 
 /// What a control's view asks of the window that it stands in.
 class ViewHost : NonCopyable {
@@ -33,20 +31,15 @@ class ViewHost : NonCopyable {
   virtual bool pressCancel() = 0;
   /// Where the next pop-up menu opens, in place of the pointer.
   virtual void setPopUpPoint(QPoint global) = 0;
-  virtual void openPage(const QString& address) = 0;
   /// What the user typed where nothing can be typed: goes to the form's input line.
   virtual void typeAhead(const QString& text) = 0;
   /// A sentence to the user, in a box, once the toolkit is back in its event loop.
   virtual void tell(const QString& text) = 0;
   /// The form's chat view, if it has one.
   virtual ChatView* chat() const = 0;
-  /// The form's first list, if it has one.
-  virtual const ListBox* list() const = 0;
   /// Something was said to the user: the window asks for attention while the program isn't the one
   /// at work.
   virtual void wantAttention() = 0;
-  /// What others call the user; empty in forms that don't know.
-  virtual std::string ownNick() const = 0;
 };
 
 /// Shows one control on one widget. Changes of the control's properties reach the widget once a

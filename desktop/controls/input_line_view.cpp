@@ -2,10 +2,7 @@
 
 #include <QKeyEvent>
 
-#include "chat/user_list_entry.h"
 #include "desktop/chat_view/chat_view.h"
-#include "desktop/qt_values.h"
-#include "platform/list_box.h"
 
 namespace kelvaron {
 
@@ -57,17 +54,10 @@ bool InputLineView::keyPressed(const QKeyEvent& key) {
 }
 
 bool InputLineView::complete() {
-  const ListBox* list = host().list();
-  if (list == nullptr) return false;
-  QStringList nicks;
-  for (const std::string& entry : list->entries()) {
-    nicks.append(shownText(std::string(nicknameOf(entry))));
-  }
-  const auto line = completion_.next({text(), edit().cursorPosition()}, nicks);
-  if (!line) return false;
-  edit().setText(line->text);
-  edit().setCursorPosition(static_cast<int>(line->caret));
-  return true;
+  const auto& line = static_cast<const RichTextLine&>(box());
+  bool completed = false;
+  run([&] { completed = line.Complete && line.Complete(); });
+  return completed;
 }
 
 bool InputLineView::show(const std::optional<QString>& line) {

@@ -1,12 +1,12 @@
 // The room's line of input: a text box of one line from which the chat view is worked too.
 #pragma once
 
-#include "desktop/controls/input_helpers.h"
+#include "desktop/controls/line_history.h"
 #include "desktop/controls/text_box_view.h"
 
 namespace kelvaron {
 
-/// Tab completes nicknames of the form's list, Up and Down walk through what was sent, and find,
+/// Tab completes what is typed, Up and Down walk through what was sent, and find,
 /// scroll and zoom keys go to the form's chat view; Escape leads to its newest line.
 class InputLineView final : public TextLineView {
  public:
@@ -21,7 +21,6 @@ class InputLineView final : public TextLineView {
   bool complete();
   bool show(const std::optional<QString>& line);
 
-  NickCompletion completion_;
   LineHistory history_;
 };
 

@@ -103,6 +103,9 @@ class RichTextBoxView : public ControlView {
 
  protected:
   void refresh() override;
+
+ private:
+  RichTextBox& box() const { return static_cast<RichTextBox&>(*control()); }
 };
 
 /// Round, in the middle of its place, and with a glow while it is lit. A screen reader hears "lit"

@@ -35,7 +35,6 @@ Shell::Shell(Client& client, EventGate& gate)
                     client_.slots.unload(form);
                   }
                 },
-                [this](const std::string& address) { client_.ports.application.showPage(address); },
                 [this](const std::string& text) { client_.MsgBox(text, box_style::kExclamation); }},
       keys_(std::make_unique<KeyCount>()) {
   client_.keysTyped = [this] { return keys_->keys(); };

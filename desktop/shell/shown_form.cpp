@@ -12,9 +12,6 @@
 #include "desktop/controls/label_view.h"
 #include "desktop/qt_values.h"
 #include "desktop/shell/frames.h"
-#include "platform/list_box.h"
-#include "platform/text.h"
-#include "session/main_window.h"
 
 namespace kelvaron {
 namespace {
@@ -98,10 +95,6 @@ void ShownForm::popUp(MenuItem& menu) {
   popUpPoint_.reset();
 }
 
-void ShownForm::openPage(const QString& address) {
-  services_.gate.run([&] { services_.showPage(storedText(address)); });
-}
-
 void ShownForm::typeAhead(const QString& text) {
   for (const auto& view : views_) {
     if (!view->attached() || !view->widget().isVisible() || !view->widget().isEnabled()) continue;
@@ -129,27 +122,10 @@ ChatView* ShownForm::chat() const {
   return nullptr;
 }
 
-const ListBox* ShownForm::list() const {
-  for (const auto& view : views_) {
-    if (view->attached() && view->control()->kind == ControlKind::listBox) {
-      return static_cast<const ListBox*>(view->control());
-    }
-  }
-  return nullptr;
-}
-
 void ShownForm::wantAttention() {
   if (frame_ && QApplication::applicationState() != Qt::ApplicationActive) {
     QApplication::alert(frame_.get());
   }
-}
-
-std::string ShownForm::ownNick() const {
-  auto* room = dynamic_cast<MainWindow*>(form_);
-  if (room == nullptr) return {};
-  std::string nick = room->shownName().Caption;
-  if (nick.starts_with(kModeratorMark)) nick.erase(0, 1);
-  return nick;
 }
 
 /// Escape in a window without a cancel button closes it as its frame does, unless it is the room.

@@ -21,7 +21,6 @@ struct ShellServices {
   EventGate& gate;
   /// The user closes a window by its frame.
   std::function<void(Form&)> close;
-  std::function<void(const std::string& address)> showPage;
   std::function<void(const std::string& text)> tell;
 };
 
@@ -49,13 +48,10 @@ class ShownForm final : public FormWindow, private ViewHost {
   bool pressDefault() override { return press(&CommandButton::Default); }
   bool pressCancel() override { return press(&CommandButton::Cancel); }
   void setPopUpPoint(QPoint global) override { popUpPoint_ = global; }
-  void openPage(const QString& address) override;
   void typeAhead(const QString& text) override;
   void tell(const QString& text) override;
   ChatView* chat() const override;
-  const ListBox* list() const override;
   void wantAttention() override;
-  std::string ownNick() const override;
 
   bool press(bool CommandButton::*role);
   void leave();

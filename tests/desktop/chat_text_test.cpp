@@ -8,7 +8,6 @@
 #include <utility>
 #include <vector>
 
-#include "desktop/chat_view/chat_find.h"
 #include "desktop/chat_view/chat_layout.h"
 #include "desktop/chat_view/chat_links.h"
 #include "desktop/chat_view/chat_notes.h"
@@ -131,46 +130,12 @@ TEST(ChatSelection, WordsAndSteps) {
   }
 }
 
-TEST(ChatFind, FindsInAnyCaseBothWaysAndGoesRound) {
-  StyledText text;
-  text.insert("Coop game\nno\n\xC9t\xE9 coop COOP\naaaa");
-  using Place = std::optional<TextPosition>;
-  using Case = std::tuple<std::string, TextPosition, Place, Place>;
-  for (const auto& [wanted, from, forward, backward] :
-       {Case{"coop", {0, 0}, {{0, 0}}, {{2, 9}}}, Case{"coop", {0, 1}, {{2, 4}}, {{0, 0}}},
-        Case{"CoOp", {2, 5}, {{2, 9}}, {{2, 4}}}, Case{"coop", {2, 10}, {{0, 0}}, {{2, 9}}},
-        Case{"\xE9T\xC9", {0, 0}, {{2, 0}}, {{2, 0}}}, Case{"aa", {3, 1}, {{3, 1}}, {{3, 0}}},
-        Case{"a", {3, 4}, {{0, 6}}, {{3, 3}}}, Case{"game", {0, 99}, {{0, 5}}, {{0, 5}}},
-        Case{"gamen", {0, 0}, {}, {}}, Case{"", {0, 0}, {}, {}},
-        Case{"Coop game and more", {0, 0}, {}, {}}}) {
-    const ChatNeedle needle(wanted);
-    EXPECT_EQ(findForward(text, needle, from), forward) << wanted;
-    EXPECT_EQ(findBackward(text, needle, from), backward) << wanted;
-  }
-}
-
-TEST(ChatFind, AgreesWithThePlainSearch) {
-  std::mt19937 random(3);
-  const auto word = [&random](std::size_t length) {
-    std::string result;
-    while (result.size() < length) result += "abc"[random() % 3];
-    return result;
-  };
-  for (int i = 0; i < 3'000; ++i) {
-    const std::string line = word(random() % 40);
-    const std::string wanted = word(1 + random() % 5);
-    const std::size_t from = random() % 41;
-    ASSERT_EQ(ChatNeedle(wanted).findIn(line, from), line.find(wanted, from))
-        << line << ' ' << wanted << ' ' << from;
-  }
-}
-
 TEST(ChatNotes, FollowTheirLines) {
   StyledText text;
   ChatNotes notes(text);
   text.onChange = [&](const StyledText::Change& change) { notes.changed(change); };
   const auto isForBob = [](std::string_view line) { return line.find("bob") != line.npos; };
-  notes.makeTest = [&] { return isForBob; };
+  notes.isForUser = isForBob;
   text.insert("hi\r\nbob?\r\nopen bob");
   EXPECT_TRUE(notes.settle(3605));
   EXPECT_TRUE(notes.isMarked(1));

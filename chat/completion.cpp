@@ -1,0 +1,30 @@
+#include "chat/completion.h"
+
+#include "base/code_page.h"
+
+namespace kelvaron {
+
+std::optional<Completion::Line> Completion::next(const Line& line,
+                                                 const std::vector<std::string_view>& nicks) {
+  if (line == given_) {
+    ++index_;
+  } else {
+    const std::string_view front = std::string_view(line.text).substr(0, line.caret);
+    begin_ = front.rfind(' ') + 1;  // 0 where there is none
+    typed_ = upper(front.substr(begin_));
+    behind_ = line.text.substr(line.caret);
+    index_ = 0;
+  }
+  if (typed_.empty()) return std::nullopt;
+  std::vector<std::string_view> fitting;
+  for (const std::string_view nick : nicks) {
+    if (upper(nick).starts_with(typed_)) fitting.push_back(nick);
+  }
+  if (fitting.empty()) return std::nullopt;
+  std::string front = line.text.substr(0, begin_);
+  front.append(fitting[index_ % fitting.size()]).append(begin_ == 0 ? ": " : " ");
+  given_ = {front + behind_, front.size()};
+  return given_;
+}
+
+}  // namespace kelvaron

@@ -1,0 +1,65 @@
+#include "chat/find.h"
+
+#include <algorithm>
+
+#include "base/code_page.h"
+
+namespace kelvaron {
+namespace {
+
+constexpr std::size_t kNowhere = std::string_view::npos;
+
+bool sameLetter(char one, char other) { return upper(one) == upper(other); }
+
+/// The last match in a line that starts before `before`.
+std::size_t findLastIn(std::string_view bytes, std::string_view wanted, std::size_t before) {
+  std::size_t last = kNowhere;
+  for (std::size_t at = findCaseless(bytes, wanted); at < before;
+       at = findCaseless(bytes, wanted, at + 1)) {
+    last = at;
+  }
+  return last;
+}
+
+}  // namespace
+
+std::size_t findCaseless(std::string_view bytes, std::string_view wanted, std::size_t from) {
+  if (wanted.empty() || bytes.size() < wanted.size()) return kNowhere;
+  const char capital = upper(wanted.front());
+  const char small = lower(wanted.substr(0, 1)).front();
+  const auto* const begin = bytes.data();
+  const auto* const end = begin + (bytes.size() - wanted.size() + 1);
+  for (const auto* at = begin + from; at < end; ++at) {
+    at = std::find_if(at, end, [=](char each) { return each == capital || each == small; });
+    if (at == end) break;
+    if (std::equal(wanted.begin(), wanted.end(), at, sameLetter)) {
+      return static_cast<std::size_t>(at - begin);
+    }
+  }
+  return kNowhere;
+}
+
+std::optional<TextPosition> findForward(const StyledText& text, std::string_view wanted,
+                                        TextPosition from) {
+  std::size_t line = from.line;
+  std::size_t column = findCaseless(text.line(line), wanted, from.column);
+  // The line of the start comes twice: behind it first, in front of it at the end.
+  for (std::size_t left = text.lineCount(); column == kNowhere && left > 0; --left) {
+    line = line + 1 < text.lineCount() ? line + 1 : 0;
+    column = findCaseless(text.line(line), wanted);
+  }
+  return column == kNowhere ? std::nullopt : std::optional(TextPosition{line, column});
+}
+
+std::optional<TextPosition> findBackward(const StyledText& text, std::string_view wanted,
+                                         TextPosition before) {
+  std::size_t line = before.line;
+  std::size_t column = findLastIn(text.line(line), wanted, before.column);
+  for (std::size_t left = text.lineCount(); column == kNowhere && left > 0; --left) {
+    line = line > 0 ? line - 1 : text.lineCount() - 1;
+    column = findLastIn(text.line(line), wanted, kNowhere);
+  }
+  return column == kNowhere ? std::nullopt : std::optional(TextPosition{line, column});
+}
+
+}  // namespace kelvaron
