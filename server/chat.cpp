@@ -23,7 +23,7 @@ void logIn(Lobby& lobby, Client& client, const Fields& fields) {
     return;
   }
   client.nick = fields[1];
-  if (fields.size() > 2) client.toldAddress = fields[2];
+  if (fields.size() > 2) client.toldAddress = fields[2].substr(0, kToldAddressLimit);
   lobby.log(forLog(client.nick) + " (" + address + ") has entered");
   lobby.enter(client);
 }

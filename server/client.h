@@ -8,6 +8,7 @@
 #include <string_view>
 
 #include "server/connection.h"
+#include "server/questions.h"
 #include "server/source.h"
 
 namespace kelvaron::server {
@@ -43,6 +44,8 @@ struct Client {
   bool inGame = false;
   bool hosting = false;
   bool away = false;
+
+  OpenQuestions questions;  // of this user's own
 
   bool moderator = false;
   std::optional<Clock::time_point> proofEnds;  // by then a moderator's nickname needs its proof

@@ -123,7 +123,7 @@ void Connection::handleLines() {
       break;
     }
     if (end == std::string::npos) {
-      input_.erase(0, start);
+      input_ = input_.substr(start);  // in a buffer of its own size
       searched_ = input_.empty() ? 0 : input_.size() - 1;
       break;
     }

@@ -31,12 +31,22 @@ constexpr Passing kProfile = {.keyword = "PROFILE", .first = 2, .last = 14, .sen
 constexpr Passing kPing = {.keyword = "PING", .first = 2, .last = 2, .sender = 2, .asked = true};
 constexpr Passing kPingAnswer = {
     .keyword = "THEPING", .target = 3, .first = 1, .last = 2, .sender = 2};
-constexpr Passing kAskJoin = {
-    .keyword = "GETUSERIP", .first = 2, .last = 2, .sender = 2, .asked = true};
-constexpr Passing kJoinAnswer = {.keyword = "OKUSERIP", .first = 2, .last = 2};
-constexpr Passing kAskFile = {
-    .keyword = "GETIPFT", .first = 2, .last = 2, .sender = 2, .asked = true};
-constexpr Passing kFileAnswer = {.keyword = "RETURNFT", .first = 2, .last = 2};
+constexpr Passing kAskJoin = {.keyword = "GETUSERIP",
+                              .first = 2,
+                              .last = 2,
+                              .sender = 2,
+                              .asked = true,
+                              .asks = Question::join};
+constexpr Passing kJoinAnswer = {
+    .keyword = "OKUSERIP", .first = 2, .last = 2, .answers = Question::join};
+constexpr Passing kAskFile = {.keyword = "GETIPFT",
+                              .first = 2,
+                              .last = 2,
+                              .sender = 2,
+                              .asked = true,
+                              .asks = Question::file};
+constexpr Passing kFileAnswer = {
+    .keyword = "RETURNFT", .first = 2, .last = 2, .answers = Question::file};
 
 constexpr auto kKeywords = std::to_array<Keyword>({
     {.keyword = kLogin, .leastFields = 2, .handler = logIn, .phase = Phase::greeting},

@@ -85,7 +85,10 @@ void Lobby::sweep(Clock::time_point now) {
     if (expired(question)) answer(question, "");
   }
   std::erase_if(questions_, expired);
-  sources_.sweep(now);
+  if (const Sources::Untold untold = sources_.sweep(now); untold.refusals > 0) {
+    log(std::to_string(untold.refusals) + " more refusals of " + std::to_string(untold.addresses) +
+        (untold.addresses == 1 ? " address" : " addresses") + " that left");
+  }
   proofs_.sweep(now);
   records_.sweep(now);
 }
@@ -94,7 +97,7 @@ void Lobby::overstayed(Client& client, Clock::time_point now) {
   Connection& connection = *client.connection;
   if (connection.isStalled(now)) return connection.close("takes nothing of what is sent");
   if (client.phase == Phase::member) {
-    if (client.moderator || !client.proofEnds || now < *client.proofEnds) return;
+    if (!client.proofEnds || now < *client.proofEnds) return;
     log(forLog(client.nick) + " (" + connection.address() +
         ") is dropped: a moderator's nickname, and no password");
     dismiss(client,
@@ -150,7 +153,7 @@ std::vector<Client*> Lobby::clients() const {
 std::string_view Lobby::loginRefusal(std::string_view nick, std::string_view address) const {
   if (!isValidNick(nick) || records_.isReserved(nick)) return "BAD";
   if (records_.isBanned(nick, address)) return "banned";
-  if (room_.find(nick) != nullptr) return "DOUBLE";
+  if (room_.findLike(nick) != nullptr) return "DOUBLE";
   return {};
 }
 
@@ -225,7 +228,7 @@ Clock::duration Lobby::waitFor(Connection& connection, std::string_view line) {
   const bool login = client.phase == Phase::greeting && isLogin(line);
   if (login) {
     const Fields fields = split(line);
-    const Client* old = fields.size() > 1 ? room_.find(fields[1]) : nullptr;
+    const Client* old = fields.size() > 1 ? room_.findLike(fields[1]) : nullptr;
     if (old != nullptr && isLeaving(*old, client, now)) return kLookAgain;
   }
   const Rate own{static_cast<double>(settings_.burstLines),

@@ -25,6 +25,7 @@
 namespace {
 
 using kelvaron::server::CommandLine;
+using kelvaron::server::forLog;
 using kelvaron::server::Options;
 using kelvaron::server::Store;
 
@@ -67,7 +68,7 @@ int addModerator(const Store& store, const CommandLine::NewModerator& moderator)
   }
   store.prepare();
   store.setModerator({moderator.nick, moderator.email, kelvaron::server::hashPassword(password)});
-  std::cout << moderator.nick << " is a moderator now, folder " << store.folder().string()
+  std::cout << forLog(moderator.nick) << " is a moderator now, folder " << store.folder().string()
             << std::endl;
   return 0;
 }
@@ -89,14 +90,13 @@ std::string place(const std::string& address, std::uint16_t port) {
 int removeModerator(const Store& store, const std::string& nick) {
   const bool removed = store.removeModerator(nick);
   (removed ? std::cout : std::cerr)
-      << nick << (removed ? " is no moderator any more" : " is no moderator") << ", folder "
+      << forLog(nick) << (removed ? " is no moderator any more" : " is no moderator") << ", folder "
       << store.folder().string() << std::endl;
   return removed ? 0 : kFailed;
 }
 
 int listBans(const Store& store) {
   using kelvaron::server::BanKind;
-  using kelvaron::server::forLog;
   for (const auto& ban : store.bans()) {
     std::string text;
     if (ban.kind != BanKind::address) text += forLog(ban.nick);
@@ -109,11 +109,12 @@ int listBans(const Store& store) {
 
 int unban(const Store& store, const std::string& who) {
   const std::size_t removed = store.removeBans(who);
-  (removed > 0 ? std::cout : std::cerr) << (removed == 0   ? "no ban"
-                                            : removed == 1 ? "1 ban"
-                                                           : std::to_string(removed) + " bans")
-                                        << " of " << who << (removed > 0 ? " taken away" : "")
-                                        << ", folder " << store.folder().string() << std::endl;
+  (removed > 0 ? std::cout : std::cerr)
+      << (removed == 0   ? "no ban"
+          : removed == 1 ? "1 ban"
+                         : std::to_string(removed) + " bans")
+      << " of " << forLog(who) << (removed > 0 ? " taken away" : "") << ", folder "
+      << store.folder().string() << std::endl;
   return removed > 0 ? 0 : kFailed;
 }
 

@@ -9,7 +9,6 @@ namespace kelvaron::server {
 namespace {
 
 constexpr std::string_view kOnlyModerators = "Only moderators can do that.";
-constexpr std::size_t kToldAddressLimit = 64;
 
 std::string who(const Client& client) {
   return forLog(client.nick) + " (" + client.connection->address() + ")";
@@ -63,6 +62,7 @@ void prove(Lobby& lobby, Client& client, std::string_view email, std::string_vie
     still->proofRunning = false;
     switch (outcome) {
       case Outcome::right:
+        still->proofEnds.reset();
         return proven(lobby, *still);
       case Outcome::wrong:
         ++still->proofsFailed;
@@ -125,12 +125,8 @@ void ban(Lobby& lobby, Client& client, const Fields& fields) {
   if (!isGranted(lobby, client, "ban of " + forLog(fields[1]))) return;
   const Client* target = targetOf(lobby, client, fields[1]);
   if (target == nullptr) return;
-  const Ban ban{BanKind::user,
-                target->nick,
-                target->connection->address(),
-                target->toldAddress.substr(0, kToldAddressLimit),
-                client.nick,
-                std::string(reasonIn(fields))};
+  const Ban ban{BanKind::user,       target->nick, target->connection->address(),
+                target->toldAddress, client.nick,  std::string(reasonIn(fields))};
   const std::uint64_t asker = client.connection->id();
   lobby.records().addBan(ban, [&lobby, asker, nick = ban.nick] {
     const Client* still = lobby.member(asker);

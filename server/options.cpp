@@ -34,17 +34,27 @@ void setFolder(CommandLine& line, Values values) {
   line.options.folder = values[0];
 }
 
+std::string textOf(const char* argument) {
+  if (auto text = fromConsole(argument)) return *text;
+  throw UsageError('"' + std::string(argument) +
+                   "\" holds a character that is not in code page 1252");
+}
+
 void setNewModerator(CommandLine& line, Values values) {
-  const std::string_view email = trimmed(values[1]);
-  if (!isValidNick(values[0])) {
+  const std::string nick = textOf(values[0]);
+  const std::string address = textOf(values[1]);
+  const std::string_view email = trimmed(address);
+  if (!isValidNick(nick)) {
     throw UsageError("a nickname has 1 to 15 characters, no blank, \"[\", \"]\" or \"\xC2\xA5\"");
   }
   if (email.empty() || cleaned(email) != email) throw UsageError("that is no e-mail address");
-  line.newModerator = {values[0], std::string(email)};
+  line.newModerator = {nick, std::string(email)};
 }
 
-void setRemovedModerator(CommandLine& line, Values values) { line.removedModerator = values[0]; }
-void setUnbanned(CommandLine& line, Values values) { line.unbanned = values[0]; }
+void setRemovedModerator(CommandLine& line, Values values) {
+  line.removedModerator = textOf(values[0]);
+}
+void setUnbanned(CommandLine& line, Values values) { line.unbanned = textOf(values[0]); }
 
 template <bool CommandLine::*Flag>
 void setFlag(CommandLine& line, Values /*values*/) {

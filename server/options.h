@@ -12,7 +12,7 @@
 
 namespace kelvaron::server {
 
-/// What the command line asks for.
+/// What the command line asks for. Its texts are in code page 1252.
 struct CommandLine {
   bool help = false;
   bool version = false;

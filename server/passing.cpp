@@ -25,10 +25,18 @@ void tellAbsent(Lobby& lobby, const Client& client, std::string_view shown) {
 }  // namespace
 
 void pass(Lobby& lobby, Client& client, const Fields& fields, const Passing& passing) {
-  const Client* target = lobby.room().findShown(fields[passing.target]);
+  Client* target = lobby.room().findShown(fields[passing.target]);
   if (target == nullptr) {
     if (passing.asked) tellAbsent(lobby, client, fields[passing.target]);
     return;
+  }
+  const Clock::time_point now = Clock::now();
+  if (passing.answers != Question::none &&
+      !target->questions.takeAnswer(passing.answers, client.connection->id(), now)) {
+    return;
+  }
+  if (passing.asks != Question::none) {
+    client.questions.ask(passing.asks, target->connection->id(), now);
   }
   const std::string sender = passing.sender == 0 ? std::string()
                              : passing.plain     ? client.nick

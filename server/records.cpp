@@ -13,6 +13,9 @@ namespace {
 constexpr std::chrono::milliseconds kBetweenLooks(500);
 constexpr std::chrono::seconds kStoreAgain(10);
 
+// What clients show for a place of a game that nobody has; in upper case.
+constexpr std::string_view kEmptyPlace = "NONE";
+
 bool sameNick(std::string_view one, std::string_view other) { return fold(one) == fold(other); }
 
 }  // namespace
@@ -48,8 +51,8 @@ void Records::take(Lists lists) {
 }
 
 bool Records::isReserved(std::string_view nick) const {
-  return std::any_of(reserved_.begin(), reserved_.end(),
-                     [&](const std::string& other) { return sameNick(other, nick); });
+  const std::string like = likeness(nick);
+  return like == kEmptyPlace || std::ranges::find(reserved_, like, likeness) != reserved_.end();
 }
 
 bool Records::isBanned(std::string_view nick, std::string_view address) const {

@@ -22,6 +22,7 @@ class Records {
   /// Throws `StoreError` when a file of the store can't be read.
   Records(asio::io_context& io, Store store, Log log);
 
+  /// Whether it looks like a reserved nickname.
   bool isReserved(std::string_view nick) const;
   bool isBanned(std::string_view nick, std::string_view address) const;
   /// The message of the day; empty for none.

@@ -17,22 +17,27 @@ constexpr std::chrono::microseconds kDelayPerMember(200);
 
 }  // namespace
 
-Client* Room::find(std::string_view nick) const {
-  const auto found = members_.find(fold(nick));
+Client* Room::findLike(std::string_view nick) const {
+  const auto found = members_.find(likeness(nick));
   return found == members_.end() ? nullptr : found->second;
+}
+
+Client* Room::find(std::string_view nick) const {
+  Client* like = findLike(nick);
+  return like != nullptr && fold(like->nick) == fold(nick) ? like : nullptr;
 }
 
 Client* Room::findShown(std::string_view shown) const { return find(bareNick(shown)); }
 
 void Room::join(Client& client) {
-  members_.emplace(fold(client.nick), &client);
+  members_.emplace(likeness(client.nick), &client);
   listChanged();
   client.connection->send(list(), Connection::Kind::userList);
   statistics_.countLists(1);
 }
 
 void Room::leave(const Client& client) {
-  members_.erase(fold(client.nick));
+  members_.erase(likeness(client.nick));
   listChanged();
 }
 

@@ -20,11 +20,13 @@ class Room {
 
   /// The member of that nickname, without regard to case, or nothing.
   Client* find(std::string_view nick) const;
+  /// The member whose nickname looks like that one.
+  Client* findLike(std::string_view nick) const;
   /// The member that a list entry or a shown name means: a tag and the moderator's mark are left
   /// out.
   Client* findShown(std::string_view shown) const;
 
-  /// Adds a client whose nickname is set and free, and sends it the list at once.
+  /// Adds a client whose nickname is set and looks like nobody's, and sends it the list at once.
   void join(Client& client);
   void leave(const Client& client);
 
@@ -44,7 +46,7 @@ class Room {
   void sendList();
   void sendAnnouncements();
 
-  std::map<std::string, Client*> members_;  // by folded nickname
+  std::map<std::string, Client*> members_;  // by likeness
   SharedLines list_;                        // empty when it is to be built anew
   bool listDue_ = false;
   std::string announcements_;  // whole lines that wait for the timer

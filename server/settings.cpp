@@ -76,7 +76,7 @@ void readEntry(std::string_view line, std::size_t number, Settings& settings) {
   const std::string_view digits = trimmed(line.substr(equals + 1));
   const auto* entry = std::ranges::find(kAllSettings, key, &Setting::key);
   if (entry == kAllSettings.end()) {
-    throw StoreError("settings", number, "there is no setting \"" + std::string(key) + "\"");
+    throw StoreError("settings", number, "there is no setting \"" + forLog(key) + "\"");
   }
   long value = 0;
   const auto read = std::from_chars(digits.data(), digits.data() + digits.size(), value);

@@ -51,13 +51,19 @@ Rate Sources::loginRate(const Source& source) const {
           times * static_cast<double>(settings_.loginsPerMinute) / 60.0};
 }
 
-void Sources::sweep(Clock::time_point now) {
+Sources::Untold Sources::sweep(Clock::time_point now) {
+  Untold untold;
   std::erase_if(sources_, [&](const auto& each) {
     Source& source = *each.second;
-    return source.connections == 0 && source.refusalsNotLogged == 0 &&
-           source.lines.isFull(lineRate(source), now) &&
-           source.logins.isFull(loginRate(source), now);
+    const bool forgotten = source.connections == 0 && source.lines.isFull(lineRate(source), now) &&
+                           source.logins.isFull(loginRate(source), now);
+    if (forgotten && source.refusalsNotLogged > 0) {
+      ++untold.addresses;
+      untold.refusals += source.refusalsNotLogged;
+    }
+    return forgotten;
   });
+  return untold;
 }
 
 }  // namespace kelvaron::server

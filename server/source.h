@@ -55,8 +55,13 @@ class Sources {
   std::shared_ptr<Source> of(std::string_view address);
   Rate lineRate(const Source& source) const;
   Rate loginRate(const Source& source) const;
+  /// What was left out of the log of addresses that are forgotten.
+  struct Untold {
+    long addresses = 0;
+    long refusals = 0;
+  };
   /// Forgets those that are as if they had never been here.
-  void sweep(Clock::time_point now);
+  Untold sweep(Clock::time_point now);
 
  private:
   const Settings& settings_;

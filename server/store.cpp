@@ -109,7 +109,7 @@ std::vector<std::string> Store::reserved() const {
   return parseAll(lines(kReserved), [](const std::string& line, std::size_t number) {
     std::string nick(trimmed(line));
     if (!isValidNick(nick)) {
-      throw StoreError(kReserved, number, "\"" + nick + "\" can't be a nickname");
+      throw StoreError(kReserved, number, "\"" + forLog(nick) + "\" can't be a nickname");
     }
     return nick;
   });

@@ -13,9 +13,28 @@ constexpr std::size_t kSoundLimit = 64;
 constexpr std::size_t kLoggedLimit = 64;
 constexpr std::array<std::string_view, 3> kTags = {"[IG]", "[CS]", "[AW]"};
 
+bool isMark(char c) {
+  constexpr std::string_view kWithoutCase = "0123456789\xDF\x83";  // the two are letters
+  return lower(std::string_view(&c, 1)) == upper(std::string_view(&c, 1)) &&
+         kWithoutCase.find(c) == std::string_view::npos;
+}
+
 }  // namespace
 
 std::string fold(std::string_view text) { return upper(text); }
+
+std::string likeness(std::string_view nick) {
+  const auto first = std::find_if_not(nick.begin(), nick.end(), isMark);
+  if (first == nick.end()) return std::string(nick);
+  const auto last = std::find_if_not(nick.rbegin(), nick.rend(), isMark);
+  return upper(std::string_view(first, last.base()));
+}
+
+std::optional<std::string> fromConsole(std::string_view utf8) {
+  std::string text = fromUtf8(utf8);
+  if (toUtf8(text) != utf8) return std::nullopt;
+  return text;
+}
 
 std::string cleaned(std::string_view field) {
   std::string text(field);

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <cstddef>
+#include <optional>
 #include <string>
 #include <string_view>
 
@@ -14,6 +15,13 @@ inline constexpr std::size_t kNickLimit = 15;
 
 /// The letters of code page 1252 in upper case: two nicknames are the same when these are equal.
 std::string fold(std::string_view text);
+
+/// What nicknames that look alike have in common: the letters in upper case, without the marks (all
+/// that is no letter and no digit) at both ends. Of a nickname of marks alone, itself.
+std::string likeness(std::string_view nick);
+
+/// From the UTF-8 of the command line. Nothing when a character isn't in the code page.
+std::optional<std::string> fromConsole(std::string_view utf8);
 
 /// Control characters (NUL, TAB, CR and LF among them) become blanks, so that no field can turn
 /// into two fields or two lines.

@@ -8,6 +8,7 @@
 #include <array>
 #include <chrono>
 
+#include "server/source.h"
 #include "tests/server/peer.h"
 
 namespace kelvaron::server {
@@ -69,6 +70,20 @@ TEST(Limits, TheAllowanceIsTheAddresss) {
   }
   // 100 lines of theirs and two logins: 52 beyond the burst.
   EXPECT_GT(steady_clock::now() - start, milliseconds(950));
+}
+
+TEST(Sources, AreForgottenWithWhatWasNotTold) {
+  const Settings settings;
+  Sources sources(settings);
+  sources.of("10.0.0.1")->refusalsNotLogged = 2;
+  sources.of("10.0.0.2")->refusalsNotLogged = 3;
+  sources.of("10.0.0.3")->connections = 1;
+  sources.of("10.0.0.3")->refusalsNotLogged = 4;
+  const Sources::Untold untold = sources.sweep(Clock::now());
+  EXPECT_EQ(untold.addresses, 2);
+  EXPECT_EQ(untold.refusals, 5);
+  EXPECT_EQ(sources.of("10.0.0.1")->refusalsNotLogged, 0);
+  EXPECT_EQ(sources.of("10.0.0.3")->refusalsNotLogged, 4);
 }
 
 TEST(Limits, LoginsWaitTheirTurn) {

@@ -132,10 +132,17 @@ TEST(Moderation, AModeratorsNicknameNeedsItsProof) {
   EXPECT_TRUE(room.carol->gets(kAliceIsGone));
   EXPECT_TRUE(room.alice->gets(refusal("The password for this nickname did not come in time.")));
   EXPECT_TRUE(room.alice->isClosed());
-  room.alice = std::make_unique<Peer>(room.port(), "alice");
-  room.grant();
-  std::this_thread::sleep_for(std::chrono::milliseconds(1200));
-  EXPECT_EQ(room.alice->lines(), Lines{}) << "a moderator stays";
+  for (const auto& [proof, proven] : std::vector<std::pair<std::string, std::string>>{
+           {kProof, kGranted},
+           {"THEKICK\talice\tbob\tsecret word\ta@example.org",
+            "Announce\t[Server] bob was kicked by alice"}}) {
+    Peer alice(room.port(), "alice");
+    ASSERT_TRUE(alice.gets(proven, proof));
+    std::this_thread::sleep_for(std::chrono::milliseconds(1200));
+    EXPECT_EQ(alice.lines(), Lines{}) << "a moderator stays";
+    alice.socket().close();
+    ASSERT_TRUE(room.carol->gets(kAliceIsGone));
+  }
 }
 
 TEST(Moderation, ReloadTakesABanAwayAndKeepsItWhenTheFileIsBroken) {

@@ -1,6 +1,7 @@
 // Lines from one user to another: who gets them, in what shape, and that no field smuggles a line.
 #include <gtest/gtest.h>
 
+#include "server/questions.h"
 #include "tests/server/peer.h"
 
 namespace kelvaron::server {
@@ -10,6 +11,7 @@ struct Case {
   std::string sent;  // by alice
   Lines toBob;
   bool refused = false;  // alice gets a refusal
+  std::string asked{};   // by bob, before
 };
 
 const std::string kMark = "\xA5";
@@ -39,10 +41,14 @@ const std::vector<Case> kCases = {
     {"RETURNPING\t10.0.0.7\tmallory\tbob", {"THEPING\t10.0.0.7\talice"}},
     {"USERIP\tbob[CS]\talice", {"GETUSERIP\talice"}},
     {"USERIP\tnobody\talice", {}, true},
-    {"OKRETURNIP\tbob\t10.0.0.7", {"OKUSERIP\t10.0.0.7"}},
+    {"OKRETURNIP\tbob\t10.0.0.7", {"OKUSERIP\t10.0.0.7"}, false, "USERIP\talice\tbob"},
+    {"OKRETURNIP\tbob\t10.0.0.7", {}},  // a second answer
+    {"OKRETURNIP\tbob\t10.0.0.7", {}, false, "USERIP\tcarol\tbob"},
+    {"OKRETURNIP\tbob\t10.0.0.7", {}, false, "GETIPFT\talice\tbob"},
     {"GETIPFT\tbob\talice", {"GETIPFT\talice"}},
     {"GETIPFT\tnobody\talice", {}, true},
-    {"OKUSERFT\tbob\t10.0.0.7", {"RETURNFT\t10.0.0.7"}},
+    {"OKUSERFT\tbob\t10.0.0.7", {"RETURNFT\t10.0.0.7"}},  // bob asked two rows above
+    {"OKUSERFT\tbob\t10.0.0.7", {}},
     {"GAME\t1\tbob[AW]\t" + kGame, {"GAME\t" + kGame}},
     {"GAME\t3\tbob\tBob[IG]\tbob\t" + kGame, {"GAME\t" + kGame}},
     {"GAME\t2\tnobody\tbob\t" + kGame, {"GAME\t" + kGame}, true},
@@ -51,7 +57,10 @@ const std::vector<Case> kCases = {
     // No field becomes a second line or a second field.
     {"PM\tbob\tx\rMSGBOX\tforged\talice", {"PM\talice\tx MSGBOX"}},
     {"PM\tbob\tx\nKicked\talice", {"PM\talice\tx Kicked"}},
-    {std::string("OKUSERFT\tbob\t10.0\0.0\x1b.7", 23), {"RETURNFT\t10.0 .0 .7"}},
+    {std::string("OKUSERFT\tbob\t10.0\0.0\x1b.7", 23),
+     {"RETURNFT\t10.0 .0 .7"},
+     false,
+     "GETIPFT\talice\tbob"},
 };
 
 // What is not understood, and what nobody waits for, leaves no trace.
@@ -76,15 +85,32 @@ const std::vector<std::string> kNothing = {"DECLINE\tnobody\talice",
 
 TEST(Passing, EachRowReachesItsReceiverInItsShape) {
   TwoUsers room;
+  const Peer carol(room.running.port(), "carol");
   std::vector<Case> cases = kCases;
   for (const std::string& sent : kNothing) cases.push_back({sent, {}});
   for (const Case& each : cases) {
     SCOPED_TRACE(each.sent);
+    room.bob.send(each.asked);
+    room.bob.lines();
+    room.alice.lines();
     room.alice.send(each.sent);
     const Lines told = {refusal("nobody is not on Kelvaron.")};
     EXPECT_EQ(room.alice.lines(), each.refused ? told : Lines{});
     EXPECT_EQ(room.bob.lines(), each.toBob);
   }
+}
+
+TEST(OpenQuestions, EachHasOneAnswerWithinAMinute) {
+  using std::chrono::seconds;
+  OpenQuestions questions;
+  const Clock::time_point now = Clock::now();
+  for (const std::uint64_t whom : {1U, 1U, 2U}) questions.ask(Question::join, whom, now);
+  EXPECT_FALSE(questions.takeAnswer(Question::join, 3, now));
+  EXPECT_FALSE(questions.takeAnswer(Question::file, 1, now));
+  for (const bool taken : {true, true, false}) {
+    EXPECT_EQ(questions.takeAnswer(Question::join, 1, now + seconds(59)), taken);
+  }
+  EXPECT_FALSE(questions.takeAnswer(Question::join, 2, now + seconds(60)));
 }
 
 TEST(Passing, LinesInOneWriteAndCutAnywhereAreTheSame) {

@@ -45,6 +45,9 @@ TEST(Program, SaysWhatIsWrong) {
       {"--check --folder /dev/null/x", 1, "/dev/null/x: there is no such folder"},
       {"--unban eve" + withFolder, 1, "no ban of eve"},
       {"--remove-moderator eve" + withFolder, 1, "eve is no moderator"},
+      {"--add-moderator \xC5\x81uk l@example.org", 2,
+       "holds a character that is not in code page 1252"},
+      {"--unban \xFF", 2, "holds a character that is not in code page 1252"},
       {"--prot 1", 2, "unknown option \"--prot\""},
       {"--address 127.0.0.1 --port " + std::to_string(other.port()) + withFolder, 1,
        "another program has this port"},
@@ -132,6 +135,15 @@ TEST(Program, CommandsAndSignalsReachARunningServer) {
   EXPECT_TRUE(becomes("Userscl"));
   EXPECT_TRUE(bob.gets(kGranted, "RequestOP\tbob\tb@example.org\ta b"));
   EXPECT_EQ(program.command("--remove-moderator bob").first, 0);
+
+  // UTF-8 here, one byte a character in the files.
+  const std::string jose = "Jos\xC3\xA9";
+  EXPECT_EQ(program.command("--add-moderator " + jose + " j@example.org").second.find(jose), 0U);
+  EXPECT_EQ(Store(program.folder.path()).moderators().back().nick, "Jos\xE9");
+  EXPECT_EQ(program.command("--remove-moderator JOS\xC3\x89").first, 0);
+  std::ofstream(program.folder.path() / "bans") << "nick\tJos\xE9\t\t\tann\tspam\n";
+  EXPECT_EQ(program.command("--bans").second, jose + ", by ann: spam\n");
+  EXPECT_EQ(program.command("--unban " + jose).second.find("1 ban of " + jose), 0U);
 
   std::ofstream(program.folder.path() / "settings") << "line_limit = 256\n";
   program.signal(SIGHUP);

@@ -48,8 +48,15 @@ TEST(Login, RefusalsAndTheEndOfTheConnection) {
   const Peer alice(running.port(), "alice\xE9");
   std::vector<std::pair<std::string, std::string>> cases = {{"SPAMMER", "banned"},
                                                             {"ALICE\xC9", "DOUBLE"}};
+  // Marks at its ends make no other nickname.
+  for (const char* like : {"alice\xE9.", "alice\xE9:",
+                           "\xB7"
+                           "Alice\xE9",
+                           "alice\xE9\x95", "_alice\xE9_"}) {
+    cases.emplace_back(like, "DOUBLE");
+  }
   for (const char* bad : {"QZN", "sorrel", "", "a b", "a[b", "a]", "\xA5you", "a\xA0",
-                          "sixteencharacter", "a\x01z"}) {
+                          "sixteencharacter", "a\x01z", "nONE", "None.", "Server:"}) {
     cases.emplace_back(bad, "BAD");
   }
   std::vector<std::unique_ptr<Peer>> peers;
@@ -61,7 +68,12 @@ TEST(Login, RefusalsAndTheEndOfTheConnection) {
     EXPECT_EQ(peers[i]->next(), cases[i].second) << cases[i].first;
     EXPECT_EQ(peers[i]->next(), "(closed)") << cases[i].first;
   }
-  const Peer longest(running.port(), "fifteencharacte");
+  for (const char* good : {"fifteencharacte",
+                           "alice\xE9"
+                           "1",
+                           "a.lice\xE9", "...", "..", "none1"}) {
+    const Peer peer(running.port(), good);
+  }
 }
 
 TEST(Room, LinesForAll) {
