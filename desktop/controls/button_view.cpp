@@ -14,11 +14,17 @@ ButtonView::ButtonView(CommandButton& button, ViewHost& host, QWidget* parent)
   connect(&button_, &QPushButton::pressed, this,
           [this] { run([this] { static_cast<CommandButton*>(control())->Pressed(); }); });
   connect(&button_, &QPushButton::clicked, this,
-          [this] { run([this] { static_cast<CommandButton*>(control())->Click(); }); });
+          [this] { run([this] { this->button().Click(); }); });
 }
 
-void ButtonView::refresh() {
-  button_.setText(shownText(static_cast<CommandButton*>(control())->Caption.get()));
+void ButtonView::refresh() { button_.setText(shownText(button().Caption.get())); }
+
+bool ButtonView::press(PressedBy key) {
+  if (!(key == PressedBy::enter ? button().Default : button().Cancel)) return false;
+  settle();
+  if (!usable()) return false;
+  button_.click();
+  return true;
 }
 
 bool ButtonView::eventFilter(QObject* watched, QEvent* event) {
@@ -29,7 +35,7 @@ bool ButtonView::eventFilter(QObject* watched, QEvent* event) {
 }
 
 bool ButtonView::enterPressed(Qt::KeyboardModifiers /*modifiers*/) {
-  press();
+  button_.click();
   return true;
 }
 

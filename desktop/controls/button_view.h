@@ -11,8 +11,10 @@ class ButtonView : public ControlView {
  public:
   ButtonView(CommandButton& button, ViewHost& host, QWidget* parent);
 
-  bool takesKeyboard() const override { return true; }
-  void press() { button_.click(); }
+  FirstFocus firstFocus() const override {
+    return button().Deliberate ? FirstFocus::never : FirstFocus::usual;
+  }
+  bool press(PressedBy key) override;
 
  protected:
   void refresh() override;
@@ -21,6 +23,8 @@ class ButtonView : public ControlView {
   bool eventFilter(QObject* watched, QEvent* event) override;
 
  private:
+  CommandButton& button() const { return static_cast<CommandButton&>(*control()); }
+
   QPushButton& button_;
 };
 

@@ -82,7 +82,9 @@ QFont ControlView::captionFont(QFont font) const {
   return font;
 }
 
-bool ControlView::enterPressed(Qt::KeyboardModifiers /*modifiers*/) { return host_.pressDefault(); }
+bool ControlView::enterPressed(Qt::KeyboardModifiers /*modifiers*/) {
+  return host_.press(PressedBy::enter);
+}
 
 bool ControlView::eventFilter(QObject* watched, QEvent* event) {
   if (event->type() != QEvent::KeyPress || watched != widget_ || !attached()) return false;
@@ -93,7 +95,7 @@ bool ControlView::eventFilter(QObject* watched, QEvent* event) {
       // A key held down in a box must not press on in the window behind it.
       return key->isAutoRepeat() || enterPressed(key->modifiers());
     case Qt::Key_Escape:
-      return host_.pressCancel();
+      return host_.press(PressedBy::escape);
     default:
       return false;
   }

@@ -17,8 +17,8 @@
 
 namespace kelvaron {
 
-class ChatView;
-class ControlView;
+/// Keys that press a button from anywhere on its form.
+enum class PressedBy { enter, escape };
 
 /// What a control's view asks of the window that it stands in.
 class ViewHost : NonCopyable {
@@ -26,20 +26,14 @@ class ViewHost : NonCopyable {
   virtual ~ViewHost() = default;
 
   virtual EventGate& gate() = 0;
-  /// Press the form's default or cancel button. False when it has none that can be pressed.
-  virtual bool pressDefault() = 0;
-  virtual bool pressCancel() = 0;
-  /// Where the next pop-up menu opens, in place of the pointer.
-  virtual void setPopUpPoint(QPoint global) = 0;
+  /// Presses the form's button for this key. False when it has none that can be pressed.
+  virtual bool press(PressedBy key) = 0;
   /// What the user typed where nothing can be typed: goes to the form's input line.
   virtual void typeAhead(const QString& text) = 0;
+  /// Where the next pop-up menu opens, in place of the pointer.
+  virtual void setPopUpPoint(QPoint global) = 0;
   /// A sentence to the user, in a box, once the toolkit is back in its event loop.
   virtual void tell(const QString& text) = 0;
-  /// The form's chat view, if it has one.
-  virtual ChatView* chat() const = 0;
-  /// Something was said to the user: the window asks for attention while the program isn't the one
-  /// at work.
-  virtual void wantAttention() = 0;
 };
 
 /// Shows one control on one widget. Changes of the control's properties reach the widget once a
@@ -60,12 +54,29 @@ class ControlView : public QObject {
   /// Shows now what waits for the next turn.
   void settle();
 
-  /// The label whose caption names this control, if it has no name of its own.
+  /// Whether the label in front names this control: the keyboard goes there, and it has no caption
+  /// of its own.
+  virtual bool wantsLabel() const { return false; }
   virtual void setNameFromLabel(const QString& name);
-  /// Whether the keyboard can be here.
-  virtual bool takesKeyboard() const { return false; }
-  /// Types at the end of the text. Only text boxes can.
-  virtual void type(const QString& /*text*/) {}
+  /// Where the keyboard begins when the form comes up: in the first usual place, else in the first
+  /// where there is only something to read.
+  enum class FirstFocus { never, toRead, usual };
+  virtual FirstFocus firstFocus() const {
+    return wantsLabel() ? FirstFocus::usual : FirstFocus::never;
+  }
+  /// Whether the user can see and use the widget.
+  bool usable() const { return widget_->isVisible() && widget_->isEnabled(); }
+
+  /// Names the control behind this one. Only labels do.
+  virtual void nameNext(ControlView& /*next*/) {}
+  /// Types at the end of the text. False where nothing can be typed.
+  virtual bool type(const QString& /*text*/) { return false; }
+  /// Presses a button whose key this is. False where that can't be.
+  virtual bool press(PressedBy /*key*/) { return false; }
+  /// The pointer moved over the widget. False where the form hears of it.
+  virtual bool pointerMoved() { return false; }
+  /// Whether a click here is one on the form's bare surface.
+  virtual bool isBare() const { return false; }
 
  protected:
   /// Reads the control's own properties (`Visible`, `Enabled` and the place are done here).
@@ -114,7 +125,7 @@ class ControlView : public QObject {
   int showing_ = 0;
 };
 
-/// The view of a control that is seen: any kind but a timer.
+/// The view of a control that is seen; null for a timer.
 std::unique_ptr<ControlView> makeView(Control& control, ViewHost& host, QWidget* parent);
 
 }  // namespace kelvaron

@@ -33,7 +33,7 @@ ImageView::ImageView(Image& image, ViewHost& host, QWidget* parent)
 
 void ImageView::refresh() {
   const qreal ratio = label_.devicePixelRatioF();
-  QPixmap picture = load(static_cast<const Image&>(*control()).Picture, ratio);
+  QPixmap picture = load(image().Picture, ratio);
   if (picture.isNull() || label_.size().isEmpty()) {
     label_.clear();
     return;
@@ -43,13 +43,19 @@ void ImageView::refresh() {
   label_.setPixmap(picture);
 }
 
+bool ImageView::pointerMoved() {
+  if (!image().MouseMove) return false;
+  image().MouseMove();
+  return true;
+}
+
 bool ImageView::eventFilter(QObject* watched, QEvent* event) {
   if (!attached()) return false;
   if (event->type() == QEvent::Resize) refresh();
   if (event->type() == QEvent::MouseButtonRelease) {
     const auto* mouse = static_cast<QMouseEvent*>(event);
     if (mouse->button() == Qt::LeftButton && label_.rect().contains(mouse->pos())) {
-      run([this] { static_cast<Image*>(control())->Click(); });
+      run([this] { image().Click(); });
       return true;
     }
   }

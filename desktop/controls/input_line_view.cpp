@@ -23,7 +23,7 @@ bool InputLineView::eventFilter(QObject* watched, QEvent* event) {
   if (watched == &edit() && attached()) {
     if (event->type() == QEvent::ShortcutOverride) {
       // Before a shortcut of the window, as the chat view takes them.
-      if (ChatView* chat = host().chat();
+      if (ChatView* chat = this->chat();
           chat != nullptr && chat->isViewCommand(static_cast<QKeyEvent&>(*event))) {
         event->accept();
         return true;
@@ -37,7 +37,7 @@ bool InputLineView::eventFilter(QObject* watched, QEvent* event) {
 
 bool InputLineView::keyPressed(const QKeyEvent& key) {
   const bool plain = key.modifiers() == Qt::NoModifier || key.modifiers() == Qt::KeypadModifier;
-  ChatView* chat = host().chat();
+  ChatView* chat = this->chat();
   switch (key.key()) {
     case Qt::Key_Tab:
       return plain && complete();
@@ -52,6 +52,8 @@ bool InputLineView::keyPressed(const QKeyEvent& key) {
       return chat != nullptr && chat->viewCommand(key);
   }
 }
+
+ChatView* InputLineView::chat() const { return edit().window()->findChild<ChatView*>(); }
 
 bool InputLineView::complete() {
   const auto& line = static_cast<const RichTextLine&>(box());

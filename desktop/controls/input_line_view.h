@@ -6,6 +6,8 @@
 
 namespace kelvaron {
 
+class ChatView;
+
 /// Tab completes what is typed, Up and Down walk through what was sent, and find,
 /// scroll and zoom keys go to the form's chat view; Escape leads to its newest line.
 class InputLineView final : public TextLineView {
@@ -19,6 +21,8 @@ class InputLineView final : public TextLineView {
  private:
   bool keyPressed(const QKeyEvent& key);
   bool complete();
+  /// The form's chat view, if it has one.
+  ChatView* chat() const;
   bool show(const std::optional<QString>& line);
 
   LineHistory history_;

@@ -38,9 +38,9 @@ LabelView::LabelView(Label& label, ViewHost& host, QWidget* parent)
   label_.setTextFormat(Qt::PlainText);
 }
 
-void LabelView::setBuddy(ControlView& buddy) {
-  buddy_ = &buddy;
-  label_.setBuddy(&buddy.widget());
+void LabelView::nameNext(ControlView& next) {
+  buddy_ = &next;
+  label_.setBuddy(&next.widget());
   settle();
   const Showing showing(*this);
   refresh();

@@ -13,8 +13,9 @@ class LabelView : public ControlView {
  public:
   LabelView(Label& label, ViewHost& host, QWidget* parent);
 
-  /// The control behind the label: its mnemonic leads there, and its caption names it.
-  void setBuddy(ControlView& buddy);
+  /// The label's mnemonic leads to the control behind it, which its caption names.
+  void nameNext(ControlView& next) override;
+  bool isBare() const override { return control()->container.asControl() == nullptr; }
 
  protected:
   void refresh() override;

@@ -123,7 +123,7 @@ void ListBoxView::menuKeyPressed(QPoint global) {
 }
 
 bool ListBoxView::enterPressed(Qt::KeyboardModifiers /*modifiers*/) {
-  if (host().pressDefault()) return true;
+  if (host().press(PressedBy::enter)) return true;
   doubleClicked();
   return true;
 }

@@ -21,7 +21,7 @@ class ListBoxView : public ControlView {
  public:
   ListBoxView(ListBox& box, ViewHost& host, QWidget* parent);
 
-  bool takesKeyboard() const override { return true; }
+  bool wantsLabel() const override { return true; }
 
   /// For the widget.
   void leftReleased();

@@ -1,3 +1,5 @@
+#include <map>
+
 #include "desktop/controls/button_view.h"
 #include "desktop/controls/control_view.h"
 #include "desktop/controls/input_line_view.h"
@@ -9,50 +11,39 @@
 namespace kelvaron {
 namespace {
 
+template <class View, class Kind>
 std::unique_ptr<ControlView> make(Control& control, ViewHost& host, QWidget* parent) {
-  switch (control.kind) {
-    case ControlKind::label:
-      return std::make_unique<LabelView>(static_cast<Label&>(control), host, parent);
-    case ControlKind::richTextLine:
-      return std::make_unique<InputLineView>(static_cast<TextBox&>(control), host, parent);
-    case ControlKind::textBox:
-      if (auto& box = static_cast<TextBox&>(control); box.MultiLine) {
-        return std::make_unique<TextAreaView>(box, host, parent);
-      } else {
-        return std::make_unique<TextLineView>(box, host, parent);
-      }
-    case ControlKind::richTextBox:
-      return std::make_unique<RichTextBoxView>(static_cast<RichTextBox&>(control), host, parent);
-    case ControlKind::listBox:
-      return std::make_unique<ListBoxView>(static_cast<ListBox&>(control), host, parent);
-    case ControlKind::checkBox:
-      return std::make_unique<CheckBoxView>(static_cast<CheckBox&>(control), host, parent);
-    case ControlKind::button:
-      return std::make_unique<ButtonView>(static_cast<CommandButton&>(control), host, parent);
-    case ControlKind::frame:
-      return std::make_unique<FrameView>(static_cast<Frame&>(control), host, parent);
-    case ControlKind::image:
-      return std::make_unique<ImageView>(static_cast<Image&>(control), host, parent);
-    case ControlKind::comboBox:
-      return std::make_unique<ComboBoxView>(static_cast<ComboBox&>(control), host, parent);
-    case ControlKind::shape:
-      return std::make_unique<ShapeView>(static_cast<Shape&>(control), host, parent);
-    case ControlKind::progressBar:
-      return std::make_unique<ProgressBarView>(static_cast<ProgressBar&>(control), host, parent);
-    case ControlKind::slider:
-      return std::make_unique<SliderView>(static_cast<Slider&>(control), host, parent);
-    case ControlKind::line:  // no form of the client has one
-    case ControlKind::timer:
-      break;
-  }
-  return nullptr;
+  return std::make_unique<View>(static_cast<Kind&>(control), host, parent);
 }
+
+std::unique_ptr<ControlView> makeTextBox(Control& control, ViewHost& host, QWidget* parent) {
+  const bool lines = static_cast<TextBox&>(control).MultiLine;
+  return (lines ? make<TextAreaView, TextBox> : make<TextLineView, TextBox>)(control, host, parent);
+}
+
+const std::map<ControlKind, decltype(&makeTextBox)> kViews = {
+    {ControlKind::label, make<LabelView, Label>},
+    {ControlKind::richTextLine, make<InputLineView, TextBox>},
+    {ControlKind::textBox, makeTextBox},
+    {ControlKind::richTextBox, make<RichTextBoxView, RichTextBox>},
+    {ControlKind::listBox, make<ListBoxView, ListBox>},
+    {ControlKind::checkBox, make<CheckBoxView, CheckBox>},
+    {ControlKind::button, make<ButtonView, CommandButton>},
+    {ControlKind::frame, make<FrameView, Frame>},
+    {ControlKind::image, make<ImageView, Image>},
+    {ControlKind::comboBox, make<ComboBoxView, ComboBox>},
+    {ControlKind::shape, make<ShapeView, Shape>},
+    {ControlKind::progressBar, make<ProgressBarView, ProgressBar>},
+    {ControlKind::slider, make<SliderView, Slider>},
+};
 
 }  // namespace
 
 std::unique_ptr<ControlView> makeView(Control& control, ViewHost& host, QWidget* parent) {
-  std::unique_ptr<ControlView> view = make(control, host, parent);
-  if (view) view->attach();
+  const auto found = kViews.find(control.kind);
+  if (found == kViews.end()) return nullptr;
+  std::unique_ptr<ControlView> view = found->second(control, host, parent);
+  view->attach();
   return view;
 }
 

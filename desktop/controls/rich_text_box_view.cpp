@@ -1,3 +1,4 @@
+#include "desktop/attention.h"
 #include "desktop/chat_view/chat_view.h"
 #include "desktop/controls/views.h"
 #include "desktop/qt_values.h"
@@ -20,7 +21,7 @@ RichTextBoxView::RichTextBoxView(RichTextBox& box, ViewHost& host, QWidget* pare
   chat->setForUser([this](std::string_view line) {
     return attached() && this->box().IsForUser && this->box().IsForUser(line);
   });
-  connect(chat, &ChatView::addressed, this, [this] { this->host().wantAttention(); });
+  connect(chat, &ChatView::addressed, this, [chat] { callForAttention(*chat->window()); });
 }
 
 void RichTextBoxView::detach() {

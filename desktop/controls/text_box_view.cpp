@@ -61,11 +61,13 @@ bool TextBoxView::showUpTo(std::size_t bytes) {
   return true;
 }
 
-void TextBoxView::type(const QString& text) {
-  if (cut_) return;
+bool TextBoxView::type(const QString& text) {
+  if (box().Locked || !usable()) return false;
+  if (cut_) return true;
   widget().setFocus();
   setText(this->text() + text);
   setCaret(static_cast<int>(this->text().size()));
+  return true;
 }
 
 void TextBoxView::textEdited() {
@@ -107,7 +109,7 @@ void TextBoxView::refresh() {
 }
 
 bool TextBoxView::enterPressed(Qt::KeyboardModifiers modifiers) {
-  if (host().pressDefault()) return true;
+  if (host().press(PressedBy::enter)) return true;
   const int shift = modifiers.testFlag(Qt::ShiftModifier) ? 1 : 0;
   run([&] { box().KeyDown(key_code::kEnter, shift); });
   return true;
@@ -218,7 +220,7 @@ bool TextAreaView::enterPressed(Qt::KeyboardModifiers modifiers) {
     edit_.insertPlainText(QStringLiteral("\n"));
     return true;
   }
-  if (host().pressDefault()) return true;
+  if (host().press(PressedBy::enter)) return true;
   run([this] { box().KeyDown(key_code::kEnter, 0); });
   return false;
 }

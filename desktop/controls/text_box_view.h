@@ -27,8 +27,11 @@ class TextBoxView : public ControlView {
   /// servers take.
   static constexpr std::size_t kMostTyped = 65'000;
 
-  bool takesKeyboard() const override { return true; }
-  void type(const QString& text) override;
+  bool wantsLabel() const override { return true; }
+  FirstFocus firstFocus() const override {
+    return box().Locked ? FirstFocus::toRead : FirstFocus::usual;
+  }
+  bool type(const QString& text) override;
 
  protected:
   TextBoxView(TextBox& box, ViewHost& host, QWidget* widget);

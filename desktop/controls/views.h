@@ -23,7 +23,7 @@ class CheckBoxView : public ControlView {
  public:
   CheckBoxView(CheckBox& box, ViewHost& host, QWidget* parent);
 
-  bool takesKeyboard() const override { return true; }
+  FirstFocus firstFocus() const override { return FirstFocus::usual; }
 
   void mouseDown(Qt::MouseButton button);
   void mouseUp(Qt::MouseButton button);
@@ -45,7 +45,7 @@ class ComboBoxView : public ControlView {
  public:
   ComboBoxView(ComboBox& box, ViewHost& host, QWidget* parent);
 
-  bool takesKeyboard() const override { return true; }
+  bool wantsLabel() const override { return true; }
   void setNameFromLabel(const QString& name) override;
 
  protected:
@@ -75,11 +75,15 @@ class ImageView : public ControlView {
  public:
   ImageView(Image& image, ViewHost& host, QWidget* parent);
 
+  bool pointerMoved() override;
+
  protected:
   void refresh() override;
   bool eventFilter(QObject* watched, QEvent* event) override;
 
  private:
+  Image& image() const { return static_cast<Image&>(*control()); }
+
   QLabel& label_;
 };
 
@@ -98,7 +102,8 @@ class RichTextBoxView : public ControlView {
  public:
   RichTextBoxView(RichTextBox& box, ViewHost& host, QWidget* parent);
 
-  bool takesKeyboard() const override { return true; }
+  bool wantsLabel() const override { return true; }
+  FirstFocus firstFocus() const override { return FirstFocus::toRead; }
   void detach() override;
 
  protected:
@@ -130,7 +135,7 @@ class SliderView : public ControlView {
  public:
   SliderView(Slider& slider, ViewHost& host, QWidget* parent);
 
-  bool takesKeyboard() const override { return true; }
+  bool wantsLabel() const override { return true; }
 
  protected:
   void refresh() override;

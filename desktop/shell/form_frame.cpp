@@ -101,12 +101,12 @@ void FormFrame::moveOnScreen(QPoint place) {
 
 void FormFrame::closeEvent(QCloseEvent* event) {
   event->ignore();
-  if (kind_.closable && onClose) onClose();
+  if (kind_.closable && on.close) on.close();
 }
 
 void FormFrame::moveEvent(QMoveEvent* event) {
   QWidget::moveEvent(event);
-  if (onMoved && isVisible()) onMoved(pos());
+  if (on.moved && isVisible()) on.moved(pos());
   tellFrame();
 }
 
@@ -116,7 +116,7 @@ void FormFrame::resizeEvent(QResizeEvent* event) {
 }
 
 void FormFrame::tellFrame() {
-  if (onFramed && isVisible()) onFramed(frameGeometry().height());
+  if (on.framed && isVisible()) on.framed(frameGeometry().height());
 }
 
 void FormFrame::showEvent(QShowEvent* event) {
@@ -128,11 +128,11 @@ void FormFrame::keyPressEvent(QKeyEvent* event) {
   switch (event->key()) {
     case Qt::Key_Return:
     case Qt::Key_Enter:
-      if (onKey && !event->isAutoRepeat()) onKey(Qt::Key_Return);
+      if (on.key && !event->isAutoRepeat()) on.key(Qt::Key_Return);
       break;
     case Qt::Key_Escape:
     case Qt::Key_F6:
-      if (onKey) onKey(event->key());
+      if (on.key) on.key(event->key());
       break;
     default:
       QWidget::keyPressEvent(event);
@@ -140,8 +140,9 @@ void FormFrame::keyPressEvent(QKeyEvent* event) {
 }
 
 bool FormFrame::eventFilter(QObject* watched, QEvent* event) {
-  if (watched == content_ && event->type() == QEvent::Resize && kind_.sizable && onContentResized) {
-    onContentResized(content_->size());
+  if (watched == content_ && event->type() == QEvent::Resize && kind_.sizable &&
+      on.contentResized) {
+    on.contentResized(content_->size());
   }
   return QWidget::eventFilter(watched, event);
 }

@@ -36,14 +36,18 @@ class FormFrame : public QWidget {
   /// When it came on the screen.
   std::chrono::steady_clock::time_point appearance() const { return appearance_; }
 
-  std::function<void()> onClose;
-  /// The inside took another size; sizable windows only.
-  std::function<void(QSize)> onContentResized;
-  std::function<void(QPoint)> onMoved;
-  /// The whole window, frame and all, has this height now.
-  std::function<void(int height)> onFramed;
-  /// Enter, Escape and F6 that no control took.
-  std::function<void(int key)> onKey;
+  /// What happens to the window.
+  struct Events {
+    std::function<void()> close;
+    /// The inside took another size; sizable windows only.
+    std::function<void(QSize)> contentResized;
+    std::function<void(QPoint)> moved;
+    /// The whole window, frame and all, has this height now.
+    std::function<void(int height)> framed;
+    /// Enter, Escape and F6 that no control took.
+    std::function<void(int key)> key;
+  };
+  Events on;
 
  protected:
   void showEvent(QShowEvent* event) override;

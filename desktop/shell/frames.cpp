@@ -2,9 +2,11 @@
 
 #include <QApplication>
 #include <QTimer>
+#include <QWindow>
 #include <algorithm>
 #include <vector>
 
+#include "desktop/attention.h"
 #include "desktop/shell/form_frame.h"
 
 namespace kelvaron {
@@ -36,7 +38,33 @@ const QWidget* anchorFor(const FormFrame& frame) {
   return atWork != nullptr && atWork != &frame ? atWork : largestFrame(&frame);
 }
 
-void putAway(FormFrame& frame) {
+void bringUp(FormFrame& frame, Coming coming) {
+  const auto [activates, asked, quiet] = coming;
+  const bool appears = !frame.isVisible();
+  const QWidget* atWork = QApplication::activeWindow();
+  // A window that is there already doesn't even come to the front: a server could make it do so
+  // over and over.
+  const bool onlyAsks = activates && !appears && !asked && atWork != &frame;
+  const bool comesByItself = quiet || (!activates && !asked && atWork != nullptr);
+  frame.setAttribute(Qt::WA_ShowWithoutActivating, comesByItself);
+  frame.winId();
+  // What the toolkit makes of the attribute when it makes a window, which may have been before.
+  frame.windowHandle()->setProperty("_q_showWithoutActivating", comesByItself);
+  frame.show();
+  // An offer, a start, an answer: somebody wants something.
+  if (appears && comesByItself) callForAttention(frame);
+  if (onlyAsks) {
+    QApplication::alert(&frame);
+    return;
+  }
+  if (appears || activates) frame.raise();
+  if (activates || (appears && !comesByItself)) {
+    if (frame.isMinimized()) frame.showNormal();
+    frame.activateWindow();
+  }
+}
+
+void hideFrame(FormFrame& frame) {
   constexpr int kUntilDesktopActs = 100;  // in ms
   const bool hadKeyboard = frame.isActiveWindow();
   frame.hide();

@@ -11,10 +11,24 @@ class FormFrame;
 /// is the room once it is there. Null when there is none.
 const QWidget* anchorFor(const FormFrame& frame);
 
+/// Why a window is to be on the screen.
+struct Coming {
+  /// It is to have the keyboard.
+  bool activates = false;
+  /// The user asked for it.
+  bool asked = false;
+  /// It is to leave the keyboard where it is.
+  bool quiet = false;
+};
+
+/// Brings a window to the screen. What no user asked for leaves the keyboard where the user types,
+/// and calls for attention.
+void bringUp(FormFrame& frame, Coming coming);
+
 /// Takes a window from the screen. The desktop hands the keyboard to whichever window had it last,
 /// which may be another program's, so that somebody types on there: then another one of ours takes
 /// it.
-void putAway(FormFrame& frame);
+void hideFrame(FormFrame& frame);
 
 /// Hands the keyboard to the form that came up last, from that one to the one before it, and so on.
 void goToNextFrame(const FormFrame& from);

@@ -42,7 +42,7 @@ Shell::Shell(Client& client, EventGate& gate)
   client_.slots.onUnloaded = [this](const Form& form) { unloaded(form); };
   client_.edge.onEnd = [this] { end(); };
   gate_.onQuiet = [this] {
-    if (!unloaded_.empty()) bury();
+    if (!unloaded_.empty()) destroyUnloaded();
   };
   for (Form* form : client_.slots.forms()) loaded(*form);
 }
@@ -68,10 +68,10 @@ void Shell::unloaded(const Form& form) {
   found->second->detach();
   unloaded_.push_back(std::move(found->second));
   shown_.erase(found);
-  if (gate_.quiet()) bury();
+  if (gate_.quiet()) destroyUnloaded();
 }
 
-void Shell::bury() {
+void Shell::destroyUnloaded() {
   // The widget that raised the last event may be further up the stack: not before the next turn.
   QMetaObject::invokeMethod(
       &turn_,

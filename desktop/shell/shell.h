@@ -26,7 +26,7 @@ class Shell : NonCopyable {
  private:
   void loaded(Form& form);
   void unloaded(const Form& form);
-  void bury();
+  void destroyUnloaded();
   void end();
 
   Client& client_;

@@ -3,13 +3,7 @@
 #include <QApplication>
 #include <QCursor>
 #include <QMenu>
-#include <QWindow>
-#include <algorithm>
-#include <map>
 
-#include "desktop/chat_view/chat_view.h"
-#include "desktop/controls/button_view.h"
-#include "desktop/controls/label_view.h"
 #include "desktop/qt_values.h"
 #include "desktop/shell/frames.h"
 
@@ -61,22 +55,13 @@ void ShownForm::detach() {
   form_ = nullptr;
   for (const auto& timer : timers_) timer->detach();
   if (!frame_) return;
-  frame_->onClose = nullptr;
-  frame_->onContentResized = nullptr;
-  frame_->onMoved = nullptr;
-  frame_->onFramed = nullptr;
-  frame_->onKey = nullptr;
+  frame_->on = {};
   pointer_->onMoved = nullptr;
   pointer_->onClicked = nullptr;
   for (QMenu* menu : frame_->findChildren<QMenu*>()) menu->close();
-  putAway(*frame_);
+  hideFrame(*frame_);
   if (menus_) menus_->detach();
-  for (const auto& view : views_) view->detach();
-}
-
-ControlView* ShownForm::viewOf(const Control& control) const {
-  const auto found = std::ranges::find(views_, &control, &ControlView::control);
-  return found == views_.end() ? nullptr : found->get();
+  views_->detach();
 }
 
 void ShownForm::activate() {
@@ -95,17 +80,6 @@ void ShownForm::popUp(MenuItem& menu) {
   popUpPoint_.reset();
 }
 
-void ShownForm::typeAhead(const QString& text) {
-  for (const auto& view : views_) {
-    if (!view->attached() || !view->widget().isVisible() || !view->widget().isEnabled()) continue;
-    const ControlKind kind = view->control()->kind;
-    if (kind != ControlKind::textBox && kind != ControlKind::richTextLine) continue;
-    if (static_cast<const TextBox*>(view->control())->Locked) continue;
-    view->type(text);
-    return;
-  }
-}
-
 void ShownForm::tell(const QString& text) {
   QMetaObject::invokeMethod(
       &turn_,
@@ -113,37 +87,10 @@ void ShownForm::tell(const QString& text) {
       Qt::QueuedConnection);
 }
 
-ChatView* ShownForm::chat() const {
-  for (const auto& view : views_) {
-    if (view->attached() && view->control()->kind == ControlKind::richTextBox) {
-      return static_cast<ChatView*>(&view->widget());
-    }
-  }
-  return nullptr;
-}
-
-void ShownForm::wantAttention() {
-  if (frame_ && QApplication::applicationState() != Qt::ApplicationActive) {
-    QApplication::alert(frame_.get());
-  }
-}
-
 /// Escape in a window without a cancel button closes it as its frame does, unless it is the room.
 void ShownForm::leave() {
   if (form_ == nullptr || !form_->ControlBox || form_->Sizable) return;
   services_.gate.run([this] { services_.close(*form_); });
-}
-
-bool ShownForm::press(bool CommandButton::*role) {
-  for (const auto& view : views_) {
-    if (!view->attached() || view->control()->kind != ControlKind::button) continue;
-    if (!(static_cast<const CommandButton*>(view->control())->*role)) continue;
-    view->settle();
-    if (!view->widget().isVisible() || !view->widget().isEnabled()) continue;
-    static_cast<ButtonView&>(*view).press();
-    return true;
-  }
-  return false;
 }
 
 void ShownForm::changed() {
@@ -168,7 +115,7 @@ void ShownForm::apply() {
 
   applyLook();
   if (!form_->Visible) {
-    putAway(*frame_);
+    hideFrame(*frame_);
     return;
   }
   if (!wasShown_) {
@@ -176,52 +123,27 @@ void ShownForm::apply() {
     if (form_ == nullptr) return;  // its Form_Resize unloaded it
   }
   applyPlace();
-  bringUp(activates, asked, quiet && !activates);
+  bringUp(*frame_, {.activates = activates, .asked = asked, .quiet = quiet && !activates});
   applyFocus();
-}
-
-void ShownForm::bringUp(bool activates, bool asked, bool quiet) {
-  const bool appears = !frame_->isVisible();
-  const QWidget* atWork = QApplication::activeWindow();
-  // What no user asked for leaves the keyboard where the user types. A window that is there already
-  // doesn't even come to the front: a server could make it do so over and over.
-  const bool onlyAsks = activates && !appears && !asked && atWork != frame_.get();
-  const bool comesByItself = quiet || (!activates && !asked && atWork != nullptr);
-  frame_->setAttribute(Qt::WA_ShowWithoutActivating, comesByItself);
-  frame_->winId();
-  // What the toolkit makes of the attribute when it makes a window, which may have been before.
-  frame_->windowHandle()->setProperty("_q_showWithoutActivating", comesByItself);
-  frame_->show();
-  // An offer, a start, an answer: somebody wants something.
-  if (appears && comesByItself) wantAttention();
-  if (onlyAsks) {
-    QApplication::alert(frame_.get());
-    return;
-  }
-  if (appears || activates) frame_->raise();
-  if (activates || (appears && !comesByItself)) {
-    if (frame_->isMinimized()) frame_->showNormal();
-    frame_->activateWindow();
-  }
 }
 
 void ShownForm::build() {
   frame_ = std::make_unique<FormFrame>(
       FormFrame::Kind{.sizable = form_->Sizable, .closable = form_->ControlBox});
-  frame_->onClose = [this] { services_.gate.run([this] { services_.close(*form_); }); };
-  frame_->onMoved = [this](QPoint place) {
+  frame_->on.close = [this] { services_.gate.run([this] { services_.close(*form_); }); };
+  frame_->on.moved = [this](QPoint place) {
     place_ = {toTwips(place.x()), toTwips(place.y())};
     form_->Left.setQuietly(place_.x());
     form_->Top.setQuietly(place_.y());
   };
-  frame_->onFramed = [this](int height) { form_->Height = toTwips(height); };
-  frame_->onContentResized = [this](QSize content) { resized(content); };
-  frame_->onKey = [this](int key) {
+  frame_->on.framed = [this](int height) { form_->Height = toTwips(height); };
+  frame_->on.contentResized = [this](QSize content) { resized(content); };
+  frame_->on.key = [this](int key) {
     if (key == Qt::Key_F6) {
       goToNextFrame(*frame_);
     } else if (key != Qt::Key_Escape) {
-      pressDefault();
-    } else if (!pressCancel()) {
+      press(PressedBy::enter);
+    } else if (!press(PressedBy::escape)) {
       leave();
     }
   };
@@ -229,55 +151,24 @@ void ShownForm::build() {
   menus_ = std::make_unique<Menus>(*form_, services_.gate, *frame_);
   if (menus_->bar() != nullptr) frame_->setMenuBar(menus_->bar());
 
-  std::map<const Control*, QWidget*> frames;
-  for (Control* control : form_->Controls()) {
-    const Control* within = control->container.asControl();
-    QWidget* parent = within == nullptr ? &frame_->content() : frames[within];
-    std::unique_ptr<ControlView> view = makeView(*control, *this, parent);
-    if (!view) continue;
-    if (control->kind == ControlKind::frame) frames[control] = &view->widget();
-    views_.push_back(std::move(view));
-  }
-  nameByLabels();
+  ViewHost& host = *this;
+  views_ = std::make_unique<FormViews>(*form_, host, frame_->content());
   watchPointer();
 }
 
 void ShownForm::watchPointer() {
   pointer_ = std::make_unique<PointerWatch>(frame_->content());
   pointer_->onMoved = [this](const QWidget& over) {
-    const auto view =
-        std::ranges::find_if(views_, [&](const auto& each) { return &each->widget() == &over; });
-    const Image* image = nullptr;
-    if (view != views_.end() && (*view)->control()->kind == ControlKind::image) {
-      image = static_cast<const Image*>((*view)->control());
-    }
+    ControlView* view = views_->of(over);
     services_.gate.runUnattended([&] {
-      if (image != nullptr && image->MouseMove) {
-        image->MouseMove();
-      } else {
-        form_->Form_MouseMove();
-      }
+      if (view == nullptr || !view->pointerMoved()) form_->Form_MouseMove();
     });
   };
   pointer_->onClicked = [this](const QWidget& at) {
-    const bool onLabel = std::ranges::any_of(views_, [&](const auto& view) {
-      return &view->widget() == &at && view->control()->kind == ControlKind::label &&
-             view->control()->container.asControl() == nullptr;
-    });
-    if (onLabel || &at == &frame_->content()) services_.gate.run([this] { form_->Form_Click(); });
+    const ControlView* view = views_->of(at);
+    const bool bare = view == nullptr ? &at == &frame_->content() : view->isBare();
+    if (bare) services_.gate.run([this] { form_->Form_Click(); });
   };
-}
-
-void ShownForm::nameByLabels() {
-  for (std::size_t i = 0; i + 1 < views_.size(); ++i) {
-    const bool leads = views_[i]->control()->kind == ControlKind::label;
-    // What has a caption has a name of its own.
-    const ControlKind next = views_[i + 1]->control()->kind;
-    const bool captioned = next == ControlKind::button || next == ControlKind::checkBox;
-    if (leads && !captioned && views_[i + 1]->takesKeyboard()) {
-      static_cast<LabelView&>(*views_[i]).setBuddy(*views_[i + 1]);
-    }
-  }
 }
 
 void ShownForm::applyLook() {
@@ -321,23 +212,10 @@ void ShownForm::applyPlace() {
 
 void ShownForm::applyFocus() {
   const Control* wish = std::exchange(focusWish_, nullptr);
-  ControlView* first = wish == nullptr ? nullptr : viewOf(*wish);
+  ControlView* first = wish == nullptr ? nullptr : views_->of(*wish);
   if (first == nullptr) {
     if (frame_->focusWidget() != nullptr) return;
-    // The first that can be used; a text that is only read comes last.
-    for (const auto& view : views_) {
-      if (!view->takesKeyboard() || !view->widget().isVisible() || !view->widget().isEnabled()) {
-        continue;
-      }
-      const bool button = view->control()->kind == ControlKind::button;
-      if (button && static_cast<const CommandButton*>(view->control())->Deliberate) continue;
-      const ControlKind kind = view->control()->kind;
-      const bool onlyRead =
-          kind == ControlKind::richTextBox ||
-          (kind == ControlKind::textBox && static_cast<const TextBox*>(view->control())->Locked);
-      if (first == nullptr || !onlyRead) first = view.get();
-      if (!onlyRead) break;
-    }
+    first = views_->firstFocus();
   }
   if (first != nullptr) {
     first->settle();

@@ -7,8 +7,8 @@
 #include <string>
 #include <vector>
 
-#include "desktop/controls/control_view.h"
 #include "desktop/shell/form_frame.h"
+#include "desktop/shell/form_views.h"
 #include "desktop/shell/menus.h"
 #include "desktop/shell/pointer_watch.h"
 #include "desktop/shell/timer_view.h"
@@ -41,27 +41,23 @@ class ShownForm final : public FormWindow, private ViewHost {
   /// Null while there is no window.
   FormFrame* frame() const { return frame_.get(); }
   /// The view of a control, null while there is none.
-  ControlView* viewOf(const Control& control) const;
+  ControlView* viewOf(const Control& control) const {
+    return views_ == nullptr ? nullptr : views_->of(control);
+  }
 
  private:
   EventGate& gate() override { return services_.gate; }
-  bool pressDefault() override { return press(&CommandButton::Default); }
-  bool pressCancel() override { return press(&CommandButton::Cancel); }
+  bool press(PressedBy key) override { return views_->press(key); }
+  void typeAhead(const QString& text) override { views_->typeAhead(text); }
   void setPopUpPoint(QPoint global) override { popUpPoint_ = global; }
-  void typeAhead(const QString& text) override;
   void tell(const QString& text) override;
-  ChatView* chat() const override;
-  void wantAttention() override;
 
-  bool press(bool CommandButton::*role);
   void leave();
   void changed();
   void later();
   void apply();
   void build();
-  void nameByLabels();
   void watchPointer();
-  void bringUp(bool activates, bool asked, bool quiet);
   void showFirst();
   void applyLook();
   void applyPlace();
@@ -87,7 +83,7 @@ class ShownForm final : public FormWindow, private ViewHost {
   std::vector<std::unique_ptr<TimerView>> timers_;
   std::unique_ptr<FormFrame> frame_;
   std::unique_ptr<Menus> menus_;
-  std::vector<std::unique_ptr<ControlView>> views_;
+  std::unique_ptr<FormViews> views_;
   std::unique_ptr<PointerWatch> pointer_;
 };
 

@@ -30,6 +30,7 @@
 #include "game/game_request.h"
 #include "game/game_selection.h"
 #include "game/in_game.h"
+#include "game/pending_offer.h"
 #include "moderation/kick_form.h"
 #include "moderation/status_request.h"
 #include "peer/file_receiver.h"
@@ -112,7 +113,7 @@ request& offer(RoomDesk& desk) {
 }
 
 Form3& lastLook(RoomDesk& desk) {
-  desk.room().Text1.Text =
+  desk.client->lasting<PendingOffers>().latest.command =
       "/home/ann/Games/Doom Engines/zdoom.exe -iwad /home/ann/wads/DOOM2.WAD -join 192.168.100.200 "
       "-file /home/ann/wads/extra\\maps.wad  -nomonsters -nomusic -deathmatch -skill 4\r\n";
   auto& form = desk.client->form<Form3>();

@@ -1,0 +1,56 @@
+#include "desktop/shell/form_views.h"
+
+#include <algorithm>
+
+namespace kelvaron {
+
+FormViews::FormViews(Form& form, ViewHost& host, QWidget& content) {
+  for (Control* control : form.Controls()) {
+    const Control* within = control->container.asControl();
+    QWidget& parent = within == nullptr ? content : of(*within)->widget();
+    if (auto view = makeView(*control, host, &parent)) views_.push_back(std::move(view));
+  }
+  for (std::size_t i = 0; i + 1 < views_.size(); ++i) {
+    if (views_[i + 1]->wantsLabel()) views_[i]->nameNext(*views_[i + 1]);
+  }
+}
+
+void FormViews::detach() {
+  for (const auto& view : views_) view->detach();
+}
+
+ControlView* FormViews::of(const Control& control) const {
+  const auto found = std::ranges::find(views_, &control, &ControlView::control);
+  return found == views_.end() ? nullptr : found->get();
+}
+
+ControlView* FormViews::of(const QWidget& widget) const {
+  const auto shows = [&](const auto& view) {
+    return view->attached() && &view->widget() == &widget;
+  };
+  const auto found = std::ranges::find_if(views_, shows);
+  return found == views_.end() ? nullptr : found->get();
+}
+
+bool FormViews::press(PressedBy key) const {
+  return std::ranges::any_of(
+      views_, [&](const auto& view) { return view->attached() && view->press(key); });
+}
+
+void FormViews::typeAhead(const QString& text) const {
+  std::ranges::any_of(views_,
+                      [&](const auto& view) { return view->attached() && view->type(text); });
+}
+
+ControlView* FormViews::firstFocus() const {
+  using FirstFocus = ControlView::FirstFocus;
+  ControlView* toRead = nullptr;
+  for (const auto& view : views_) {
+    const FirstFocus focus = view->usable() ? view->firstFocus() : FirstFocus::never;
+    if (focus == FirstFocus::usual) return view.get();
+    if (focus == FirstFocus::toRead && toRead == nullptr) toRead = view.get();
+  }
+  return toRead;
+}
+
+}  // namespace kelvaron
