@@ -8,7 +8,6 @@
 namespace kelvaron {
 namespace {
 
-constexpr std::size_t kChunkBytes = std::size_t{1} << 20U;
 constexpr std::size_t kLongestLine = std::size_t{1} << 31U;
 constexpr std::size_t kLinesPerOffset = 512;
 constexpr std::size_t kLineEndBytes = 2;
@@ -53,11 +52,7 @@ StyledText::StyledText() { startLine(); }
 std::size_t StyledText::lineCount() const { return lines_.size(); }
 
 std::string_view StyledText::line(std::size_t index) const {
-  const Line& line = lines_[index];
-  if (line.length == 0) {
-    return {};
-  }
-  return {chunks_[line.chunk].bytes.get() + line.offset, line.length};
+  return chunks_.bytes(lines_[index].bytes);
 }
 
 std::size_t StyledText::endOfRuns(std::size_t index) const {
@@ -71,7 +66,7 @@ std::size_t StyledText::runCount(std::size_t index) const {
 StyledText::Run StyledText::run(std::size_t index, std::size_t runIndex) const {
   const std::size_t stored = lines_[index].firstRun + runIndex;
   const bool last = stored + 1 == endOfRuns(index);
-  return {runs_[stored].begin, last ? lines_[index].length : runs_[stored + 1].begin,
+  return {runs_[stored].begin, last ? lines_[index].length() : runs_[stored + 1].begin,
           runs_[stored].style};
 }
 
@@ -114,7 +109,7 @@ std::size_t StyledText::lineOffset(std::size_t index) const {
   const std::size_t known = index / kLinesPerOffset;
   std::size_t offset = offsets_[known];
   for (std::size_t i = known * kLinesPerOffset; i < index; ++i) {
-    offset += lines_[i].length + kLineEndBytes;
+    offset += lines_[i].length() + kLineEndBytes;
   }
   return offset;
 }
@@ -132,25 +127,25 @@ TextPosition StyledText::positionOf(std::size_t offset) const {
   const auto known = static_cast<std::size_t>(behind - offsets_.begin()) - 1;
   std::size_t index = known * kLinesPerOffset;
   offset -= offsets_[known];
-  while (offset >= lines_[index].length + kLineEndBytes) {
-    offset -= lines_[index].length + kLineEndBytes;
+  while (offset >= lines_[index].length() + kLineEndBytes) {
+    offset -= lines_[index].length() + kLineEndBytes;
     ++index;
   }
-  return {index, std::min<std::size_t>(offset, lines_[index].length)};
+  return {index, std::min<std::size_t>(offset, lines_[index].length())};
 }
 
-TextPosition StyledText::end() const { return {lines_.size() - 1, lines_.back().length}; }
+TextPosition StyledText::end() const { return {lines_.size() - 1, lines_.back().length()}; }
 
 TextPosition StyledText::clamped(TextPosition position) const {
   if (position.line >= lines_.size()) {
     return end();
   }
-  return {position.line, std::min<std::size_t>(position.column, lines_[position.line].length)};
+  return {position.line, std::min<std::size_t>(position.column, lines_[position.line].length())};
 }
 
 TextStyle StyledText::styleAt(TextPosition position) const {
   const Line& line = lines_[position.line];
-  if (line.length != 0) {
+  if (line.length() != 0) {
     const std::size_t character = position.column == 0 ? 0 : position.column - 1;
     return runs_[line.firstRun + runAt(position.line, character)].style;
   }
@@ -185,7 +180,7 @@ void StyledText::insert(std::string_view text) {
     append(text);
     caret_ = end();
   } else {
-    if (text.size() > kLongestLine - lines_[caret_.line].length) {
+    if (text.size() > kLongestLine - lines_[caret_.line].length()) {
       throw std::length_error("A line of the text view would be too long.");
     }
     insertInside(text);
@@ -197,12 +192,11 @@ void StyledText::insert(std::string_view text) {
 
 void StyledText::clear() {
   const std::size_t removed = lines_.size();
-  chunks_.clear();
+  chunks_ = {};
   lines_.clear();
   runs_.clear();
   offsets_.clear();
   contentBytes_ = 0;
-  storedBytes_ = 0;
   startLine();
   caretToEnd();
   if (onChange) {
@@ -212,7 +206,7 @@ void StyledText::clear() {
 
 void StyledText::append(std::string_view text) {
   const auto appendSplit = [this](std::string_view piece) {
-    for (std::size_t room = 0; (room = kSplitLine - lines_.back().length) < piece.size();) {
+    for (std::size_t room = 0; (room = kSplitLine - lines_.back().length()) < piece.size();) {
       appendPiece(piece.substr(0, room));
       piece.remove_prefix(room);
       startLine();
@@ -223,7 +217,7 @@ void StyledText::append(std::string_view text) {
 }
 
 void StyledText::startLine() {
-  lines_.push_back({0, 0, 0, narrow(runs_.size())});
+  lines_.push_back({{}, narrow(runs_.size())});
   if ((lines_.size() - 1) % kLinesPerOffset == 0) {
     offsets_.push_back(length());
   }
@@ -233,67 +227,12 @@ void StyledText::appendPiece(std::string_view piece) {
   if (piece.empty()) {
     return;
   }
-  makeRoomInLastLine(piece.size());
   Line& line = lines_.back();
   if (line.firstRun == runs_.size() || runs_.back().style != style_) {
-    runs_.push_back({line.length, style_});
+    runs_.push_back({line.bytes.length, style_});
   }
-  Chunk& chunk = chunks_.back();
-  std::copy(piece.begin(), piece.end(), chunk.bytes.get() + chunk.used);
-  chunk.used += piece.size();
-  line.length += narrow(piece.size());
+  chunks_.extend(line.bytes, piece);
   contentBytes_ += piece.size();
-  storedBytes_ += piece.size();
-}
-
-/// Afterwards the last line ends where the last chunk does, with room for `bytes` behind it.
-void StyledText::makeRoomInLastLine(std::size_t bytes) {
-  Line& line = lines_.back();
-  const bool stored = line.length != 0;
-  Chunk* old = stored ? &chunks_[line.chunk] : nullptr;
-  const bool endsItsChunk = stored && old->used == line.offset + line.length;
-  if (endsItsChunk && line.chunk + 1 == chunks_.size() && old->capacity - old->used >= bytes) {
-    return;
-  }
-  const std::size_t needed = line.length + bytes;
-  const std::string_view before = this->line(lines_.size() - 1);
-  const std::uint32_t oldChunk = line.chunk;
-  if (chunks_.empty() || chunks_.back().capacity - chunks_.back().used < needed) {
-    // A long line gets as much again, so that writing it in pieces copies each byte a few times.
-    const std::size_t capacity = needed <= kChunkBytes / 2 ? kChunkBytes : 2 * needed;
-    chunks_.push_back({std::make_unique_for_overwrite<char[]>(capacity), 0, capacity});
-  }
-  Chunk& chunk = chunks_.back();
-  line.chunk = narrow(chunks_.size() - 1);
-  line.offset = narrow(chunk.used);
-  std::copy(before.begin(), before.end(), chunk.bytes.get() + chunk.used);
-  chunk.used += before.size();
-  storedBytes_ += before.size();
-  if (endsItsChunk && oldChunk != line.chunk) {
-    Chunk& left = chunks_[oldChunk];
-    left.used -= before.size();
-    storedBytes_ -= before.size();
-    if (left.used == 0) {
-      left = Chunk{};
-    }
-  }
-}
-
-/// Puts bytes behind the last chunk's content; the result lacks its runs.
-StyledText::Line StyledText::store(std::string_view bytes) {
-  if (bytes.empty()) {
-    return {};
-  }
-  if (chunks_.empty() || chunks_.back().capacity - chunks_.back().used < bytes.size()) {
-    const std::size_t capacity = std::max(kChunkBytes, bytes.size());
-    chunks_.push_back({std::make_unique_for_overwrite<char[]>(capacity), 0, capacity});
-  }
-  Chunk& chunk = chunks_.back();
-  const Line line{narrow(chunks_.size() - 1), narrow(chunk.used), narrow(bytes.size()), 0};
-  std::copy(bytes.begin(), bytes.end(), chunk.bytes.get() + chunk.used);
-  chunk.used += bytes.size();
-  storedBytes_ += bytes.size();
-  return line;
 }
 
 void StyledText::insertInside(std::string_view text) {
@@ -324,8 +263,7 @@ void StyledText::insertInside(std::string_view text) {
     }
   };
   const auto finishLine = [&] {
-    lines.push_back(store(bytes));
-    lines.back().firstRun = narrow(firstRun);
+    lines.push_back({chunks_.store(bytes), narrow(firstRun)});
     firstRun = runs.size();
     bytes.clear();
   };
@@ -348,7 +286,7 @@ void StyledText::replaceLine(std::size_t index, const std::vector<Line>& lines,
   const std::size_t firstRun = lines_[index].firstRun;
   const std::size_t behindRuns = endOfRuns(index);
   const std::uint32_t shift = narrow(firstRun + runs.size()) - narrow(behindRuns);
-  contentBytes_ -= lines_[index].length;
+  contentBytes_ -= lines_[index].length();
 
   const auto oldRun = runs_.begin() + static_cast<std::ptrdiff_t>(firstRun);
   const auto runPlace =
@@ -363,7 +301,7 @@ void StyledText::replaceLine(std::size_t index, const std::vector<Line>& lines,
   const std::size_t behindLines = index + lines.size();
   for (std::size_t i = index; i < behindLines; ++i) {
     lines_[i].firstRun += narrow(firstRun);
-    contentBytes_ += lines_[i].length;
+    contentBytes_ += lines_[i].length();
   }
   if (shift != 0) {
     for (std::size_t i = behindLines; i < lines_.size(); ++i) {
@@ -377,35 +315,24 @@ void StyledText::replaceLine(std::size_t index, const std::vector<Line>& lines,
     if (i % kLinesPerOffset == 0 && i / kLinesPerOffset == offsets_.size()) {
       offsets_.push_back(offset);
     }
-    offset += lines_[i].length + kLineEndBytes;
+    offset += lines_[i].length() + kLineEndBytes;
   }
 }
 
 /// Insertions leave the old bytes of their line behind; once they are more than the text itself,
 /// the text is stored anew.
 void StyledText::compactWhenWasteful() {
-  const std::size_t waste = storedBytes_ - contentBytes_;
-  if (waste <= std::max(contentBytes_, kChunkBytes)) {
+  const std::size_t waste = chunks_.stored() - contentBytes_;
+  if (waste <= std::max(contentBytes_, ByteChunks::kChunkBytes)) {
     return;
   }
-  const std::vector<Chunk> old = std::exchange(chunks_, {});
-  storedBytes_ = 0;
-  for (Line& line : lines_) {
-    if (line.length != 0) {
-      const Line moved = store({old[line.chunk].bytes.get() + line.offset, line.length});
-      line.chunk = moved.chunk;
-      line.offset = moved.offset;
-    }
-  }
+  const ByteChunks old = std::exchange(chunks_, {});
+  for (Line& line : lines_) line.bytes = chunks_.store(old.bytes(line.bytes));
 }
 
 std::size_t StyledText::memoryUsed() const {
-  std::size_t bytes =
-      chunks_.capacity() * sizeof(Chunk) + offsets_.capacity() * sizeof(offsets_[0]);
-  for (const Chunk& chunk : chunks_) {
-    bytes += chunk.capacity;
-  }
-  return bytes + lines_.size() * sizeof(Line) + runs_.size() * sizeof(StoredRun);
+  return chunks_.memoryUsed() + offsets_.capacity() * sizeof(offsets_[0]) +
+         lines_.size() * sizeof(Line) + runs_.size() * sizeof(StoredRun);
 }
 
 }  // namespace kelvaron

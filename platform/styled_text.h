@@ -10,12 +10,12 @@
 #include <cstdint>
 #include <deque>
 #include <functional>
-#include <memory>
 #include <string>
 #include <string_view>
 #include <vector>
 
 #include "base/non_copyable.h"
+#include "platform/byte_chunks.h"
 #include "platform/color.h"
 
 namespace kelvaron {
@@ -126,17 +126,11 @@ class StyledText : NonCopyable {
   std::function<void(const Change&)> onChange;
 
  private:
-  /// Bytes of many lines one behind the other; only the last chunk grows.
-  struct Chunk {
-    std::unique_ptr<char[]> bytes;
-    std::size_t used = 0;
-    std::size_t capacity = 0;
-  };
   struct Line {
-    std::uint32_t chunk = 0;
-    std::uint32_t offset = 0;
-    std::uint32_t length = 0;
+    ByteChunks::Piece bytes;
     std::uint32_t firstRun = 0;  // its runs end where those of the next line begin
+
+    std::size_t length() const { return bytes.length; }
   };
   struct StoredRun {
     std::uint32_t begin = 0;
@@ -152,19 +146,16 @@ class StyledText : NonCopyable {
   void append(std::string_view text);
   void appendPiece(std::string_view piece);
   void startLine();
-  void makeRoomInLastLine(std::size_t bytes);
   void insertInside(std::string_view text);
   void replaceLine(std::size_t index, const std::vector<Line>& lines,
                    const std::vector<StoredRun>& runs);
-  Line store(std::string_view bytes);
   void compactWhenWasteful();
 
-  std::vector<Chunk> chunks_;
+  ByteChunks chunks_;
   std::deque<Line> lines_;
   std::deque<StoredRun> runs_;
   std::vector<std::size_t> offsets_;  // of every kLinesPerOffset-th line in text()
   std::size_t contentBytes_ = 0;      // of all lines, without line ends
-  std::size_t storedBytes_ = 0;       // contentBytes_ and what insertions left behind in chunks
   TextPosition caret_;
   TextStyle style_;
   TextStyle styleAtEnd_;
