@@ -7,6 +7,7 @@
 #include <QEventLoop>
 #include <QFileInfo>
 #include <QGridLayout>
+#include <QInputDialog>
 #include <QLabel>
 #include <QLineEdit>
 #include <QPlainTextEdit>
@@ -102,32 +103,8 @@ void placeOverWork(QDialog& dialog) {
   dialog.windowHandle()->setTransientParent(window->windowHandle());
 }
 
-class Box : public QDialog {
- public:
-  Box(const std::string& title, QDialogButtonBox::StandardButtons buttons)
-      : QDialog(nullptr, Qt::Dialog | Qt::CustomizeWindowHint | Qt::WindowTitleHint |
-                             Qt::WindowCloseButtonHint),
-        grid_(*new QGridLayout(this)),
-        buttons_(*new QDialogButtonBox(buttons, this)) {
-    setWindowTitle(shownText(title));
-    grid_.setContentsMargins(kMargin, kMargin, kMargin, kMargin);
-    grid_.setSpacing(kSpacing);
-    grid_.setSizeConstraint(QLayout::SetFixedSize);
-    grid_.addWidget(&buttons_, 2, 0, 1, 2);
-    QObject::connect(&buttons_, &QDialogButtonBox::accepted, this, &QDialog::accept);
-    QObject::connect(&buttons_, &QDialogButtonBox::rejected, this, &QDialog::reject);
-  }
-  ~Box() override = default;
-  Q_DISABLE_COPY_MOVE(Box)
-
- protected:
-  QGridLayout& grid() { return grid_; }
-  QDialogButtonBox& buttons() { return buttons_; }
-
- private:
-  QGridLayout& grid_;
-  QDialogButtonBox& buttons_;
-};
+constexpr Qt::WindowFlags kBoxFlags =
+    Qt::Dialog | Qt::CustomizeWindowHint | Qt::WindowTitleHint | Qt::WindowCloseButtonHint;
 
 /// Keeps the keys that are typed right now from a box that came by itself.
 class KeyGuard : public QObject {
@@ -156,27 +133,36 @@ class KeyGuard : public QObject {
   QElapsedTimer since_;
 };
 
-class MessageBox : public Box {
+class MessageBox : public QDialog {
  public:
   MessageBox(const QString& text, int style, const std::string& title, bool question = false)
-      : Box(title, question ? QDialogButtonBox::Yes | QDialogButtonBox::No : QDialogButtonBox::Ok) {
+      : QDialog(nullptr, kBoxFlags),
+        buttons_(*new QDialogButtonBox(
+            question ? QDialogButtonBox::Yes | QDialogButtonBox::No : QDialogButtonBox::Ok, this)) {
+    setWindowTitle(shownText(title));
+    auto* grid = new QGridLayout(this);
+    grid->setContentsMargins(kMargin, kMargin, kMargin, kMargin);
+    grid->setSpacing(kSpacing);
+    grid->setSizeConstraint(QLayout::SetFixedSize);
     if (const auto icon = iconOf(style)) {
       auto* picture = new QLabel(this);
       const int size = this->style()->pixelMetric(QStyle::PM_MessageBoxIconSize);
       picture->setPixmap(
           this->style()->standardIcon(*icon).pixmap(QSize(size, size), devicePixelRatioF()));
-      grid().addWidget(picture, 0, 0, Qt::AlignTop);
+      grid->addWidget(picture, 0, 0, Qt::AlignTop);
     }
-    const int column = grid().itemAtPosition(0, 0) == nullptr ? 0 : 1;
-    grid().addWidget(makeText(text, *this), 0, column, 1, 2 - column, Qt::AlignVCenter);
-    QPushButton* usual = buttons().button(question ? QDialogButtonBox::No : QDialogButtonBox::Ok);
+    grid->addWidget(makeText(text, *this), 0, 1, Qt::AlignVCenter);
+    grid->addWidget(&buttons_, 1, 0, 1, 2);
+    QObject::connect(&buttons_, &QDialogButtonBox::accepted, this, &QDialog::accept);
+    QObject::connect(&buttons_, &QDialogButtonBox::rejected, this, &QDialog::reject);
+    QPushButton* usual = buttons_.button(question ? QDialogButtonBox::No : QDialogButtonBox::Ok);
     usual->setDefault(true);
     usual->setFocus();
   }
 
   void offerDisconnect() {
     QPushButton* button =
-        buttons().addButton(QStringLiteral("Disconnect"), QDialogButtonBox::DestructiveRole);
+        buttons_.addButton(QStringLiteral("Disconnect"), QDialogButtonBox::DestructiveRole);
     QObject::connect(button, &QPushButton::clicked, this, [this] {
       disconnects_ = true;
       reject();
@@ -185,25 +171,8 @@ class MessageBox : public Box {
   bool disconnects() const { return disconnects_; }
 
  private:
+  QDialogButtonBox& buttons_;
   bool disconnects_ = false;
-};
-
-class PromptBox : public Box {
- public:
-  PromptBox(const QString& prompt, const std::string& title, const std::string& initial)
-      : Box(title, QDialogButtonBox::Ok | QDialogButtonBox::Cancel),
-        edit_(*new QLineEdit(shownText(initial), this)) {
-    edit_.setAccessibleName(prompt);
-    edit_.setMinimumWidth(fontMetrics().averageCharWidth() * kLineCharacters / 2);
-    edit_.selectAll();
-    grid().addWidget(makeText(prompt, *this), 0, 0, 1, 2);
-    grid().addWidget(&edit_, 1, 0, 1, 2);
-    edit_.setFocus();
-  }
-  std::string answer() const { return withoutLineEnds(storedText(edit_.text())); }
-
- private:
-  QLineEdit& edit_;
 };
 
 }  // namespace
@@ -244,8 +213,16 @@ BoxAnswer QtDialogs::show(const BoxRequest& request) {
 
 std::string QtDialogs::InputBox(const std::string& prompt, const std::string& title,
                                 const std::string& initial) {
-  PromptBox box(shownText(prompt), title, initial);
-  return askInTurn(box) ? box.answer() : std::string();
+  QInputDialog box(nullptr, kBoxFlags);
+  box.setWindowTitle(shownText(title));
+  box.setLabelText(shownText(prompt));
+  box.setTextValue(shownText(initial));
+  box.findChild<QLabel*>()->setTextFormat(Qt::PlainText);
+  auto* edit = box.findChild<QLineEdit*>();
+  edit->setAccessibleName(shownText(prompt));
+  edit->setMinimumWidth(edit->fontMetrics().averageCharWidth() * kLineCharacters / 2);
+  box.adjustSize();
+  return askInTurn(box) ? withoutLineEnds(storedText(box.textValue())) : std::string();
 }
 
 std::optional<std::string> QtDialogs::openFile(const FileDialog& told) {
