@@ -61,7 +61,7 @@ void Radio::wish(Change change, std::vector<std::string> streams) {
 }
 
 void Radio::work() {
-  Tuner tuner(output_, patience_.stream);
+  StreamPlayer player(output_, patience_.stream);
   std::uint64_t station = 0;
   std::unique_lock lock(mutex_);
   const auto called = [this] { return ends_ || wish_ || volume_; };
@@ -69,34 +69,34 @@ void Radio::work() {
     if (volume_) {
       const int percent = *std::exchange(volume_, std::nullopt);
       lock.unlock();
-      tuner.setVolume(percent);
+      player.setVolume(percent);
       lock.lock();
     } else if (wish_) {
       const Wish wanted = *std::exchange(wish_, std::nullopt);
       station = wanted.station;
       lock.unlock();
-      carryOut(tuner, wanted);
+      carryOut(player, wanted);
       lock.lock();
-    } else if (!tuner.active()) {
+    } else if (!player.active()) {
       wake_.wait(lock, called);
-    } else if (!wake_.wait_for(lock, Tuner::kTick, called)) {
+    } else if (!wake_.wait_for(lock, StreamPlayer::kTick, called)) {
       lock.unlock();
-      tuner.tick();
+      player.tick();
       lock.lock();
-      if (station == station_) progress_ = tuner.progress();
+      if (station == station_) progress_ = player.progress();
     }
   }
   lock.unlock();
 }
 
-void Radio::carryOut(Tuner& tuner, const Wish& wanted) {
+void Radio::carryOut(StreamPlayer& player, const Wish& wanted) {
   if (wanted.opens) {
-    tuner.stop();
-    if (const std::string trouble = tuner.prepare(); !trouble.empty()) {
+    player.stop();
+    if (const std::string trouble = player.prepare(); !trouble.empty()) {
       tellTrouble(wanted.station, trouble);
     }
   }
-  tuner.play(wanted.streams);
+  player.play(wanted.streams);
 }
 
 void Radio::tellTrouble(std::uint64_t station, const std::string& text) {

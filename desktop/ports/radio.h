@@ -13,7 +13,7 @@
 #include <thread>
 #include <vector>
 
-#include "desktop/ports/tuner.h"
+#include "desktop/ports/stream_player.h"
 #include "platform/media_player.h"
 #include "radio/stream_search.h"
 
@@ -26,7 +26,7 @@ class Radio final : public MediaPlayer {
   struct Patience {
     /// Of the station's playlist, and of each stream.
     std::chrono::milliseconds search = StreamSearch::kPatience;
-    std::chrono::milliseconds stream = Tuner::kOpening;
+    std::chrono::milliseconds stream = StreamPlayer::kOpening;
   };
 
   Radio(SocketPort& sockets, EventLoop& loop,
@@ -52,7 +52,7 @@ class Radio final : public MediaPlayer {
 
   void wish(Change change, std::vector<std::string> streams = {});
   void work();
-  void carryOut(Tuner& tuner, const Wish& wanted);
+  void carryOut(StreamPlayer& player, const Wish& wanted);
   void tellTrouble(std::uint64_t station, const std::string& text);
 
   SocketPort& sockets_;

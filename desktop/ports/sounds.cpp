@@ -42,9 +42,9 @@ class Player : NonCopyable {
 };
 
 /// The players of one instance, made at the first sound.
-class Band : NonCopyable {
+class SoundPlayers : NonCopyable {
  public:
-  ~Band() {
+  ~SoundPlayers() {
     players_.clear();
     if (instance_ != nullptr) vlc_->release(instance_);
   }
@@ -100,7 +100,7 @@ void WaveSounds::playFrom(const Folders& folders, std::string_view name) {
 }
 
 void WaveSounds::work() {
-  Band band;
+  SoundPlayers players;
   std::unique_lock lock(mutex_);
   while (!ends_) {
     if (!waiting_.empty()) {
@@ -110,18 +110,18 @@ void WaveSounds::work() {
       for (const std::filesystem::path& folder : *wanted.folders) {
         const auto file = find(folder, wanted.name);
         if (!file) continue;
-        band.play(*file);
+        players.play(*file);
         break;
       }
       lock.lock();
       continue;
     }
     const auto called = [this] { return ends_ || !waiting_.empty(); };
-    if (!band.playing()) {
+    if (!players.playing()) {
       wake_.wait(lock, called);
     } else if (!wake_.wait_for(lock, kLookAgain, called)) {
       lock.unlock();
-      band.dropFinished();
+      players.dropFinished();
       lock.lock();
     }
   }

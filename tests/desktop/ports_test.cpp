@@ -214,23 +214,23 @@ TEST_F(RadioTest, CallsNeverWait) {
 }
 
 TEST_F(RadioTest, VolumeTakesHoldWithEachStream) {
-  Tuner tuner(VlcLibrary::Output::silent, 5s);
-  ASSERT_EQ(tuner.prepare(), "");
+  StreamPlayer player(VlcLibrary::Output::silent, 5s);
+  ASSERT_EQ(player.prepare(), "");
   const auto volumeIs = [&](int percent) {
     return QTest::qWaitFor([&] {
-      tuner.tick();
-      return tuner.progress() == 100 && tuner.volume() == percent;
+      player.tick();
+      return player.progress() == 100 && player.volume() == percent;
     });
   };
-  tuner.play({station.address("/tone.wav")});
+  player.play({station.address("/tone.wav")});
   EXPECT_TRUE(volumeIs(100));
   for (const int percent : {33, 100, 57}) {
-    tuner.setVolume(percent);
-    EXPECT_TRUE(volumeIs(percent)) << tuner.volume();
+    player.setVolume(percent);
+    EXPECT_TRUE(volumeIs(percent)) << player.volume();
   }
-  tuner.stop();
-  tuner.play({station.address("/tone.wav")});
-  EXPECT_TRUE(volumeIs(57)) << tuner.volume();
+  player.stop();
+  player.play({station.address("/tone.wav")});
+  EXPECT_TRUE(volumeIs(57)) << player.volume();
 }
 
 TEST_F(RadioTest, AMachineWithoutSoundSaysSoOncePerPress) {

@@ -1,4 +1,4 @@
-#include "desktop/ports/tuner.h"
+#include "desktop/ports/stream_player.h"
 
 #include <cstddef>
 #include <utility>
@@ -13,7 +13,7 @@ constexpr std::size_t kMostStreams = 64;
 
 }  // namespace
 
-Tuner::~Tuner() {
+StreamPlayer::~StreamPlayer() {
   if (player_ != nullptr) {
     vlc_->playerStop(player_);
     vlc_->eventDetach(vlc_->playerEventManager(player_), libvlc_MediaPlayerBuffering, buffering,
@@ -23,7 +23,7 @@ Tuner::~Tuner() {
   if (instance_ != nullptr) vlc_->release(instance_);
 }
 
-std::string Tuner::prepare() {
+std::string StreamPlayer::prepare() {
   if (!std::exchange(tried_, true)) load();
   if (vlc_ == nullptr) {
     return "The radio is silent: it needs the media library libVLC (libvlc5), which is not "
@@ -39,7 +39,7 @@ std::string Tuner::prepare() {
   return {};
 }
 
-void Tuner::load() {
+void StreamPlayer::load() {
   vlc_ = VlcLibrary::load();
   if (vlc_ == nullptr) return;
   instance_ = vlc_->makeInstance(output_);
@@ -50,26 +50,26 @@ void Tuner::load() {
                     &filled_);
 }
 
-void Tuner::play(std::vector<std::string> streams) {
+void StreamPlayer::play(std::vector<std::string> streams) {
   stop();
   streams_ = std::move(streams);
   next_ = 0;
   if (player_ != nullptr) playNext();
 }
 
-void Tuner::stop() {
+void StreamPlayer::stop() {
   if (active_) vlc_->playerStop(player_);
   active_ = false;
   filled_ = 0;
 }
 
-void Tuner::setVolume(int percent) {
+void StreamPlayer::setVolume(int percent) {
   volume_ = percent;
   volumeHolds_ = false;
   if (active_) tendVolume();
 }
 
-void Tuner::tick() {
+void StreamPlayer::tick() {
   if (!active_) return;
   switch (vlc_->playerGetState(player_)) {
     case libvlc_Playing:
@@ -90,7 +90,7 @@ void Tuner::tick() {
   }
 }
 
-void Tuner::playNext() {
+void StreamPlayer::playNext() {
   stop();
   if (next_ == streams_.size()) return;
   libvlc_media_t* media = vlc_->mediaNewLocation(instance_, streams_[next_++].c_str());
@@ -104,7 +104,7 @@ void Tuner::playNext() {
   if (vlc_->playerPlay(player_) != 0) stop();
 }
 
-void Tuner::takeSubItems() {
+void StreamPlayer::takeSubItems() {
   libvlc_media_t* media = vlc_->playerGetMedia(player_);
   if (media == nullptr) return;
   libvlc_media_list_t* items = vlc_->mediaSubItems(media);
@@ -130,14 +130,14 @@ void Tuner::takeSubItems() {
 
 // The volume takes hold only when the sound output is there, some time after the stream began. From
 // then on the user may change it in the system's mixer.
-void Tuner::tendVolume() {
+void StreamPlayer::tendVolume() {
   if (!volume_ || volumeHolds_) return;
   vlc_->audioSetVolume(player_, *volume_);
   volumeHolds_ = volume() == *volume_;
 }
 
 // On a thread of the library, which must not be called from here.
-void Tuner::buffering(const libvlc_event_t* event, void* filled) {
+void StreamPlayer::buffering(const libvlc_event_t* event, void* filled) {
   static_cast<std::atomic<int>*>(filled)->store(
       static_cast<int>(event->u.media_player_buffering.new_cache));
 }

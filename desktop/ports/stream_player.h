@@ -12,16 +12,16 @@
 
 namespace kelvaron {
 
-class Tuner : NonCopyable {
+class StreamPlayer : NonCopyable {
  public:
   /// How often `tick` wants to be called while `active`.
   static constexpr std::chrono::milliseconds kTick{100};
   /// How long a stream may take to begin.
   static constexpr std::chrono::milliseconds kOpening{20'000};
 
-  Tuner(VlcLibrary::Output output, std::chrono::milliseconds opening)
+  StreamPlayer(VlcLibrary::Output output, std::chrono::milliseconds opening)
       : output_(output), opening_(opening) {}
-  ~Tuner();
+  ~StreamPlayer();
 
   /// Loads the library, the first time. A text for the user when nothing can be heard here.
   std::string prepare();
