@@ -2,7 +2,7 @@
 
 #include <arpa/inet.h>
 #include <ifaddrs.h>
-#include <net/if.h>
+#include <linux/if.h>
 #include <netdb.h>
 #include <netinet/in.h>
 
