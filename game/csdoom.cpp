@@ -2,6 +2,7 @@
 
 #include <cstdint>
 #include <optional>
+#include <string>
 #include <utility>
 
 #include "chat/main_window.h"
@@ -13,6 +14,11 @@
 
 namespace kelvaron {
 namespace {
+
+struct Hosting {
+  // What the server was started by.
+  std::string server;
+};
 
 struct Join {
   // The connection on which the user asked for an address that hasn't come yet.
@@ -32,6 +38,7 @@ void launchCsServer(Client& client, frmMain& room) {
     return;
   }
   if (!connectedOrTell(client)) return;
+  client.lasting<Hosting>().server = config.csServerPath;
   client.ports.processes.run(config.csServerPath, WindowStyle::minimizedNoFocus);
   client.send(outbound::hostingCs(client.UserName));
   room.Command2.Enabled = true;
@@ -43,6 +50,7 @@ void returnFromCs(Client& client, frmMain& room) {
   // Without a connection there is no mark to take off.
   const FaultRule rule = FaultRule::goOn();
   rule.step([&] { client.send(outbound::returnCs(client.UserName)); });
+  client.ports.processes.leave(client.lasting<Hosting>().server);
   room.Command2.Enabled = false;
 }
 

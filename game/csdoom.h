@@ -13,7 +13,8 @@ inline constexpr const char* kHostingStatus = "Hosting CSDOOM Server";
 
 /// Starts the server and the host's own client of it, and marks the host in the user list.
 void launchCsServer(Client& client, frmMain& room);
-/// Takes the mark off. The server and its client go on.
+/// Takes the mark off, and tells the server that its host is through with it: an adapter's ends,
+/// any other goes on, and so does the host's game.
 void returnFromCs(Client& client, frmMain& room);
 /// Asks the current entry's machine for its address; the game begins when it comes.
 void joinCsGame(Client& client, frmMain& room);

@@ -1,5 +1,6 @@
 #include "native/native_process.h"
 
+#include <signal.h>
 #include <string.h>
 #include <sys/wait.h>
 
@@ -60,9 +61,11 @@ std::string endProblem(int status) {
 }  // namespace
 
 struct NativeProcessPort::Running {
+  std::string command;
   std::string location;
   std::function<void()> failed;
-  std::unique_ptr<OutputCapture> printed;  // until its early time is over
+  OutputCapture printed;
+  bool early = true;
   Clock::time_point started = Clock::now();
   std::unique_ptr<LoopWatch> nextLook;
 };
@@ -84,11 +87,11 @@ void NativeProcessPort::run(const std::string& command, WindowStyle, std::functi
   }
 
   auto running = std::make_unique<Running>();
+  running->command = command;
   running->location = location;
-  running->printed = std::make_unique<OutputCapture>();
   const ProgramStart start{.path = cut.program->path,
                            .arguments = cut.arguments,
-                           .output = running->printed->descriptor(),
+                           .output = running->printed.descriptor(),
                            .environment = std::nullopt};
   pid_t process = 0;
   if (const int error = spawn(process, start)) {
@@ -97,6 +100,13 @@ void NativeProcessPort::run(const std::string& command, WindowStyle, std::functi
   running->failed = std::move(failed);
   running_[process] = std::move(running);
   lookLater(process);
+}
+
+void NativeProcessPort::leave(const std::string& command) {
+  // What has ended keeps its number until `look` has taken leave of it.
+  for (const auto& [process, program] : running_) {
+    if (program->command == command) ::kill(process, SIGURG);
+  }
 }
 
 void NativeProcessPort::tellLater(std::function<void()> teller) {
@@ -114,7 +124,7 @@ void NativeProcessPort::tell(const std::string& text) const {
 
 void NativeProcessPort::lookLater(pid_t process) {
   Running& program = *running_.at(process);
-  program.nextLook = loop_.after(program.printed ? kBetweenEarlyLooks : kBetweenLateLooks,
+  program.nextLook = loop_.after(program.early ? kBetweenEarlyLooks : kBetweenLateLooks,
                                  [this, process] { look(process); });
 }
 
@@ -123,16 +133,17 @@ void NativeProcessPort::look(pid_t process) {
   const pid_t result = ::waitpid(process, &status, WNOHANG);
   if (result == 0 || (result < 0 && errno == EINTR)) {
     Running& program = *running_.at(process);
-    if (Clock::now() - program.started >= kEarly) program.printed.reset();
+    program.early = Clock::now() - program.started < kEarly;
     return lookLater(process);
   }
   const auto ended = running_.extract(process);
   const Running& program = *ended.mapped();
   // Where another part of this program has taken the exit status, nothing is known.
-  if (result < 0 || !program.printed) return;
+  const bool told = WIFEXITED(status) && WEXITSTATUS(status) == kTold;
+  if (result < 0 || (!program.early && !told)) return;
   if (const std::string problem = endProblem(status); !problem.empty()) {
     if (program.failed) return program.failed();
-    const std::string printed = program.printed->last();
+    const std::string printed = program.printed.last();
     tell(program.location + ' ' + problem + '.' +
          (printed.empty() ? "" : std::string(kLineEnd) + "The last that it said:" + printed));
   }

@@ -22,6 +22,8 @@ class NativeProcessPort : public ProcessPort {
  public:
   /// How long a program that ends with an error is said to have failed.
   static constexpr std::chrono::milliseconds kEarly{2'000};
+  /// The exit code, EX_UNAVAILABLE of sysexits.h, that is told later than that as well.
+  static constexpr int kTold = 69;
 
   explicit NativeProcessPort(EventLoop& loop);
   /// Programs that still run go on.
@@ -29,6 +31,8 @@ class NativeProcessPort : public ProcessPort {
 
   void run(const std::string& command, WindowStyle style,
            std::function<void()> failed = {}) override;
+  /// By SIGURG, which every program passes over unless it has asked for it.
+  void leave(const std::string& command) override;
 
  private:
   struct Running;

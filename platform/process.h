@@ -27,9 +27,13 @@ class ProcessPort : NonCopyable {
   virtual void run(const std::string& command, WindowStyle style,
                    std::function<void()> failed = {}) = 0;
 
-  /// A start failed, or a program ended with an error within two seconds: a text for the user that
-  /// names the program, the reason and the last lines that it printed. Raised in a turn of the
-  /// loop.
+  /// Tells the programs that were started by this command and still run that the user is through
+  /// with them. Those that don't care for that go on.
+  virtual void leave(const std::string& command) = 0;
+
+  /// A start failed, a program ended with an error within two seconds, or ended later by saying
+  /// that it has something to tell: a text for the user that names the program, the reason and the
+  /// last lines that it printed. Raised in a turn of the loop.
   std::function<void(const std::string& text)> onTrouble;
 };
 

@@ -70,12 +70,23 @@ void record(const std::string& program, std::span<char*> arguments) {
   fs::rename(unfinished, program + ".started");
 }
 
+/// Leaves the mark as soon as the signal isn't missed.
+void awaitSignal(int number, const fs::path& mark) {
+  sigset_t signals;
+  ::sigemptyset(&signals);
+  ::sigaddset(&signals, number);
+  ::sigprocmask(SIG_BLOCK, &signals, nullptr);
+  std::ofstream(mark).close();
+  ::sigwait(&signals, &number);
+}
+
 void act(const std::string& step, const std::string& value, const fs::path& folder) {
   if (step == "say") std::cout << value << std::endl;
   if (step == "warn") std::cerr << value << std::endl;
   if (step == "sleep") std::this_thread::sleep_for(std::chrono::milliseconds(std::stoi(value)));
   if (step == "mark") std::ofstream(folder / value) << "done\n";
   if (step == "kill") ::raise(std::stoi(value));
+  if (step == "await") awaitSignal(std::stoi(value), folder / "awaiting");
   if (step == "exit") std::exit(std::stoi(value));
 }
 

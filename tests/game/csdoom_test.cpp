@@ -30,10 +30,12 @@ TEST_F(CsDoom, HostingStartsServerAndClientAndMarks) {
     EXPECT_EQ(room().Label7.Caption.get(), "Hosting CSDOOM Server");
     EXPECT_FALSE(desktop.shows<Form4>());
   }
+  EXPECT_THAT(desktop.left, IsEmpty());
   say("GETUSERIP\tann\r\n");
   EXPECT_THAT(received(), ElementsAre("OKRETURNIP\tann\t127.0.0.1"));
   click(room().Command2);
   EXPECT_THAT(received(), ElementsAre("RETURNCS\tbob"));
+  EXPECT_THAT(desktop.left, ElementsAre("/e/doomsv.exe"));
   EXPECT_FALSE(room().Command2.Enabled);
   EXPECT_EQ(room().Label7.Caption.get(), "Hosting CSDOOM Server");
   EXPECT_THAT(started(), IsEmpty());

@@ -149,13 +149,31 @@ TEST_F(Processes, EarlyErrorsTellTheLastLines) {
   }
 }
 
-TEST_F(Processes, LaterErrorsAndGoodEndsSayNothing) {
+TEST_F(Processes, LaterErrorsAndGoodEndsSayNothingUnlessTheyAskForIt) {
   install("good.exe", "say bye\nexit 0");
   install("late.exe", "say late\nsleep 2300\nmark ended\nexit 3");
+  install("told.exe", "sleep 2300\nsay the host has gone\nexit 69");
   run("@/good.exe");
   run("@/late.exe");
+  run("@/told.exe");
   ASSERT_TRUE(runUntilThere("ended"));
+  ASSERT_TRUE(runUntilTrouble());
   TearDown();
+  EXPECT_THAT(troubles, ElementsAre(placed("@/told.exe ended with the error 69.\r\n"
+                                           "The last that it said:\r\nthe host has gone")));
+}
+
+TEST_F(Processes, LeavingEndsWhatCaresForIt) {
+  install("waits.exe", "await " + std::to_string(SIGURG) + "\nmark ended");
+  install("other.exe", "sleep 300");
+  run("@/other.exe");
+  run("@/waits.exe now");
+  ASSERT_TRUE(runUntilThere("awaiting"));
+  for (const char* other : {"@/other.exe", "@/waits.exe"}) port->leave(placed(other));
+  loop.runUntil([] { return false; }, 400ms);
+  EXPECT_FALSE(fs::exists(base / "ended"));
+  port->leave(placed("@/waits.exe now"));
+  EXPECT_TRUE(runUntilThere("ended"));
   EXPECT_THAT(troubles, IsEmpty());
 }
 

@@ -113,6 +113,8 @@ class TestDesktop : private Dialogs,
     bool operator==(const Started&) const = default;
   };
   std::vector<Started> started;
+  /// The commands whose programs were told that the user is through with them.
+  std::vector<std::string> left;
   /// What the start of the last one would call if it failed; empty where it is told as any other.
   std::function<void()> lastStartFailed;
   /// The program's folder, removed at the end, and what works in it.
@@ -136,6 +138,7 @@ class TestDesktop : private Dialogs,
   std::optional<std::string> openFile(const FileDialog& dialog) override;
   void play(std::string_view name) override { sounds.emplace_back(name); }
   void playBeside(std::string_view name) override { sounds.push_back("/" + std::string(name)); }
+  void leave(const std::string& command) override { left.push_back(command); }
   void run(const std::string& command, WindowStyle style, std::function<void()> failed) override {
     started.push_back({command, style});
     lastStartFailed = std::move(failed);
