@@ -1,5 +1,6 @@
 #include "engines/game_file.h"
 
+#include <algorithm>
 #include <array>
 #include <cerrno>
 #include <cstdint>
@@ -48,6 +49,28 @@ std::vector<std::string> namesIn(const std::string& gameFile) {
     throw std::runtime_error(gameFile + " is no game file");
   }
   return names;
+}
+
+bool hasEpisodes(const std::vector<std::string>& names) {
+  return std::ranges::find(names, "E1M1") != names.end();
+}
+
+Edition editionOf(const std::string& gameFile) {
+  const std::vector<std::string> names = namesIn(gameFile);
+  const auto holds = [&](const char* name) {
+    return std::ranges::find(names, name) != names.end();
+  };
+  // Freedoom's files hold the marks of all other games.
+  if (holds("FREEDOOM")) {
+    return hasEpisodes(names) ? Edition{"doom1-freedoom", "freedoom1.wad"}
+                              : Edition{"doom2-freedoom", "freedoom2.wad"};
+  }
+  if (holds("E4M1")) return {"doom1-ultimate", "doom.wad"};
+  if (holds("E2M1")) return {"doom1", "doom.wad"};
+  if (hasEpisodes(names)) return {"doom1-share", "doom1.wad"};
+  if (holds("REDTNT2")) return {"doom2-tnt", "tnt.wad"};
+  if (holds("CAMO1")) return {"doom2-plut", "plutonia.wad"};
+  return {"doom2", "doom2.wad"};
 }
 
 }  // namespace kelvaron::engines

@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <array>
-#include <optional>
 #include <string_view>
 
 #include "engines/game_file.h"
@@ -12,41 +11,57 @@ namespace {
 
 enum class Kind { flag, number, file, files, newFile, level, host, join };
 
+// Who takes a switch besides the games.
+enum Takers : unsigned { games = 0, server = 1, client = 2, picture = 4, serverOnly = 8 };
+
 struct Switch {
   std::string_view name;
   Kind kind;
-  /// What the game calls it; empty for what it does anyway or can't do.
-  std::string_view gameName;
-  bool glOnly = false;
+  /// What Chocolate Doom calls it; empty for what it does anyway or can't do.
+  std::string_view chocolateName;
+  unsigned takers = games;
 };
 
 constexpr std::array kSwitches = {
-    Switch{"-iwad", Kind::file, "-iwad"},
-    Switch{"-file", Kind::files, "-file"},
+    Switch{"-iwad", Kind::file, "-iwad", server | client},
+    Switch{"-file", Kind::files, "-file", server | client},
     Switch{"-record", Kind::newFile, "-record"},
-    Switch{"-warp", Kind::level, "-warp"},
+    Switch{"-warp", Kind::level, "-warp", server},
     Switch{"-host", Kind::host, ""},
     Switch{"-join", Kind::join, ""},
-    Switch{"-connect", Kind::join, ""},
-    Switch{"-skill", Kind::number, "-skill"},
-    Switch{"-timer", Kind::number, "-timer"},
+    Switch{"-connect", Kind::join, "", client},
+    Switch{"-skill", Kind::number, "-skill", server},
+    Switch{"-timer", Kind::number, "-timer", server},
     Switch{"-turbo", Kind::number, "-turbo"},
     Switch{"-dup", Kind::number, "-dup"},
     Switch{"-extratic", Kind::flag, "-extratics"},
-    Switch{"-nomonsters", Kind::flag, "-nomonsters"},
-    Switch{"-nomusic", Kind::flag, "-nomusic"},
-    Switch{"-nosfx", Kind::flag, "-nosfx"},
-    Switch{"-respawn", Kind::flag, "-respawn"},
+    Switch{"-nomonsters", Kind::flag, "-nomonsters", server},
+    Switch{"-nomusic", Kind::flag, "-nomusic", client},
+    Switch{"-nosfx", Kind::flag, "-nosfx", client},
+    Switch{"-respawn", Kind::flag, "-respawn", server},
     Switch{"-fast", Kind::flag, "-fast"},
-    Switch{"-deathmatch", Kind::flag, "-deathmatch"},
-    Switch{"-altdeath", Kind::flag, "-altdeath"},
-    Switch{"-coop", Kind::flag, ""},
-    Switch{"-width", Kind::number, "-width", true},
-    Switch{"-height", Kind::number, "-height", true},
-    Switch{"-paltex", Kind::flag, "", true},
-    Switch{"-3dfx", Kind::flag, "", true},
-    Switch{"-sprmaxsurf", Kind::number, "", true},
+    Switch{"-deathmatch", Kind::flag, "-deathmatch", server},
+    Switch{"-altdeath", Kind::flag, "-altdeath", server},
+    Switch{"-coop", Kind::flag, "", server},
+    Switch{"-jump", Kind::flag, "", server | serverOnly},
+    Switch{"-width", Kind::number, "-width", client | picture},
+    Switch{"-height", Kind::number, "-height", client | picture},
+    Switch{"-paltex", Kind::flag, "", picture},
+    Switch{"-3dfx", Kind::flag, "", picture},
+    Switch{"-sprmaxsurf", Kind::number, "", picture},
 };
+
+bool takes(Engine engine, const Switch& word) {
+  switch (engine) {
+    case Engine::netServer:
+      return (word.takers & server) != 0;
+    case Engine::netClient:
+      return (word.takers & client) != 0;
+    default:
+      return word.name != "-connect" && (word.takers & serverOnly) == 0 &&
+             (engine == Engine::glGame || (word.takers & picture) == 0);
+  }
+}
 
 bool isSwitch(std::string_view word) { return word.starts_with('-') || word.starts_with('+'); }
 
@@ -70,30 +85,27 @@ std::vector<std::string> checkedNames(const std::string& gameFile) {
 
 class Reader {
  public:
-  Reader(Engine engine, const std::vector<std::string>& words) : engine_(engine), words_(words) {}
+  Reader(Engine engine, const Words& words) : engine_(engine), words_(words) {}
 
   GameCommand read() {
     while (at_ < words_.size()) take(words_[at_++]);
+    const bool plays = engine_ == Engine::game || engine_ == Engine::glGame;
     if (engine_ == Engine::netClient && command_.address.empty()) {
       throw Refusal("no server was named: -connect and its address are missing");
     }
-    if (engine_ != Engine::netClient && iwad_.empty()) {
+    if (plays && command_.iwad.empty()) {
       throw Refusal("no game file was named: -iwad and its location are missing");
     }
-    if (players_ != 0 && !command_.address.empty()) {
+    if (command_.players != 0 && !command_.address.empty()) {
       throw Refusal("a game is hosted or joined, not both");
     }
-    if (!level_.empty()) addLevel();
-    if (players_ != 0) {
-      for (const char* word : {"-privateserver", "-server", "-nodes"}) add(word);
-      add(std::to_string(players_));
-    }
+    if (plays && !command_.level.empty()) addLevel();
     return std::move(command_);
   }
 
  private:
   void add(std::string_view word) {
-    if (!word.empty()) command_.arguments.emplace_back(word);
+    if (!word.empty()) command_.chocolate.emplace_back(word);
   }
 
   std::string valueOf(std::string_view name) {
@@ -133,47 +145,43 @@ class Reader {
 
   void take(const std::string& word) {
     const auto known = std::ranges::find(kSwitches, lower(word), &Switch::name);
-    const bool join = known != kSwitches.end() && known->kind == Kind::join;
-    const std::string_view joinName = engine_ == Engine::netClient ? "-connect" : "-join";
-    if (known == kSwitches.end() || (known->glOnly && engine_ != Engine::glGame) ||
-        (join && known->name != joinName)) {
+    if (known == kSwitches.end() || !takes(engine_, *known)) {
       throw Refusal(quoted(word) + " is a word that this engine doesn't know");
     }
+    std::string& given = command_.given[std::string(known->name)];
     switch (known->kind) {
       case Kind::flag:
-        add(known->gameName);
-        if (known->gameName == "-extratics") add("1");
+        add(known->chocolateName);
+        if (known->chocolateName == "-extratics") add("1");
         break;
-      case Kind::number: {
-        const std::string number = numberOf(known->name);
-        if (known->gameName.empty()) break;
-        add(known->gameName);
-        add(number);
+      case Kind::number:
+        given = numberOf(known->name);
+        if (known->chocolateName.empty()) break;
+        add(known->chocolateName);
+        add(given);
         break;
-      }
       case Kind::file:
-        iwad_ = gameFileOf(known->name);
-        add(known->gameName);
-        add(iwad_);
+        command_.iwad = gameFileOf(known->name);
+        add(known->chocolateName);
+        add(command_.iwad);
         break;
       case Kind::files:
-        add(known->gameName);
-        do add(gameFileOf(known->name));
-        while (at_ < words_.size() && !isSwitch(words_[at_]));
+        add(known->chocolateName);
+        do {
+          command_.files.push_back(gameFileOf(known->name));
+          add(command_.files.back());
+        } while (at_ < words_.size() && !isSwitch(words_[at_]));
         break;
       case Kind::newFile:
-        add(known->gameName);
+        add(known->chocolateName);
         add(valueOf(known->name));
         break;
       case Kind::level:
-        level_ = levelOf(known->name);
+        command_.level = levelOf(known->name);
         break;
       case Kind::host:
-        players_ = std::stoi(numberOf(known->name));
-        if (players_ < 1 || players_ > kMostPlayers) {
-          throw Refusal("this engine takes 1 to " + std::to_string(kMostPlayers) +
-                        " players, not " + std::to_string(players_));
-        }
+        command_.players = std::stoi(numberOf(known->name));
+        if (command_.players < 1) throw Refusal("a game wants at least 1 player");
         break;
       case Kind::join:
         command_.address = valueOf(known->name);
@@ -183,28 +191,25 @@ class Reader {
 
   void addLevel() {
     add("-warp");
-    const auto names = iwad_.empty() ? std::vector<std::string>() : checkedNames(iwad_);
-    if (std::ranges::find(names, "E1M1") == names.end()) return add(level_);
-    // A game of episodes: "23" is level 3 of episode 2, and one digit is a level of the first.
-    const std::string digits = level_.size() < 2 ? '0' + level_ : level_;
-    const std::string_view last = std::string_view(digits).substr(digits.size() - 2);
-    add(last[0] == '0' ? "1" : last.substr(0, 1));
-    add(last.substr(1));
+    if (!hasEpisodes(checkedNames(command_.iwad))) return add(command_.level);
+    const auto [episode, level] = episodeAndLevel(command_.level);
+    add(episode);
+    add(level);
   }
 
   Engine engine_;
-  const std::vector<std::string>& words_;
+  const Words& words_;
   std::size_t at_ = 0;
   GameCommand command_;
-  std::string iwad_;
-  std::string level_;
-  int players_ = 0;
 };
 
 }  // namespace
 
-GameCommand inGameWords(Engine engine, const std::vector<std::string>& words) {
-  return Reader(engine, words).read();
+GameCommand readWords(Engine engine, const Words& words) { return Reader(engine, words).read(); }
+
+std::pair<std::string, std::string> episodeAndLevel(const std::string& level) {
+  const std::string digits = level.size() < 2 ? '0' + level : level.substr(level.size() - 2);
+  return {digits[0] == '0' ? "1" : digits.substr(0, 1), digits.substr(1)};
 }
 
 }  // namespace kelvaron::engines
