@@ -2,6 +2,7 @@
 
 #include <QFont>
 #include <QFontMetricsF>
+#include <QGuiApplication>
 #include <algorithm>
 #include <cmath>
 
@@ -31,12 +32,28 @@ qreal formScaleFor(const QFont& font) {
 void setFormScale(qreal scale) { currentScale = scale; }
 qreal formScale() { return currentScale; }
 
-int toPixels(int twips) {
-  return static_cast<int>(std::floor(twips * currentScale / kTwipsPerPixel + 0.01));
+qreal formScaleWithin(QSize form, QSize room) {
+  const qreal fits = std::min(static_cast<qreal>(room.width()) / form.width(),
+                              static_cast<qreal>(room.height()) / form.height()) *
+                     kTwipsPerPixel;
+  return std::clamp<qreal>(std::floor(fits * kStep) / kStep, 1, currentScale);
 }
 
-int toTwips(int pixels) {
-  return static_cast<int>(std::ceil(pixels * kTwipsPerPixel / currentScale - 0.01));
+QFont formFontFor(qreal scale) {
+  constexpr qreal kPoint = 0.5;
+  QFont font = QGuiApplication::font();
+  while (formScaleFor(font) > scale && font.pointSizeF() > kDesignPoints) {
+    font.setPointSizeF(std::max(kDesignPoints, font.pointSizeF() - kPoint));
+  }
+  return font;
+}
+
+int toPixels(int twips, qreal scale) {
+  return static_cast<int>(std::floor(twips * scale / kTwipsPerPixel + 0.01));
+}
+
+int toTwips(int pixels, qreal scale) {
+  return static_cast<int>(std::ceil(pixels * kTwipsPerPixel / scale - 0.01));
 }
 
 }  // namespace kelvaron

@@ -1,8 +1,8 @@
-// How large forms are: the one factor between their design's units and pixels, by the desktop's
-// font.
+// How large forms are: the factor between their design's units and pixels, by the desktop's font
+// and what the screen has room for.
 #pragma once
 
-#include <QtGlobal>
+#include <QSize>
 
 class QFont;
 
@@ -16,9 +16,17 @@ qreal formScaleFor(const QFont& font);
 void setFormScale(qreal scale);
 qreal formScale();
 
+/// The factor of a form of this size, in twips: the program's, or as much of it as `room` (in
+/// device-independent pixels) leaves, in the same steps; never below 1.
+qreal formScaleWithin(QSize form, QSize room);
+
+/// The program's font, or a smaller one where a form of this factor has no room for it; not below
+/// the 9 points that forms are designed for.
+QFont formFontFor(qreal scale);
+
 /// A length in twips as the toolkit's device-independent pixels, and back: a length in pixels comes
 /// back as itself.
-int toPixels(int twips);
-int toTwips(int pixels);
+int toPixels(int twips, qreal scale = formScale());
+int toTwips(int pixels, qreal scale = formScale());
 
 }  // namespace kelvaron

@@ -1,7 +1,6 @@
 #include "desktop/controls/button_view.h"
 
 #include <QEvent>
-#include <QGuiApplication>
 
 #include "desktop/qt_values.h"
 
@@ -29,7 +28,7 @@ bool ButtonView::press(PressedBy key) {
 
 bool ButtonView::eventFilter(QObject* watched, QEvent* event) {
   if (event->type() == QEvent::Resize && attached()) {
-    button_.setFont(captionFont(QGuiApplication::font()));
+    button_.setFont(captionFont(formFont()));
   }
   return ControlView::eventFilter(watched, event);
 }

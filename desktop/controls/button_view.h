@@ -14,6 +14,7 @@ class ButtonView : public ControlView {
   FirstFocus firstFocus() const override {
     return button().Deliberate ? FirstFocus::never : FirstFocus::usual;
   }
+  bool isButton() const override { return true; }
   bool press(PressedBy key) override;
 
  protected:

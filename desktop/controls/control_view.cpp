@@ -12,7 +12,7 @@ ControlView::ControlView(Control& control, ViewHost& host, QWidget* widget)
     : control_(&control),
       host_(host),
       widget_(widget),
-      designed_(toPixels(control.Width), toPixels(control.Height)) {}
+      designed_(toPixels(control.Width, host.scale()), toPixels(control.Height, host.scale())) {}
 
 ControlView::~ControlView() {
   if (control_ == nullptr) return;
@@ -27,6 +27,14 @@ void ControlView::attach() {
   control_->onRefresh = [this] { changed(); };
   widget_->installEventFilter(this);
   refreshAll();
+}
+
+void ControlView::moveInto(QWidget& parent, QPoint origin) {
+  const bool shown = !widget_->isHidden();
+  origin_ = origin;
+  widget_->setParent(&parent);
+  refreshPlace();
+  widget_->setVisible(shown);
 }
 
 void ControlView::detach() {
@@ -66,8 +74,10 @@ void ControlView::refreshAll() {
 }
 
 void ControlView::refreshPlace() {
-  widget_->setGeometry(toPixels(control_->Left), toPixels(control_->Top), toPixels(control_->Width),
-                       toPixels(control_->Height));
+  const qreal scale = host_.scale();
+  const QPoint place(toPixels(control_->Left, scale), toPixels(control_->Top, scale));
+  const QSize size(toPixels(control_->Width, scale), toPixels(control_->Height, scale));
+  widget_->setGeometry({place - origin_, size});
 }
 
 QFont ControlView::captionFont(QFont font) const {
@@ -78,7 +88,7 @@ QFont ControlView::captionFont(QFont font) const {
   // In steps, so that captions that stand together have one size.
   constexpr qreal kStep = 0.5;
   const qreal smaller = std::floor(points * share / kStep) * kStep;
-  font.setPointSizeF(std::clamp(smaller, points / formScale(), points));
+  font.setPointSizeF(std::clamp(smaller, points / host_.scale(), points));
   return font;
 }
 

@@ -26,6 +26,8 @@ class ViewHost : NonCopyable {
   virtual ~ViewHost() = default;
 
   virtual EventGate& gate() = 0;
+  /// The form's factor between the units of its design and pixels.
+  virtual qreal scale() const = 0;
   /// Presses the form's button for this key. False when it has none that can be pressed.
   virtual bool press(PressedBy key) = 0;
   /// What the user typed where nothing can be typed: goes to the form's input line.
@@ -49,6 +51,8 @@ class ControlView : public QObject {
 
   /// Hooks up and shows the control. Called once, by whoever made the view.
   void attach();
+  /// Puts the widget into another one, whose upper left corner is at `origin` of the form.
+  void moveInto(QWidget& parent, QPoint origin);
   /// Lets go of the control, which is about to be destroyed. The widget stays but does nothing.
   virtual void detach();
   /// Shows now what waits for the next turn.
@@ -71,6 +75,7 @@ class ControlView : public QObject {
   virtual void nameNext(ControlView& /*next*/) {}
   /// Types at the end of the text. False where nothing can be typed.
   virtual bool type(const QString& /*text*/) { return false; }
+  virtual bool isButton() const { return false; }
   /// Presses a button whose key this is. False where that can't be.
   virtual bool press(PressedBy /*key*/) { return false; }
   /// The pointer moved over the widget. False where the form hears of it.
@@ -92,6 +97,8 @@ class ControlView : public QObject {
   /// A font for a caption that has to stand in the control: smaller where a window that can be
   /// resized is smaller than designed, down to what it is on a desktop with small text.
   QFont captionFont(QFont font) const;
+  /// The font of the form's texts.
+  QFont formFont() const { return widget_->window()->font(); }
 
   /// Runs a handler of the control; returns whether the control is still there.
   template <class Handler>
@@ -121,6 +128,7 @@ class ControlView : public QObject {
   ViewHost& host_;
   QPointer<QWidget> widget_;
   const QSize designed_;
+  QPoint origin_;
   bool waits_ = false;
   int showing_ = 0;
 };

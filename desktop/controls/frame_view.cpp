@@ -1,3 +1,5 @@
+#include <QEvent>
+
 #include "desktop/controls/views.h"
 #include "desktop/qt_values.h"
 
@@ -15,6 +17,11 @@ void FrameView::refresh() {
     palette.setColor(QPalette::WindowText, toQt(*color));
     box.setPalette(palette);
   }
+}
+
+bool FrameView::eventFilter(QObject* watched, QEvent* event) {
+  if (event->type() == QEvent::Resize && attached()) widget().setFont(captionFont(formFont()));
+  return ControlView::eventFilter(watched, event);
 }
 
 }  // namespace kelvaron

@@ -1,9 +1,7 @@
 #include "desktop/controls/label_view.h"
 
 #include <QEvent>
-#include <QGuiApplication>
 
-#include "desktop/form_scale.h"
 #include "desktop/qt_values.h"
 
 namespace kelvaron {
@@ -24,9 +22,9 @@ Qt::Alignment toQt(Alignment alignment) {
 // Characters of a caption; no label has room for more.
 constexpr std::size_t kMostOfCaption = 1024;
 
-QFont toQt(const Font& font, QFont own) {
+QFont toQt(const Font& font, QFont own, qreal scale) {
   if (font.family == FontFamily::tahoma) own.setFamilies({QStringLiteral("Tahoma"), own.family()});
-  if (font.points > 0) own.setPointSizeF(font.points * formScale());
+  if (font.points > 0) own.setPointSizeF(font.points * scale);
   own.setBold(font.bold);
   return own;
 }
@@ -63,7 +61,7 @@ void LabelView::refresh() {
 
 void LabelView::fitText() {
   const auto& label = static_cast<const Label&>(*control());
-  label_.setFont(captionFont(toQt(label.Font_, QGuiApplication::font())));
+  label_.setFont(captionFont(toQt(label.Font_, formFont(), host().scale())));
   const QString caption = shownText(beginningOf(label.Caption.get(), kMostOfCaption));
   // Only a caption of the design has a mnemonic; what others wrote stands as it is.
   const bool designed = label.Caption.get() == label.DesignCaption;

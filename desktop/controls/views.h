@@ -68,6 +68,7 @@ class FrameView : public ControlView {
 
  protected:
   void refresh() override;
+  bool eventFilter(QObject* watched, QEvent* event) override;
 };
 
 /// Fits the picture into its place without distorting it, sharp at any scale of the screen.

@@ -78,6 +78,16 @@ void FormFrame::scrollContent() {
   resize((content_->size() + QSize(bar, bar + barHeight(width()))).boundedTo(room()));
 }
 
+QWidget& FormFrame::splitOff(int top) {
+  auto* row = new QWidget(this);
+  row->setAutoFillBackground(true);
+  row->setPalette(content_->palette());
+  row->setFixedHeight(content_->height() - top);
+  content_->setFixedHeight(top);
+  layout_->addWidget(row);
+  return *row;
+}
+
 void FormFrame::centerOn(const QWidget* anchor) {
   const QRect around = anchor == nullptr ? screen()->availableGeometry() : anchor->frameGeometry();
   QRect place(QPoint(), expectedSize());

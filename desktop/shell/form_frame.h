@@ -25,6 +25,12 @@ class FormFrame : public QWidget {
   /// Size of the inside. One that the screen has no room for scrolls where the window is not
   /// sizable; a sizable window stays within the screen.
   void setContentSize(QSize size);
+  bool scrolls() const { return scrolls_; }
+  /// Cuts what scrolls at this height of the inside; what it loses stands below it, always in
+  /// sight.
+  QWidget& splitOff(int top);
+  /// What the screen leaves for a window's inside.
+  QSize room() const;
   /// The smallest inside that the user can give a sizable window; less where the screen has no
   /// room.
   void setSmallestContent(QSize size);
@@ -58,7 +64,6 @@ class FormFrame : public QWidget {
   bool eventFilter(QObject* watched, QEvent* event) override;
 
  private:
-  QSize room() const;
   void tellFrame();
   /// Of the whole window; before it was on the screen, what its frame may take.
   QSize expectedSize() const;

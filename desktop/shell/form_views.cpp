@@ -2,6 +2,8 @@
 
 #include <algorithm>
 
+#include "desktop/shell/form_frame.h"
+
 namespace kelvaron {
 
 FormViews::FormViews(Form& form, ViewHost& host, QWidget& content) {
@@ -12,6 +14,35 @@ FormViews::FormViews(Form& form, ViewHost& host, QWidget& content) {
   }
   for (std::size_t i = 0; i + 1 < views_.size(); ++i) {
     if (views_[i + 1]->wantsLabel()) views_[i]->nameNext(*views_[i + 1]);
+  }
+}
+
+void FormViews::keepInSight(FormFrame& frame) const {
+  constexpr int kAbove = 8;
+  constexpr int kMostOfFrame = 3;
+  const auto inRow = [&](const ControlView& view) {
+    return view.isButton() && view.widget().parentWidget() == &frame.content();
+  };
+  int lowest = 0;
+  for (const auto& view : views_) {
+    if (inRow(*view)) lowest = std::max(lowest, view->widget().y());
+  }
+  const int top = lowest - kAbove;
+  const auto reachesRow = [&](const auto& view) {
+    const QWidget& widget = view->widget();
+    return widget.parentWidget() == &frame.content() && !widget.isHidden() &&
+           widget.geometry().bottom() >= top;
+  };
+  // Whatever else stands so low belongs to what scrolls.
+  if (lowest == 0 || frame.content().height() - top > frame.height() / kMostOfFrame ||
+      std::ranges::any_of(views_,
+                          [&](const auto& view) { return reachesRow(view) && !inRow(*view); })) {
+    return;
+  }
+  QWidget& row = frame.splitOff(top);
+  const int beyond = std::max(0, frame.content().width() - frame.width());
+  for (const auto& view : views_) {
+    if (reachesRow(view)) view->moveInto(row, {beyond, top});
   }
 }
 

@@ -9,11 +9,16 @@
 
 namespace kelvaron {
 
+class FormFrame;
+
 /// In the order of the form's controls; timers have none.
 class FormViews : NonCopyable {
  public:
   /// Makes the views within `content`, and has labels name what stands behind them.
   FormViews(Form& form, ViewHost& host, QWidget& content);
+
+  /// Takes the lowest row of buttons, which has the main one, out of what scrolls.
+  void keepInSight(FormFrame& frame) const;
 
   /// Lets go of the controls, which are about to be destroyed.
   void detach();

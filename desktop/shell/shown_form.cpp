@@ -132,11 +132,11 @@ void ShownForm::build() {
       FormFrame::Kind{.sizable = form_->Sizable, .closable = form_->ControlBox});
   frame_->on.close = [this] { services_.gate.run([this] { services_.close(*form_); }); };
   frame_->on.moved = [this](QPoint place) {
-    place_ = {toTwips(place.x()), toTwips(place.y())};
+    place_ = {toTwips(place.x(), scale_), toTwips(place.y(), scale_)};
     form_->Left.setQuietly(place_.x());
     form_->Top.setQuietly(place_.y());
   };
-  frame_->on.framed = [this](int height) { form_->Height = toTwips(height); };
+  frame_->on.framed = [this](int height) { form_->Height = toTwips(height, scale_); };
   frame_->on.contentResized = [this](QSize content) { resized(content); };
   frame_->on.key = [this](int key) {
     if (key == Qt::Key_F6) {
@@ -151,9 +151,18 @@ void ShownForm::build() {
   menus_ = std::make_unique<Menus>(*form_, services_.gate, *frame_);
   if (menus_->bar() != nullptr) frame_->setMenuBar(menus_->bar());
 
+  fitScreen();
   ViewHost& host = *this;
   views_ = std::make_unique<FormViews>(*form_, host, frame_->content());
   watchPointer();
+}
+
+/// A form that can't be made larger is as large as its screen has room for, its text with it.
+void ShownForm::fitScreen() {
+  scale_ = formScale();
+  if (form_->Sizable) return;
+  scale_ = formScaleWithin({form_->ScaleWidth, form_->ScaleHeight}, frame_->room());
+  if (scale_ < formScale()) frame_->setFont(formFontFor(scale_));
 }
 
 void ShownForm::watchPointer() {
@@ -184,7 +193,7 @@ void ShownForm::applyLook() {
 }
 
 QSize ShownForm::contentSize() const {
-  return {toPixels(form_->ScaleWidth), toPixels(form_->ScaleHeight)};
+  return {toPixels(form_->ScaleWidth, scale_), toPixels(form_->ScaleHeight, scale_)};
 }
 
 void ShownForm::showFirst() {
@@ -195,13 +204,14 @@ void ShownForm::showFirst() {
   if (form_ == nullptr) return;
   if (form_->Sizable) frame_->setSmallestContent(contentSize() * kSmallestShare);
   frame_->setContentSize(contentSize());
+  if (frame_->scrolls()) views_->keepInSight(*frame_);
   if (form_->Left == 0 && form_->Top == 0) frame_->centerOn(anchorFor(*frame_));
 }
 
 void ShownForm::applyPlace() {
   if (const QPoint place(form_->Left, form_->Top); place != place_) {
     place_ = place;
-    frame_->moveOnScreen({toPixels(place.x()), toPixels(place.y())});
+    frame_->moveOnScreen({toPixels(place.x(), scale_), toPixels(place.y(), scale_)});
   }
   if (const QSize size(form_->ScaleWidth, form_->ScaleHeight); size != size_) {
     size_ = size;
@@ -227,7 +237,7 @@ void ShownForm::applyFocus() {
 
 void ShownForm::resized(QSize content) {
   if (!wasShown_ || content == contentSize()) return;
-  size_ = {toTwips(content.width()), toTwips(content.height())};
+  size_ = {toTwips(content.width(), scale_), toTwips(content.height(), scale_)};
   form_->ScaleWidth.setQuietly(size_.width());
   form_->ScaleHeight.setQuietly(size_.height());
   raiseResize();

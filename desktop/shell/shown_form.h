@@ -47,6 +47,7 @@ class ShownForm final : public FormWindow, private ViewHost {
 
  private:
   EventGate& gate() override { return services_.gate; }
+  qreal scale() const override { return scale_; }
   bool press(PressedBy key) override { return views_->press(key); }
   void typeAhead(const QString& text) override { views_->typeAhead(text); }
   void setPopUpPoint(QPoint global) override { popUpPoint_ = global; }
@@ -57,6 +58,7 @@ class ShownForm final : public FormWindow, private ViewHost {
   void later();
   void apply();
   void build();
+  void fitScreen();
   void watchPointer();
   void showFirst();
   void applyLook();
@@ -79,6 +81,7 @@ class ShownForm final : public FormWindow, private ViewHost {
   QPoint place_;
   QSize size_;
   bool wasShown_ = false;
+  qreal scale_ = 1;
 
   std::vector<std::unique_ptr<TimerView>> timers_;
   std::unique_ptr<FormFrame> frame_;

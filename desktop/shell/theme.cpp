@@ -144,8 +144,12 @@ int Theme::pixelMetric(PixelMetric metric, const QStyleOption* option,
     case PM_FocusFrameHMargin:
       return 6;
     case PM_IndicatorWidth:
-    case PM_IndicatorHeight:
-      return qRound(16 * formScale());
+    case PM_IndicatorHeight: {
+      // As large as the text beside it, which a small screen makes smaller.
+      const qreal share =
+          widget == nullptr ? 1 : widget->font().pointSizeF() / QApplication::font().pointSizeF();
+      return qRound(16 * formScale() * share);
+    }
     default:
       return QProxyStyle::pixelMetric(metric, option, widget);
   }

@@ -8,6 +8,7 @@
 #include <algorithm>
 #include <cmath>
 
+#include "base/scope_exit.h"
 #include "desktop/qt_values.h"
 #include "desktop/shell/theme.h"
 #include "desktop/shell/theme_drawing.h"
@@ -90,6 +91,28 @@ TEST_F(Windows, LargerThanTheScreen) {
     // The design's own size comes first, so that a layout measured there fits afterwards.
     EXPECT_EQ(form.sizes.front().first, toTwips(screen.width() + 400));
     EXPECT_EQ(form.sizes.size(), sizable ? 2U : 1U);
+    client->slots.unload(form);
+  }
+}
+
+TEST_F(Windows, AsLargeAsTheScreenHasRoomFor) {
+  const QSize screen = QGuiApplication::primaryScreen()->availableSize();
+  setFormScale(2);
+  const ScopeExit usual([] { setFormScale(1); });
+  // Of the screen's height the design takes so many hundredths; text and factor follow.
+  using Case = std::tuple<int, qreal, bool>;
+  for (const auto& [share, scale, scrolls] :
+       {Case{20, 2.0, false}, Case{60, 1.5, false}, Case{120, 1.0, true}}) {
+    auto& form = client->form<Plain>();
+    const int height = screen.height() * share / 100;
+    form.ScaleHeight = height * kTwipsPerPixel;
+    form.button.Top = (height - 40) * kTwipsPerPixel;
+    show<Plain>();
+    const QWidget& window = *frame(form);
+    const auto& button = widget<QPushButton>(form, form.button);
+    EXPECT_EQ(button.width(), qRound(80 * scale)) << share;
+    EXPECT_EQ(window.findChild<QScrollArea*>() != nullptr, scrolls) << share;
+    EXPECT_EQ(button.visibleRegion().boundingRect(), button.rect()) << share;
     client->slots.unload(form);
   }
 }

@@ -1,8 +1,8 @@
 // Renders every form in its states to pictures, to be looked at:
 //
 //   kelvaron_shots FOLDER [POINTS]   with text of so many points, the desktop's own unless told
-//   kelvaron_shots --check           no pictures: whether every caption fits its control at 9, 11,
-//                                    14 and 18 points
+//   kelvaron_shots --check           no pictures: whether every caption fits its control, and the
+//                                    main button is on the screen, at 9, 11, 14 and 18 points
 //
 // QT_SCALE_FACTOR and the like of the toolkit tell the scaling.
 #include <QApplication>
@@ -10,6 +10,7 @@
 #include <QGroupBox>
 #include <QLabel>
 #include <QPushButton>
+#include <QScreen>
 #include <QStyle>
 #include <cstdio>
 #include <cstdlib>
@@ -247,7 +248,7 @@ QStringList cutCaptions(const QWidget& window) {
   }
   for (const auto* box : window.findChildren<QCheckBox*>()) {
     look(*box, box->text(),
-         box->width() - box->style()->pixelMetric(QStyle::PM_IndicatorWidth) - 4);
+         box->width() - box->style()->pixelMetric(QStyle::PM_IndicatorWidth, nullptr, box) - 4);
   }
   for (const auto* frame : window.findChildren<QGroupBox*>()) {
     look(*frame, frame->title(), frame->width() - 20);
@@ -271,7 +272,28 @@ QStringList cutLabels(Form& form, const ShownForm& shown) {
   return cut;
 }
 
-/// Whether all of a form's captions fit.
+/// What can't be seen whole of the main button and the lowest one, which stands in its row.
+QStringList buttonsOutOfSight(const QWidget& window) {
+  const QRect screen = window.screen()->availableGeometry();
+  if (!screen.contains(window.geometry())) return {QStringLiteral("(the window)")};
+  QStringList hidden;
+  const QPushButton* lowest = nullptr;
+  const auto bottom = [&](const QPushButton& button) {
+    return button.mapTo(&window, button.rect().bottomLeft()).y();
+  };
+  for (const auto* button : window.findChildren<QPushButton*>()) {
+    if (!button->isVisible()) continue;
+    const bool seen = button->visibleRegion().boundingRect() == button->rect();
+    if (button->isDefault() && !seen) hidden.append(button->text());
+    if (lowest == nullptr || bottom(*button) > bottom(*lowest)) lowest = button;
+  }
+  if (lowest != nullptr && !window.rect().contains(0, bottom(*lowest))) {
+    hidden.append(lowest->text());
+  }
+  return hidden;
+}
+
+/// Whether all of a form's captions fit, and its main button is on the screen.
 bool fits(const Shot& shot) {
   RoomDesk desk;
   QStringList cut;
@@ -280,11 +302,11 @@ bool fits(const Shot& shot) {
     form.Show();
     QTest::qWait(20);
     const ShownForm& shown = *desk.shell.shown(form);
-    cut = cutCaptions(*shown.frame()) + cutLabels(form, shown);
+    cut = cutCaptions(*shown.frame()) + cutLabels(form, shown) + buttonsOutOfSight(*shown.frame());
   });
   for (const QString& text : cut) {
-    std::printf("%s: cut at %g pt: %s\n", shot.name, QApplication::font().pointSizeF(),
-                qUtf8Printable(text));
+    std::printf("%s: cut or out of sight at %g pt: %s\n", shot.name,
+                QApplication::font().pointSizeF(), qUtf8Printable(text));
   }
   return cut.isEmpty();
 }
