@@ -71,8 +71,17 @@ class FuzzDesktop : SocketPort,
                     LocalHostPort {
  public:
   FuzzDesktop()
-      : client(makeClient(edge, Ports{*this, *this, *this, *this, *this, *this, registry, player,
-                                      *this, *this, *this})),
+      : client(makeClient(edge, Ports{.sockets = *this,
+                                      .dialogs = *this,
+                                      .sound = *this,
+                                      .files = *this,
+                                      .application = *this,
+                                      .processes = *this,
+                                      .registry = registry,
+                                      .player = player,
+                                      .echo = *this,
+                                      .streams = *this,
+                                      .localHost = *this})),
         chat(newest) {
     edge.run([this] { client->form<frmMain>().Show(); });
     edge.run([this] { client->sckClient().Connect("", 0); });
@@ -138,6 +147,7 @@ class FuzzDesktop : SocketPort,
   }
   void replace(const std::string&, const std::string&) override {}
   void run(const std::string&, WindowStyle, std::function<void()>) override {}
+  void leave(const std::string&) override {}
   void MkDir(const std::string&) override {}
   std::string InstanceProblem() const override { return {}; }
   bool PrevInstance() const override { return false; }
