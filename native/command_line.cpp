@@ -44,11 +44,11 @@ std::vector<std::string_view> wordsOf(std::string_view text) {
   return words;
 }
 
-class Cutter {
+class Tokenizer {
  public:
-  explicit Cutter(std::string_view text) : words_(wordsOf(text)) {}
+  explicit Tokenizer(std::string_view text) : words_(wordsOf(text)) {}
 
-  CommandLine cut() {
+  CommandLine run() {
     if (words_.empty()) return {};
     takeLocation();
     while (at_ < words_.size()) {
@@ -156,7 +156,7 @@ class Cutter {
 
 }  // namespace
 
-CommandLine tokenize(std::string_view command) { return Cutter(command).cut(); }
+CommandLine tokenize(std::string_view command) { return Tokenizer(command).run(); }
 
 std::string startProblem(const CommandLine& command) {
   const auto holdsNul = [](const std::string& text) { return text.find('\0') != text.npos; };

@@ -50,9 +50,9 @@ std::string dotted(const sockaddr_in& internet) {
 }
 
 /// Tells an outcome that is known at once.
-class ForegoneEcho final : public Echo {
+class FinishedEcho final : public Echo {
  public:
-  ForegoneEcho(EventLoop& loop, EchoOutcome outcome, EchoPort::Done done) {
+  FinishedEcho(EventLoop& loop, EchoOutcome outcome, EchoPort::Done done) {
     later_ = loop.after(milliseconds(0),
                         [outcome = std::move(outcome), done = std::move(done)] { done(outcome); });
   }
@@ -152,7 +152,7 @@ std::optional<EchoWay> NativeEcho::choose() const {
 
 std::unique_ptr<Echo> NativeEcho::send(std::uint32_t address, std::string_view data,
                                        milliseconds timeOut, Done done) {
-  if (address == 0) return std::make_unique<ForegoneEcho>(loop_, EchoOutcome{}, std::move(done));
+  if (address == 0) return std::make_unique<FinishedEcho>(loop_, EchoOutcome{}, std::move(done));
   if (!chosen_) chosen_ = choose();
   const sockaddr_in to = internetAddress(address);
   if (chosen_ == EchoWay::program) {
@@ -163,7 +163,7 @@ std::unique_ptr<Echo> NativeEcho::send(std::uint32_t address, std::string_view d
   if (!opened) {
     // Looked for anew next time: an administrator may have changed it.
     chosen_.reset();
-    return std::make_unique<ForegoneEcho>(loop_, EchoOutcome{EchoOutcome::Kind::refused, 0, kNoWay},
+    return std::make_unique<FinishedEcho>(loop_, EchoOutcome{EchoOutcome::Kind::refused, 0, kNoWay},
                                           std::move(done));
   }
   const EchoMark mark{static_cast<std::uint16_t>(::getpid()), ++sequence_};
