@@ -12,12 +12,12 @@ packages=(build/packages/kelvaron_*.deb build/packages/kelvaron-server_*.deb
 [ -d "$root" ] || debootstrap --variant=minbase bookworm "$root" "$2"
 cp "${packages[@]}" "$root/tmp/"
 cp tools/install_test_inside.sh "$root/tmp/"
-mount --bind /proc "$root/proc"
 mount --bind /dev "$root/dev"
 cleanup() {
-  umount -l "$root/dev" "$root/proc"
+  umount -l "$root/dev"
 }
 trap cleanup EXIT
 cp /etc/resolv.conf "$root/etc/resolv.conf"
 printf '127.0.0.1 localhost\n127.0.1.1 %s\n' "$(hostname)" >"$root/etc/hosts"
-chroot "$root" /tmp/install_test_inside.sh
+# With processes of its own: what it ends by name is its own, and nothing outlives it.
+unshare --pid --fork --kill-child --mount-proc="$root/proc" chroot "$root" /tmp/install_test_inside.sh
