@@ -14,12 +14,11 @@ says() {
 }
 quoted=${version//./\\.}
 says CMakeLists.txt "^project\(kelvaron VERSION $quoted "
-says CHANGELOG.md "^## $quoted( \([0-9]{4}-[0-9]{2}-[0-9]{2}\))?$"
-says packaging/kelvaron.metainfo.xml "<release version=\"$quoted\" "
+says CHANGELOG.md "^## $quoted \([0-9]{4}-[0-9]{2}-[0-9]{2}\)$"
+released=$(sed -n "s/^## $quoted (\(.*\))$/\1/p" CHANGELOG.md)
+says packaging/kelvaron.metainfo.xml "<release version=\"$quoted\" date=\"$released\"/>"
 says debian/changelog "^kelvaron \($quoted-[0-9]+\) "
 for page in packaging/man/*; do says "$page" "\"Kelvaron $quoted\""; done
-says chat/main_window.h "\"$quoted\"\}"
-says chat/main_window.cpp "\"Kelvaron $quoted\""
 [ -z "$(git status --porcelain)" ] || { echo "there are changes that are not checked in" >&2; wrong=1; }
 [ "$wrong" -eq 0 ] || exit 1
 
