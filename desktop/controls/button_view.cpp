@@ -1,6 +1,8 @@
 #include "desktop/controls/button_view.h"
 
 #include <QEvent>
+#include <QFontMetrics>
+#include <algorithm>
 
 #include "desktop/qt_values.h"
 
@@ -11,12 +13,31 @@ ButtonView::ButtonView(CommandButton& button, ViewHost& host, QWidget* parent)
       button_(static_cast<QPushButton&>(widget())) {
   button_.setDefault(button.Default);
   connect(&button_, &QPushButton::pressed, this,
-          [this] { run([this] { static_cast<CommandButton*>(control())->Pressed(); }); });
+          [this] { run([this] { this->button().Pressed(); }); });
   connect(&button_, &QPushButton::clicked, this,
           [this] { run([this] { this->button().Click(); }); });
 }
 
-void ButtonView::refresh() { button_.setText(shownText(button().Caption.get())); }
+void ButtonView::refresh() {
+  button_.setText(shownText(button().Caption.get()));
+  fitText();
+}
+
+/// The form's font, or as much of it as the button has room for.
+void ButtonView::fitText() {
+  constexpr QSize kMargins(16, 6);
+  constexpr qreal kStep = 0.5;  // in points
+  const qreal smallest = captionFont(formFont()).pointSizeF();
+  QFont font = formFont();
+  const auto fits = [&] {
+    const QSize text = QFontMetrics(font).size(Qt::TextShowMnemonic, button_.text());
+    return text.boundedTo(button_.size() - kMargins) == text;
+  };
+  while (font.pointSizeF() > smallest && !fits()) {
+    font.setPointSizeF(std::max(smallest, font.pointSizeF() - kStep));
+  }
+  button_.setFont(font);
+}
 
 bool ButtonView::press(PressedBy key) {
   if (!(key == PressedBy::enter ? button().Default : button().Cancel)) return false;
@@ -28,7 +49,7 @@ bool ButtonView::press(PressedBy key) {
 
 bool ButtonView::eventFilter(QObject* watched, QEvent* event) {
   if (event->type() == QEvent::Resize && attached()) {
-    button_.setFont(captionFont(formFont()));
+    fitText();
   }
   return ControlView::eventFilter(watched, event);
 }

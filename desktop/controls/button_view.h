@@ -24,6 +24,7 @@ class ButtonView : public ControlView {
   bool eventFilter(QObject* watched, QEvent* event) override;
 
  private:
+  void fitText();
   CommandButton& button() const { return static_cast<CommandButton&>(*control()); }
 
   QPushButton& button_;

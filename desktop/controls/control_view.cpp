@@ -37,6 +37,11 @@ void ControlView::moveInto(QWidget& parent, QPoint origin) {
   widget_->setVisible(shown);
 }
 
+void ControlView::layOut(QRect place, const QFont& font) {
+  layout_ = {place, font};
+  if (attached()) refreshAll();
+}
+
 void ControlView::detach() {
   if (control_ == nullptr) return;
   control_->onRefresh = nullptr;
@@ -74,6 +79,7 @@ void ControlView::refreshAll() {
 }
 
 void ControlView::refreshPlace() {
+  if (layout_) return widget_->setGeometry(layout_->place);
   const qreal scale = host_.scale();
   const QPoint place(toPixels(control_->Left, scale), toPixels(control_->Top, scale));
   const QSize size(toPixels(control_->Width, scale), toPixels(control_->Height, scale));
@@ -81,6 +87,7 @@ void ControlView::refreshPlace() {
 }
 
 QFont ControlView::captionFont(QFont font) const {
+  if (layout_) return layout_->font;
   if (designed_.isEmpty()) return font;
   const qreal share = std::min(static_cast<qreal>(widget_->width()) / designed_.width(),
                                static_cast<qreal>(widget_->height()) / designed_.height());

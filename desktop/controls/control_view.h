@@ -8,6 +8,7 @@
 #include <QSize>
 #include <QWidget>
 #include <memory>
+#include <optional>
 #include <utility>
 
 #include "base/non_copyable.h"
@@ -53,6 +54,8 @@ class ControlView : public QObject {
   void attach();
   /// Puts the widget into another one, whose upper left corner is at `origin` of the form.
   void moveInto(QWidget& parent, QPoint origin);
+  /// Gives the widget this place and its caption this font, whatever the control's own are.
+  void layOut(QRect place, const QFont& font);
   /// Lets go of the control, which is about to be destroyed. The widget stays but does nothing.
   virtual void detach();
   /// Shows now what waits for the next turn.
@@ -94,8 +97,9 @@ class ControlView : public QObject {
 
   ViewHost& host() const { return host_; }
 
-  /// A font for a caption that has to stand in the control: smaller where a window that can be
-  /// resized is smaller than designed, down to what it is on a desktop with small text.
+  /// A font for a caption that has to stand in the control: the one it was laid out with, else
+  /// smaller where a window that can be resized is smaller than designed, down to what it is on a
+  /// desktop with small text.
   QFont captionFont(QFont font) const;
   /// The font of the form's texts.
   QFont formFont() const { return widget_->window()->font(); }
@@ -129,6 +133,11 @@ class ControlView : public QObject {
   QPointer<QWidget> widget_;
   const QSize designed_;
   QPoint origin_;
+  struct Layout {
+    QRect place;
+    QFont font;
+  };
+  std::optional<Layout> layout_;
   bool waits_ = false;
   int showing_ = 0;
 };

@@ -154,6 +154,9 @@ void ShownForm::build() {
   fitScreen();
   ViewHost& host = *this;
   views_ = std::make_unique<FormViews>(*form_, host, frame_->content());
+  if (auto* room = dynamic_cast<frmMain*>(form_)) {
+    header_ = std::make_unique<RoomHeader>(*room, *views_);
+  }
   watchPointer();
 }
 
@@ -245,6 +248,7 @@ void ShownForm::resized(QSize content) {
 
 void ShownForm::raiseResize() {
   services_.gate.runUnattended([this] { form_->Form_Resize(); });
+  if (form_ != nullptr && header_) header_->layOut(frame_->font());
 }
 
 }  // namespace kelvaron

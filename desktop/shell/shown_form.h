@@ -11,6 +11,7 @@
 #include "desktop/shell/form_views.h"
 #include "desktop/shell/menus.h"
 #include "desktop/shell/pointer_watch.h"
+#include "desktop/shell/room_header.h"
 #include "desktop/shell/timer_view.h"
 #include "platform/form.h"
 
@@ -87,6 +88,8 @@ class ShownForm final : public FormWindow, private ViewHost {
   std::unique_ptr<FormFrame> frame_;
   std::unique_ptr<Menus> menus_;
   std::unique_ptr<FormViews> views_;
+  // The room's alone.
+  std::unique_ptr<RoomHeader> header_;
   std::unique_ptr<PointerWatch> pointer_;
 };
 

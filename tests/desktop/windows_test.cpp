@@ -9,6 +9,7 @@
 #include <cmath>
 
 #include "base/scope_exit.h"
+#include "chat/main_window.h"
 #include "desktop/qt_values.h"
 #include "desktop/shell/theme.h"
 #include "desktop/shell/theme_drawing.h"
@@ -114,6 +115,38 @@ TEST_F(Windows, AsLargeAsTheScreenHasRoomFor) {
     EXPECT_EQ(window.findChild<QScrollArea*>() != nullptr, scrolls) << share;
     EXPECT_EQ(button.visibleRegion().boundingRect(), button.rect()) << share;
     client->slots.unload(form);
+  }
+}
+
+TEST_F(Windows, TheRoomsHeadKeepsItsOrder) {
+  auto& room = show<frmMain>();
+  room.Label1.Caption = "bob";
+  room.Label6.Caption = "Oregon";
+  using Case = std::tuple<QSize, bool, bool>;  // the logo and the server's line are there
+  for (const auto& [size, logo, server] :
+       {Case{{960, 656}, true, true}, Case{{640, 420}, true, true}, Case{{384, 300}, false, false},
+        Case{{384, 700}, false, true}, Case{{960, 656}, true, true}}) {
+    frame(room)->resize(size);
+    QTest::qWait(20);
+    const auto place = [&](Label& label) { return widget<QLabel>(room, label).geometry(); };
+    std::vector<QRect> places = {widget(room, room.Image1).geometry(),
+                                 place(room.Label3),
+                                 place(room.Label2),
+                                 place(room.Label1),
+                                 place(room.Label5),
+                                 place(room.Label6),
+                                 place(room.Label4),
+                                 place(room.Label7)};
+    EXPECT_EQ(places[0].isEmpty(), !logo) << size.width();
+    EXPECT_EQ(places[5].isEmpty(), !server) << size.width();
+    for (auto one = places.begin(); one != places.end(); ++one) {
+      for (auto other = one + 1; other != places.end(); ++other) {
+        EXPECT_FALSE(one->intersects(*other)) << size.width();
+      }
+    }
+    for (Label* label : {&room.Label3, &room.Label2, &room.Label1, &room.Label7}) {
+      EXPECT_EQ(widget<QLabel>(room, *label).text().toStdString(), label->Caption.get());
+    }
   }
 }
 

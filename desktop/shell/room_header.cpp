@@ -1,0 +1,108 @@
+#include "desktop/shell/room_header.h"
+
+#include <QFontMetrics>
+#include <algorithm>
+#include <array>
+#include <vector>
+
+#include "desktop/form_scale.h"
+#include "desktop/qt_values.h"
+
+namespace kelvaron {
+namespace {
+
+constexpr int kGap = 8;
+constexpr qreal kStep = 0.5;  // in points
+// Of the version mark, in sizes of the lines' text, as designed: 18 points beside 9.
+constexpr int kVersionSize = 2;
+// Characters of a value that are to be seen.
+constexpr int kValueCharacters = 28;
+// A narrower logo isn't worth its place.
+constexpr int kNarrowestLogo = 80;
+// Of the head's height: what stands above the lines and below, 8 of 76 pixels as designed.
+constexpr qreal kMarginShare = 8.0 / 76;
+
+struct Line {
+  const Label* caption;
+  const Label* value;
+};
+
+int widthOf(const QFont& font, const Label& label) {
+  return QFontMetrics(font).horizontalAdvance(shownText(label.Caption.get())) + 2;
+}
+
+QFont versionFont(const Label& label, QFont lines) {
+  if (label.Font_.get().family == FontFamily::tahoma) {
+    lines.setFamilies({QStringLiteral("Tahoma"), lines.family()});
+  }
+  lines.setBold(true);
+  lines.setPointSizeF(lines.pointSizeF() * kVersionSize);
+  return lines;
+}
+
+}  // namespace
+
+void RoomHeader::place(const Control& control, QRect rect, const QFont& font) const {
+  if (ControlView* view = views_.of(control)) view->layOut(rect, font);
+}
+
+void RoomHeader::layOut(const QFont& font) const {
+  const int height = toPixels(room_.txtOutput.Top);
+  const int margin = qRound(height * kMarginShare);
+  const int left = toPixels(room_.Image1.Left);
+  const int right = toPixels(room_.Frame1.Left) - kGap;
+  const qreal smallest = font.pointSizeF() / formScale();
+
+  QFont lineFont = font;
+  lineFont.setPointSizeF(smallest);
+  std::vector<Line> lines = {{&room_.Label2, &room_.Label1}, {&room_.Label4, &room_.Label7}};
+  const bool allLines = 3 * QFontMetrics(lineFont).height() <= height - margin;
+  if (allLines) lines.insert(lines.begin() + 1, {&room_.Label5, &room_.Label6});
+  const int lineHeight = (height - 2 * margin) / static_cast<int>(lines.size());
+
+  const auto captionsWidth = [&](const QFont& each) {
+    int width = 0;
+    for (const Line& line : lines) width = std::max(width, widthOf(each, *line.caption));
+    return width;
+  };
+  const auto valuesWidth = [](const QFont& each) {
+    return QFontMetrics(each).averageCharWidth() * kValueCharacters;
+  };
+  const auto neededWidth = [&](const QFont& each) {
+    return widthOf(versionFont(room_.Label3, each), room_.Label3) + captionsWidth(each) +
+           valuesWidth(each) + 2 * kGap;
+  };
+  for (qreal points = font.pointSizeF(); points >= smallest; points -= kStep) {
+    lineFont.setPointSizeF(points);
+    if (QFontMetrics(lineFont).height() <= lineHeight && neededWidth(lineFont) <= right - left) {
+      break;
+    }
+  }
+
+  const int beside = right - left - neededWidth(lineFont) - kGap;
+  const int logo = beside < kNarrowestLogo ? 0 : std::min(toPixels(room_.Image1.Width), beside);
+  place(room_.Image1, {left, toPixels(room_.Image1.Top), logo, toPixels(room_.Image1.Height)},
+        font);
+  const QFont mark = versionFont(room_.Label3, lineFont);
+  const int markLeft = logo == 0 ? left : left + logo + toPixels(12 * kTwipsPerPixel);
+  const int markWidth = widthOf(mark, room_.Label3);
+  place(room_.Label3, {markLeft, 0, markWidth, height - margin / 2}, mark);
+
+  const int captions = captionsWidth(lineFont);
+  // Where it is designed, unless its neighbours need that place.
+  const int leftmost = markLeft + markWidth + kGap + captions + kGap;
+  const int rightmost = std::max(leftmost, right - valuesWidth(lineFont));
+  const int values = std::clamp(toPixels(room_.Label1.Left), leftmost, rightmost);
+  int top = margin;
+  for (const Line& line : lines) {
+    place(*line.caption, {values - kGap - captions, top, captions, lineHeight}, lineFont);
+    place(*line.value, {values, top, std::max(0, right - values), lineHeight}, lineFont);
+    top += lineHeight;
+  }
+  if (!allLines) {
+    place(room_.Label5, {}, lineFont);
+    place(room_.Label6, {}, lineFont);
+  }
+}
+
+}  // namespace kelvaron
