@@ -21,6 +21,11 @@ std::string remoteAddress(const asio::ip::tcp::socket& socket) {
   return address.to_string();
 }
 
+std::string place(const std::string& address, std::uint16_t port) {
+  const bool v6 = address.find(':') != std::string::npos;
+  return (v6 ? '[' + address + ']' : address) + ':' + std::to_string(port);
+}
+
 bool isLoopback(std::string_view address) {
   return address.starts_with("127.") || address == "::1";
 }

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <asio/ip/tcp.hpp>
+#include <cstdint>
 #include <string>
 #include <string_view>
 
@@ -10,6 +11,9 @@ namespace kelvaron::server {
 /// The address at the other end, an IPv4 address in IPv6 form in its own; "unknown" when the
 /// connection is over already.
 std::string remoteAddress(const asio::ip::tcp::socket& socket);
+
+/// "127.0.0.1:3069", "[::1]:3069".
+std::string place(const std::string& address, std::uint16_t port);
 
 /// Whether the address is one of the machine itself: 127.0.0.0/8 or ::1.
 bool isLoopback(std::string_view address);

@@ -99,6 +99,18 @@ FolderLock::FolderLock(const std::filesystem::path& folder)
 
 FolderLock::~FolderLock() { ::close(number_); }
 
+FolderClaim::FolderClaim(const std::filesystem::path& folder)
+    : number_(::open((folder / "lock").c_str(), O_RDWR | O_CREAT | O_CLOEXEC, 0600)) {
+  if (number_ < 0) fail(folder / "lock", "can't be opened");
+  if (::flock(number_, LOCK_EX | LOCK_NB) == 0) return;
+  const bool taken = errno == EWOULDBLOCK;
+  ::close(number_);
+  if (taken) throw StoreError(folder.string() + ": another server runs on this folder");
+  fail(folder / "lock", "can't be locked");
+}
+
+FolderClaim::~FolderClaim() { ::close(number_); }
+
 FileStamp fileStamp(const std::filesystem::path& path) {
   struct stat status {};
   if (::stat(path.c_str(), &status) != 0) return {};

@@ -30,6 +30,17 @@ class FolderLock : NonCopyable {
   int number_;
 };
 
+/// Keeps a second server from the folder as long as it lives, by a lock on the file "lock" in it.
+/// Throws `StoreError` when another server has the folder.
+class FolderClaim : NonCopyable {
+ public:
+  explicit FolderClaim(const std::filesystem::path& folder);
+  ~FolderClaim();
+
+ private:
+  int number_;
+};
+
 /// A file's number on its disk and when it changed, in nanoseconds; zeros when there is none.
 struct FileStamp {
   std::int64_t number = 0;

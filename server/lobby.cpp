@@ -20,6 +20,7 @@ constexpr std::chrono::milliseconds kLookAgain(20);
 constexpr int kGatherTimes = 3;
 constexpr std::chrono::milliseconds kLongestGather(30);
 constexpr std::chrono::seconds kBetweenRefusals(1);
+constexpr std::chrono::minutes kBetweenHeldBack(1);
 
 }  // namespace
 
@@ -31,7 +32,9 @@ Lobby::Lobby(asio::io_context& io, Store store, const Settings& settings, Log lo
       sources_(settings_),
       room_(io, settings_, statistics_),
       records_(io, std::move(store), log_),
-      proofs_(io, settings_) {}
+      proofs_(io, settings_) {
+  records_.onNewBan = [this](const Ban& ban) { dropBanned(ban); };
+}
 
 Lobby::~Lobby() {
   for (const auto& [id, client] : clients_) client->connection->detach();
@@ -91,6 +94,7 @@ void Lobby::sweep(Clock::time_point now) {
   }
   proofs_.sweep(now);
   records_.sweep(now);
+  statistics_.sample(now);
 }
 
 void Lobby::overstayed(Client& client, Clock::time_point now) {
@@ -176,6 +180,27 @@ void Lobby::dismiss(Client& client, std::string lastLines) {
   client.send(std::move(lastLines));
 }
 
+void Lobby::dropBanned(const Ban& ban, const Client* named) {
+  for (Client* each : clients()) {
+    if (each->phase == Phase::leaving) continue;
+    if (!ban.keepsOut(each->nick, each->connection->address())) continue;
+    each->banned = each == named;
+    const bool wasMember = each->phase == Phase::member;
+    // The client closes on `BANUSER`, so the question for its address goes first.
+    dismiss(*each,
+            (each->banned ? makeLine({"BANIP"}) : "") + makeLine({"BANUSER", ban.by, ban.reason}));
+    if (!wasMember) continue;
+    room_.announce(each->nick + " was banned by " + ban.by + inBrackets(ban.reason));
+  }
+}
+
+Status Lobby::status() const {
+  Status status = statistics_.status(Clock::now());
+  status.clients = clients_.size();
+  if (!records_.areStored()) status.problems.emplace_back("bans can't be stored");
+  return status;
+}
+
 void Lobby::refuse(const Client& client, std::string_view text) {
   statistics_.countRefusal();
   client.send(statusLine(Colour::kRefusal, text));
@@ -237,12 +262,23 @@ Clock::duration Lobby::waitFor(Connection& connection, std::string_view line) {
                                   source.lines.waitFor(sources_.lineRate(source), now));
   if (login) wait = std::max(wait, source.logins.waitFor(sources_.loginRate(source), now));
   client.loginWaits = login && wait > Clock::duration::zero();
-  if (wait > Clock::duration::zero()) return wait;
+  if (wait > Clock::duration::zero()) {
+    logHeldBack(client, now);
+    return wait;
+  }
   const double price = priceOf(line);
   client.allowance.take(price);
   source.lines.take(price);
   if (login) source.logins.take(1);
   return wait;
+}
+
+void Lobby::logHeldBack(const Client& client, Clock::time_point now) {
+  Source& source = *client.source;
+  if (now < source.heldBackLoggedUntil) return;
+  source.heldBackLoggedUntil = now + kBetweenHeldBack;
+  log((client.nick.empty() ? "" : forLog(client.nick) + " at ") + client.connection->address() +
+      " is slowed down: " + (client.loginWaits ? "too many logins" : "too many lines"));
 }
 
 // A user who leaves and comes back at once is ahead of what the old connection has still to read.

@@ -21,6 +21,7 @@
 #include "server/room.h"
 #include "server/source.h"
 #include "server/statistics.h"
+#include "server/status.h"
 
 namespace kelvaron::server {
 
@@ -47,6 +48,7 @@ class Lobby final : public ConnectionOwner {
   /// One line of what has happened since the last one; nothing when `onlyTraffic` and there was
   /// none.
   void logStatistics(bool onlyTraffic);
+  Status status() const;
 
   // What the handlers of lines use.
 
@@ -63,6 +65,9 @@ class Lobby final : public ConnectionOwner {
   void enter(Client& client);
   /// Takes a client out of the room, sends it its last lines and leaves it a moment to close.
   void dismiss(Client& client, std::string lastLines);
+  /// Dismisses everybody whom the ban keeps out, and tells the room. `named`, whose nickname the
+  /// ban has, is asked for the address.
+  void dropBanned(const Ban& ban, const Client* named = nullptr);
   /// Every client, also who hasn't told a nickname yet; only until the next turn of the loop.
   std::vector<Client*> clients() const;
 
@@ -98,6 +103,7 @@ class Lobby final : public ConnectionOwner {
   bool isLeaving(const Client& old, Client& newcomer, Clock::time_point now) const;
   void answer(const AddressQuestion& question, std::string_view told) const;
   void flushUnsent();
+  void logHeldBack(const Client& client, Clock::time_point now);
 
   asio::io_context& io_;
   Settings settings_;

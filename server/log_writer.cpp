@@ -1,12 +1,17 @@
 // Plain writes, as a stream that has failed once stays silent.
 #include "server/log_writer.h"
 
+#include <fcntl.h>
 #include <poll.h>
 #include <unistd.h>
 
 #include <array>
 #include <cerrno>
 #include <ctime>
+#include <system_error>
+#include <utility>
+
+#include "server/store_error.h"
 
 namespace kelvaron::server {
 namespace {
@@ -23,6 +28,29 @@ std::string timeStamp() {
 }
 
 }  // namespace
+
+LogWriter::LogWriter(std::filesystem::path file) : descriptor_(-1), file_(std::move(file)) {
+  reopen();
+  if (descriptor_ < 0) {
+    throw StoreError(file_.string() +
+                     ": can't be written: " + std::generic_category().message(errno));
+  }
+}
+
+LogWriter::~LogWriter() {
+  if (!file_.empty()) ::close(descriptor_);
+}
+
+void LogWriter::reopen() {
+  if (file_.empty()) return;
+  const int opened = ::open(file_.c_str(), O_WRONLY | O_APPEND | O_CREAT | O_CLOEXEC, 0640);
+  if (opened >= 0 && descriptor_ >= 0) ::close(descriptor_);
+  if (opened >= 0) {
+    descriptor_ = opened;
+  } else if (descriptor_ >= 0) {
+    write("the log's file can't be opened anew: " + std::generic_category().message(errno));
+  }
+}
 
 void LogWriter::write(std::string_view text) {
   const std::string stamp = timeStamp();

@@ -1,4 +1,5 @@
 // The program kelvaron-server.
+#include <pwd.h>
 #include <sys/resource.h>
 #include <termios.h>
 #include <unistd.h>
@@ -6,19 +7,24 @@
 #include <algorithm>
 #include <asio/error.hpp>
 #include <asio/io_context.hpp>
+#include <asio/ip/address.hpp>
 #include <asio/signal_set.hpp>
 #include <csignal>
+#include <cstdlib>
 #include <exception>
 #include <functional>
 #include <iostream>
+#include <optional>
 #include <string>
 #include <vector>
 
 #include "build_settings.h"
+#include "server/address.h"
 #include "server/log_writer.h"
 #include "server/options.h"
 #include "server/password.h"
 #include "server/server.h"
+#include "server/status.h"
 #include "server/store.h"
 #include "server/text.h"
 
@@ -26,16 +32,38 @@ namespace {
 
 using kelvaron::server::CommandLine;
 using kelvaron::server::forLog;
+using kelvaron::server::LogWriter;
 using kelvaron::server::Options;
 using kelvaron::server::Store;
 
 constexpr int kFailed = 1;
 constexpr int kWrongUsage = 2;
 
+/// The service's folder where the program was installed, else one beside it. Throws `StoreError`
+/// for the service's without the right to it.
 std::filesystem::path defaultFolder() {
   std::error_code error;
   const auto program = std::filesystem::read_symlink("/proc/self/exe", error);
-  return (error ? std::filesystem::current_path() : program.parent_path()) / "server-data";
+  const auto beside = error ? std::filesystem::current_path() : program.parent_path();
+  if (beside != kelvaron::build::kPrograms) return beside / "server-data";
+  std::filesystem::path service(kelvaron::build::kServiceFolder);
+  const auto looked = std::filesystem::exists(service, error) ? service : service.parent_path();
+  if (::access(looked.c_str(), R_OK | W_OK | X_OK) == 0) return service;
+  throw kelvaron::server::StoreError(
+      service.string() +
+      ": the service's folder is for root and the user kelvaron-server alone; become one of them, "
+      "or name another folder with --folder");
+}
+
+/// Who gives a command, for the log.
+std::string commander() {
+  if (const char* name = std::getenv("SUDO_USER")) return name;
+  const passwd* user = ::getpwuid(::getuid());
+  return user == nullptr ? std::to_string(::getuid()) : user->pw_name;
+}
+
+void tellServer(const Store& store, const std::string& what) {
+  kelvaron::server::tellServer(store.folder(), commander() + " commands: " + what);
 }
 
 /// A password as typed or piped; nothing of it shows on a terminal.
@@ -68,6 +96,7 @@ int addModerator(const Store& store, const CommandLine::NewModerator& moderator)
   }
   store.prepare();
   store.setModerator({moderator.nick, moderator.email, kelvaron::server::hashPassword(password)});
+  tellServer(store, "--add-moderator " + forLog(moderator.nick));
   std::cout << forLog(moderator.nick) << " is a moderator now, folder " << store.folder().string()
             << std::endl;
   return 0;
@@ -81,14 +110,9 @@ void allowManyConnections() {
   setrlimit(RLIMIT_NOFILE, &limit);
 }
 
-/// "127.0.0.1:3069", "[::1]:3069".
-std::string place(const std::string& address, std::uint16_t port) {
-  const bool v6 = address.find(':') != std::string::npos;
-  return (v6 ? '[' + address + ']' : address) + ':' + std::to_string(port);
-}
-
 int removeModerator(const Store& store, const std::string& nick) {
   const bool removed = store.removeModerator(nick);
+  if (removed) tellServer(store, "--remove-moderator " + forLog(nick));
   (removed ? std::cout : std::cerr)
       << forLog(nick) << (removed ? " is no moderator any more" : " is no moderator") << ", folder "
       << store.folder().string() << std::endl;
@@ -96,19 +120,39 @@ int removeModerator(const Store& store, const std::string& nick) {
 }
 
 int listBans(const Store& store) {
-  using kelvaron::server::BanKind;
   for (const auto& ban : store.bans()) {
-    std::string text;
-    if (ban.kind != BanKind::address) text += forLog(ban.nick);
-    if (ban.kind == BanKind::user) text += ' ';
-    if (ban.kind != BanKind::nick) text += forLog(ban.address);
-    std::cout << text << ", by " << forLog(ban.by) << ": " << forLog(ban.reason) << '\n';
+    std::cout << forLog(ban.who()) << ", by " << forLog(ban.by) << ": " << forLog(ban.reason);
+    if (ban.until) std::cout << ", until " << kelvaron::server::timeText(*ban.until) << " UTC";
+    std::cout << '\n';
   }
   return 0;
 }
 
+int addBan(const Store& store, const CommandLine::NewBan& asked) {
+  using kelvaron::server::BanKind;
+  std::error_code error;
+  asio::ip::make_address(asked.who, error);
+  kelvaron::server::Ban ban{.kind = error ? BanKind::nick : BanKind::address,
+                            .by = kelvaron::server::fromConsole(commander()).value_or("?"),
+                            .reason = asked.reason,
+                            .until = asked.until};
+  (error ? ban.nick : ban.address) = asked.who;
+  store.prepare();
+  store.addBans({ban});
+  std::cout << forLog(asked.who) << " is banned now, folder " << store.folder().string()
+            << std::endl;
+  return 0;
+}
+
+int tellStatus(const Store& store, bool json) {
+  const auto answer = kelvaron::server::askStatus(store.folder());
+  std::cout << (json ? answer.json : answer.text) << std::endl;
+  return answer.healthy ? 0 : kFailed;
+}
+
 int unban(const Store& store, const std::string& who) {
   const std::size_t removed = store.removeBans(who);
+  if (removed > 0) tellServer(store, "--unban " + forLog(who));
   (removed > 0 ? std::cout : std::cerr)
       << (removed == 0   ? "no ban"
           : removed == 1 ? "1 ban"
@@ -128,11 +172,12 @@ int check(const Store& store) {
   return 0;
 }
 
-int serve(Options options) {
+int serve(Options options, const std::filesystem::path& logFile) {
   allowManyConnections();
   asio::io_context io(1);
-  kelvaron::server::LogWriter log(STDERR_FILENO);
-  options.log = [&log](std::string_view text) { log.write(text); };
+  std::optional<LogWriter> log;
+  logFile.empty() ? log.emplace(STDERR_FILENO) : log.emplace(logFile);
+  options.log = [&log](std::string_view text) { log->write(text); };
   const std::string address = options.address;
   const std::string folder = options.folder.string();
   kelvaron::server::Server server(io, std::move(options));
@@ -141,16 +186,21 @@ int serve(Options options) {
   std::function<void()> awaitSignal = [&] {
     signals.async_wait([&](std::error_code error, int number) {
       if (error) return;
-      if (number == SIGHUP) server.reload();
+      if (number == SIGHUP) {
+        log->reopen();
+        server.reload();
+      }
       if (number == SIGUSR1) server.logStatistics();
-      if (number == SIGINT || number == SIGTERM) server.end();
+      if (number == SIGINT || number == SIGTERM) {
+        server.end(number == SIGINT ? "signal INT" : "signal TERM");
+      }
       if (!server.hasStopped()) awaitSignal();
     });
   };
   awaitSignal();
   server.onStopped = [&] { signals.cancel(); };
-  std::cout << "kelvaron-server listens on " << place(address, server.port()) << ", folder "
-            << folder << std::endl;
+  std::cout << "kelvaron-server listens on " << kelvaron::server::place(address, server.port())
+            << ", folder " << folder << std::endl;
   io.run();
   return 0;
 }
@@ -170,11 +220,13 @@ int run(CommandLine line) {
   if (line.check) return check(store);
   if (line.newModerator) return addModerator(store, *line.newModerator);
   if (line.removedModerator) return removeModerator(store, *line.removedModerator);
+  if (line.status) return tellStatus(store, line.statusJson);
+  if (line.newBan) return addBan(store, *line.newBan);
   if (line.bans) return listBans(store);
   if (line.unbanned) return unban(store, *line.unbanned);
-  const std::string where = place(options.address, options.port);
+  const std::string where = kelvaron::server::place(options.address, options.port);
   try {
-    return serve(std::move(options));
+    return serve(std::move(options), line.log);
   } catch (const std::system_error& error) {
     const bool inUse = error.code() == asio::error::address_in_use;
     std::cerr << "kelvaron-server: can't listen on " << where << ": "

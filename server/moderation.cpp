@@ -34,10 +34,6 @@ std::string_view reasonIn(const Fields& fields) {
   return fields.size() > 2 ? fields[2] : std::string_view();
 }
 
-std::string inBrackets(std::string_view reason) {
-  return reason.empty() ? std::string() : " (" + std::string(reason) + ")";
-}
-
 /// Checks that the client is the moderator of its nickname, off the loop, then runs `proven` if it
 /// is and still in the room.
 template <class Proven>
@@ -136,17 +132,7 @@ void ban(Lobby& lobby, Client& client, const Fields& fields) {
   });
   lobby.log(forLog(ban.nick) + " (" + ban.address + ") was banned by " + forLog(ban.by) +
             inBrackets(forLog(ban.reason)));
-  for (Client* each : lobby.clients()) {
-    if (each->phase == Phase::leaving) continue;
-    if (!ban.keepsOut(each->nick, each->connection->address())) continue;
-    each->banned = each == target;
-    const std::string nick = each->phase == Phase::member ? each->nick : "";
-    // The client closes on `BANUSER`, so the question for its address goes first.
-    lobby.dismiss(*each, (each->banned ? makeLine({"BANIP"}) : "") +
-                             makeLine({"BANUSER", ban.by, ban.reason}));
-    if (nick.empty()) continue;
-    lobby.room().announce(nick + " was banned by " + ban.by + inBrackets(ban.reason));
-  }
+  lobby.dropBanned(ban, target);
 }
 
 void getAddress(Lobby& lobby, Client& client, const Fields& fields) {

@@ -6,6 +6,7 @@
 #include <asio/ip/address.hpp>
 #include <charconv>
 
+#include "server/store.h"
 #include "server/text.h"
 
 namespace kelvaron::server {
@@ -54,6 +55,23 @@ void setNewModerator(CommandLine& line, Values values) {
 void setRemovedModerator(CommandLine& line, Values values) {
   line.removedModerator = textOf(values[0]);
 }
+void setNewBan(CommandLine& line, Values values) {
+  line.newBan = {.who = textOf(values[0]), .reason = cleaned(textOf(values[1])), .until = {}};
+  std::error_code error;
+  asio::ip::make_address(line.newBan->who, error);
+  if (error && !isValidNick(line.newBan->who)) {
+    throw UsageError("\"" + std::string(values[0]) + "\" is neither a nickname nor an address");
+  }
+}
+void setUntil(CommandLine& line, Values values) {
+  const auto time = parseTime(values[0]);
+  if (!time || !line.newBan) {
+    throw UsageError("--until, behind --ban, reads as 2026-12-31 or 2026-12-31T18:30, in UTC");
+  }
+  line.newBan->until = time;
+}
+void setLog(CommandLine& line, Values values) { line.log = values[0]; }
+void setStatusJson(CommandLine& line, Values /*values*/) { line.status = line.statusJson = true; }
 void setUnbanned(CommandLine& line, Values values) { line.unbanned = textOf(values[0]); }
 
 template <bool CommandLine::*Flag>
@@ -73,8 +91,13 @@ constexpr std::array kOptions = {
     Option{"--folder", 1, setFolder},
     Option{"--add-moderator", 2, setNewModerator},
     Option{"--remove-moderator", 1, setRemovedModerator},
+    Option{"--ban", 2, setNewBan},
+    Option{"--until", 1, setUntil},
     Option{"--bans", 0, setFlag<&CommandLine::bans>},
     Option{"--unban", 1, setUnbanned},
+    Option{"--status", 0, setFlag<&CommandLine::status>},
+    Option{"--status=json", 0, setStatusJson},
+    Option{"--log", 1, setLog},
     Option{"--check", 0, setFlag<&CommandLine::check>},
     Option{"--version", 0, setFlag<&CommandLine::version>},
     Option{"--help", 0, setFlag<&CommandLine::help>},
@@ -92,7 +115,9 @@ CommandLine parseCommandLine(std::span<const char* const> arguments) {
     if (option == kOptions.end()) throw UsageError("unknown option \"" + std::string(name) + "\"");
     if (arguments.size() < option->values) {
       throw UsageError(std::string(name) + " needs " +
-                       (option->values == 1 ? "a value" : "a nickname and an e-mail address"));
+                       (option->values == 1 ? "a value"
+                        : name == "--ban"   ? "a nickname or an address, and a reason"
+                                            : "a nickname and an e-mail address"));
     }
     option->set(line, arguments.first(option->values));
     arguments = arguments.subspan(option->values);
@@ -109,8 +134,11 @@ std::string_view usage() {
          "  --port N        TCP port to listen on; 3069, where clients look, by default\n"
          "  --address A     numeric address to listen on; 0.0.0.0, all of this machine's, by\n"
          "                  default; \"::\" for IPv6 and IPv4\n"
-         "  --folder DIR    where settings, moderators and bans are kept; \"server-data\" beside\n"
-         "                  the program by default; made when it isn't there\n"
+         "  --folder DIR    where settings, moderators and bans are kept; made when it isn't "
+         "there;\n"
+         "                  by default the service's folder for an installed program, else\n"
+         "                  \"server-data\" beside it\n"
+         "  --log FILE      where the log goes, instead of standard error\n"
          "\n"
          "Commands, which may be given while a server runs on the folder:\n"
          "  --add-moderator NAME EMAIL\n"
@@ -118,15 +146,21 @@ std::string_view usage() {
          "                  first line of standard input\n"
          "  --remove-moderator NAME\n"
          "                  takes it back\n"
+         "  --ban WHO REASON [--until TIME]\n"
+         "                  bans a nickname or an address, for ever or until 2026-12-31 or\n"
+         "                  2026-12-31T18:30, in UTC; who is in the room is dropped\n"
          "  --bans          lists the bans\n"
          "  --unban WHO     takes away the bans of a nickname or of an address\n"
+         "  --status        tells how the server is that runs on the folder, --status=json for a\n"
+         "                  program; the exit code is 1 when it isn't well or doesn't run\n"
          "  --check         reads the folder and says what is wrong with it\n"
          "  --version       the version\n"
          "  --help          this text\n"
          "\n"
          "Signals: INT and TERM end the server, once the room has been told; HUP reads the files "
          "of\n"
-         "the folder anew; USR1 writes a line of statistics to the log.\n"
+         "the folder anew and opens the file of the log anew; USR1 writes a line of statistics to "
+         "the log.\n"
          "Exit codes: 0 done, 1 failed, 2 wrong usage.\n";
 }
 

@@ -1,6 +1,7 @@
 // The command line of the server program.
 #pragma once
 
+#include <chrono>
 #include <filesystem>
 #include <optional>
 #include <span>
@@ -18,6 +19,8 @@ struct CommandLine {
   bool version = false;
   bool check = false;
   bool bans = false;
+  bool status = false;
+  bool statusJson = false;
   std::optional<std::string> removedModerator;
   std::optional<std::string> unbanned;  // a nickname or an address
   struct NewModerator {
@@ -25,7 +28,14 @@ struct CommandLine {
     std::string email;
   };
   std::optional<NewModerator> newModerator;
-  Options options;  // its folder is empty when none was named
+  struct NewBan {
+    std::string who;  // a nickname or an address
+    std::string reason;
+    std::optional<std::chrono::sys_seconds> until;
+  };
+  std::optional<NewBan> newBan;
+  std::filesystem::path log;  // empty: standard error
+  Options options;            // its folder is empty when none was named
 };
 
 /// A command line that can't be understood; the text says why.

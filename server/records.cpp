@@ -3,6 +3,7 @@
 
 #include <algorithm>
 #include <optional>
+#include <set>
 #include <utility>
 
 #include "server/text.h"
@@ -24,6 +25,30 @@ Records::Records(asio::io_context& io, Store store, Log log)
     : store_(std::move(store)), log_(std::move(log)), worker_(io) {
   take(readFixed(store_));
   take(readLists(store_));
+}
+
+void Records::tellChanges(const Lists& lists) const {
+  std::set<std::string> nicks;
+  for (const Moderator& each : lists.moderators) {
+    nicks.insert(fold(each.nick));
+    if (!moderators_.contains(fold(each.nick))) log_("moderator added: " + forLog(each.nick));
+  }
+  for (const auto& [nick, each] : moderators_) {
+    if (!nicks.contains(nick)) log_("moderator removed: " + forLog(each.nick));
+  }
+  const auto holds = [](const std::vector<Ban>& bans, const Ban& ban) {
+    return std::ranges::any_of(bans, [&](const Ban& each) { return each.isSameAs(ban); });
+  };
+  for (const Ban& each : bans_) {
+    if (!holds(lists.bans, each) && !holds(unstored_, each)) {
+      log_("ban lifted: " + forLog(each.who()));
+    }
+  }
+  for (const Ban& each : lists.bans) {
+    if (holds(bans_, each)) continue;
+    log_("ban set: " + forLog(each.who()) + ", by " + forLog(each.by) + ": " + forLog(each.reason));
+    if (onNewBan) onNewBan(each);
+  }
 }
 
 Records::Fixed Records::readFixed(const Store& store) {
@@ -48,6 +73,11 @@ void Records::take(Lists lists) {
   for (const Ban& ban : unstored_) {
     if (std::ranges::find(bans_, ban) == bans_.end()) bans_.push_back(ban);
   }
+}
+
+void Records::takeChanged(Lists lists) {
+  tellChanges(lists);
+  take(std::move(lists));
 }
 
 bool Records::isReserved(std::string_view nick) const {
@@ -108,7 +138,7 @@ void Records::reload(std::function<void(const Settings&)> taken) {
     if (!files) return log_("not read anew: " + error);
     taken(files->first.settings);
     take(std::move(files->first));
-    take(std::move(files->second));
+    takeChanged(std::move(files->second));
     log_("the files of the folder are read anew");
   });
 }
@@ -143,7 +173,7 @@ void Records::watch() {
   worker_.run(job, [this](std::optional<Look> look, const std::string& error) {
     watching_ = false;
     if (!look) return log_(error);
-    if (look->lists) return take(std::move(*look->lists));
+    if (look->lists) return takeChanged(std::move(*look->lists));
     if (look->problem.empty()) return;
     stamp_ = look->stamp;
     log_("not read anew: " + look->problem);

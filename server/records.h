@@ -36,6 +36,11 @@ class Records {
   /// Notes the address that a banned client told, in the last ban of that nickname.
   void noteToldAddress(std::string_view nick, std::string_view told);
 
+  /// A ban that somebody else has added to the file; called on the loop.
+  std::function<void(const Ban&)> onNewBan;
+  /// Whether the bans of the last tries are on the disk.
+  bool areStored() const { return !storeFailed_; }
+
   /// Reads all anew; the settings go to `taken`. A file that can't be read is told to the log, and
   /// all stay as they were.
   void reload(std::function<void(const Settings&)> taken);
@@ -61,6 +66,9 @@ class Records {
   static Lists readLists(const Store& store);
   void take(Fixed fixed);
   void take(Lists lists);
+  /// As `take`; the log is told what is new.
+  void takeChanged(Lists lists);
+  void tellChanges(const Lists& lists) const;
   void watch();
   void storeBans();
 

@@ -7,7 +7,11 @@
 #include <asio/ip/v6_only.hpp>
 #include <utility>
 
+#include "build_settings.h"
+#include "server/address.h"
+#include "server/file.h"
 #include "server/lobby.h"
+#include "server/status.h"
 #include "server/store.h"
 
 namespace kelvaron::server {
@@ -53,6 +57,7 @@ Server::Server(asio::io_context& io, Options options)
     : io_(io), acceptor_(io), acceptTimer_(io), sweepTimer_(io) {
   const Store store(options.folder);
   store.prepare();
+  claim_ = std::make_unique<FolderClaim>(options.folder);
   const Log log = orSilence(std::move(options.log));
   ownSettings_ = options.settings.has_value();
   const Settings settings = fitted(ownSettings_ ? *options.settings : store.settings(), log);
@@ -65,8 +70,25 @@ Server::Server(asio::io_context& io, Options options)
   if (endpoint.address().is_v6()) acceptor_.set_option(asio::ip::v6_only(false));
   acceptor_.bind(endpoint);
   acceptor_.listen();
+  log("kelvaron-server " + std::string(build::kVersion) + " listens on " +
+      place(options.address, port()) + ", folder " + options.folder.string());
+  openStatus(options.folder);
   accept();
   sweep();
+}
+
+// The room does without: a path may be too long for such a socket.
+void Server::openStatus(const std::filesystem::path& folder) {
+  try {
+    status_ = std::make_unique<StatusSocket>(io_, folder, [this] {
+      Status status = lobby_->status();
+      if (acceptFailed_) status.problems.emplace_back("no connection can be taken in");
+      return status;
+    });
+    status_->onNote = [this](std::string_view note) { lobby_->log(note); };
+  } catch (const std::system_error& error) {
+    lobby_->log(std::string("nobody can ask for the status: ") + error.what());
+  }
 }
 
 Server::~Server() { stop(); }
@@ -80,8 +102,9 @@ void Server::reload() {
   });
 }
 
-void Server::end() {
+void Server::end(std::string_view why) {
   if (std::exchange(ending_, true)) return stop();
+  lobby_->log("the server ends: " + std::string(why));
   stopAccepting();
   lobby_->farewell();
   awaitEmptyRoom(Clock::now() + kFarewell);
@@ -105,6 +128,7 @@ void Server::stop() {
   if (std::exchange(stopped_, true)) return;
   stopAccepting();
   sweepTimer_.cancel();
+  if (status_) status_->close();
   lobby_->closeAll();
   if (onStopped) onStopped();
 }

@@ -12,6 +12,7 @@
 #include <memory>
 #include <optional>
 #include <string>
+#include <string_view>
 
 #include "base/liveness.h"
 #include "base/non_copyable.h"
@@ -20,7 +21,9 @@
 
 namespace kelvaron::server {
 
+class FolderClaim;
 class Lobby;
+class StatusSocket;
 
 /// Where every client looks for a server.
 inline constexpr std::uint16_t kDefaultPort = 3069;
@@ -46,9 +49,9 @@ class Server : NonCopyable {
   std::uint16_t port() const;
   /// Reads the files of the folder anew.
   void reload();
-  /// Takes no more connections, tells the room, and stops when all have read that, after two
-  /// seconds at most. The second time it stops at once.
-  void end();
+  /// `why` is for the log. Takes no more connections, tells the room, and stops when all have read
+  /// that, after two seconds at most. The second time it stops at once.
+  void end(std::string_view why);
   /// Closes all connections and takes no more, so that the loop runs out of work.
   void stop();
   bool hasStopped() const { return stopped_; }
@@ -64,8 +67,12 @@ class Server : NonCopyable {
   void sweep();
   void awaitEmptyRoom(std::chrono::steady_clock::time_point until);
 
+  void openStatus(const std::filesystem::path& folder);
+
   asio::io_context& io_;
+  std::unique_ptr<FolderClaim> claim_;
   std::unique_ptr<Lobby> lobby_;
+  std::unique_ptr<StatusSocket> status_;
   asio::ip::tcp::acceptor acceptor_;
   asio::steady_timer acceptTimer_;
   asio::steady_timer sweepTimer_;

@@ -91,14 +91,18 @@ void readEntry(std::string_view line, std::size_t number, Settings& settings) {
 
 }  // namespace
 
+void parseSetting(std::string_view line, std::size_t number, Settings& settings) {
+  const std::string text = cleaned(line);
+  const std::string_view content = trimmed(text);
+  if (!content.empty() && content.front() != '#') readEntry(content, number, settings);
+}
+
 Settings parseSettings(std::string_view text) {
   Settings settings;
   for (std::size_t number = 1; !text.empty(); ++number) {
     const std::size_t end = std::min(text.find('\n'), text.size());
-    const std::string line = cleaned(text.substr(0, end));
+    parseSetting(text.substr(0, end), number, settings);
     text.remove_prefix(std::min(end + 1, text.size()));
-    const std::string_view content = trimmed(line);
-    if (!content.empty() && content.front() != '#') readEntry(content, number, settings);
   }
   return settings;
 }

@@ -37,6 +37,9 @@ struct Settings {
 /// none of these, an unknown key or a value that is no number or out of range.
 Settings parseSettings(std::string_view text);
 
+/// Reads one line of those into `settings`; `number` is the line's.
+void parseSetting(std::string_view line, std::size_t number, Settings& settings);
+
 /// The file as the server writes it when there is none: each key with its default and a comment.
 std::string defaultSettingsText();
 

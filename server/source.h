@@ -45,6 +45,7 @@ struct Source {
   Allowance logins;
   Clock::time_point refusalLogged{};
   long refusalsNotLogged = 0;
+  Clock::time_point heldBackLoggedUntil{};
 };
 
 class Sources {

@@ -1,29 +1,22 @@
 #include "server/statistics.h"
 
-#include <unistd.h>
-
 #include <algorithm>
 #include <cmath>
-#include <fstream>
 #include <utility>
+
+#include "base/resident_bytes.h"
 
 namespace kelvaron::server {
 namespace {
 
-/// The memory of this program, in bytes; 0 when the system doesn't tell.
-std::uint64_t residentMemory() {
-  std::ifstream file("/proc/self/statm");
-  std::uint64_t whole = 0;
-  std::uint64_t resident = 0;
-  file >> whole >> resident;
-  return file ? resident * static_cast<std::uint64_t>(::sysconf(_SC_PAGESIZE)) : 0;
-}
+constexpr std::chrono::minutes kSampled(1);
+constexpr std::chrono::seconds kBetweenSamples(5);
 
 }  // namespace
 
 std::optional<std::string> Statistics::next(std::size_t clients, bool onlyTraffic) {
   if (onlyTraffic && now_ == told_) return std::nullopt;
-  const auto at = std::chrono::steady_clock::now();
+  const auto at = Clock::now();
   const std::chrono::duration<double> time = at - std::exchange(toldAt_, at);
   const Counts before = std::exchange(told_, now_);
   const double seconds = std::max(time.count(), 0.001);
@@ -36,7 +29,27 @@ std::optional<std::string> Statistics::next(std::size_t clients, bool onlyTraffi
          " lines a second from them, " + rate(&Counts::bytes) + " bytes a second to them, " +
          std::to_string(now_.lists - before.lists) + " lists, " +
          std::to_string(now_.refusals - before.refusals) + " refusals, " +
-         std::to_string(residentMemory() / kMiB) + " MiB of memory";
+         std::to_string(residentBytes() / kMiB) + " MiB of memory";
+}
+
+void Statistics::sample(Clock::time_point now) {
+  if (now - samples_.back().at < kBetweenSamples) return;
+  samples_.push_back({now, now_});
+  while (samples_.size() > 1 && now - samples_.front().at > kSampled) samples_.pop_front();
+}
+
+Status Statistics::status(Clock::time_point now) const {
+  const auto& [at, before] = samples_.front();
+  const std::chrono::duration<double> time = now - at;
+  const auto rate = [&](std::uint64_t Counts::*count) {
+    return std::lround(static_cast<double>(now_.*count - before.*count) /
+                       std::max(time.count(), 1.0));
+  };
+  return {.since = since_,
+          .linesPerSecond = rate(&Counts::lines),
+          .bytesPerSecond = rate(&Counts::bytes),
+          .refusals = now_.refusals,
+          .memory = residentBytes()};
 }
 
 }  // namespace kelvaron::server

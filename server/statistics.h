@@ -4,8 +4,12 @@
 #include <chrono>
 #include <cstddef>
 #include <cstdint>
+#include <deque>
 #include <optional>
 #include <string>
+
+#include "server/clock.h"
+#include "server/status.h"
 
 namespace kelvaron::server {
 
@@ -22,6 +26,12 @@ class Statistics {
   /// `onlyTraffic` and nothing has come or gone; the time goes on then.
   std::optional<std::string> next(std::size_t clients, bool onlyTraffic);
 
+  /// Notes the counts of now, so that `status` can tell what a second of the last minute had.
+  /// Called every so often.
+  void sample(Clock::time_point now);
+  /// All but clients and problems.
+  Status status(Clock::time_point now) const;
+
  private:
   struct Counts {
     std::uint64_t lines = 0;
@@ -33,7 +43,14 @@ class Statistics {
 
   Counts now_;
   Counts told_;
-  std::chrono::steady_clock::time_point toldAt_ = std::chrono::steady_clock::now();
+  Clock::time_point toldAt_ = Clock::now();
+  struct Sample {
+    Clock::time_point at;
+    Counts counts;
+  };
+  std::deque<Sample> samples_{{Clock::now(), {}}};  // of the last minute, the oldest first
+  std::chrono::sys_seconds since_ =
+      std::chrono::floor<std::chrono::seconds>(std::chrono::system_clock::now());
 };
 
 }  // namespace kelvaron::server

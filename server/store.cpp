@@ -3,8 +3,12 @@
 
 #include <algorithm>
 #include <array>
+#include <ctime>
+#include <iomanip>
+#include <sstream>
 #include <system_error>
 
+#include "base/code_page.h"
 #include "server/address.h"
 #include "server/file.h"
 #include "server/line.h"
@@ -35,8 +39,10 @@ std::string defaultText(std::string_view file) {
            "# Add one with: kelvaron-server --add-moderator NAME EMAIL\n";
   }
   if (file == kBans) {
-    return "# Bans: kind (user, nick or address), nickname, address, told address, by whom, reason,"
-           "\n# separated by TAB. Take a ban away by removing its line.\n";
+    return "# Bans: kind (user, nick or address), nickname, address, told address, by whom, "
+           "reason\n"
+           "# and, if wanted, the end (2026-12-31T18:30, in UTC), separated by TAB.\n"
+           "# Take a ban away by removing its line.\n";
   }
   return "Welcome to Kelvaron.\n";
 }
@@ -54,17 +60,23 @@ Moderator parseModerator(const std::string& line, std::size_t number) {
 Ban parseBan(const std::string& line, std::size_t number) {
   const Fields fields = split(line);
   const auto* kind = std::find(kBanKinds.begin(), kBanKinds.end(), fields[0]);
-  if (fields.size() != 6 || kind == kBanKinds.end()) {
+  const bool ends = fields.size() == 7;
+  if ((fields.size() != 6 && !ends) || kind == kBanKinds.end()) {
     throw StoreError(kBans, number,
                      "a line must hold user, nick or address, then a nickname, an address, a told "
-                     "address, by whom and a reason, separated by TAB");
+                     "address, by whom, a reason and, if wanted, an end, separated by TAB");
+  }
+  const auto until = ends ? parseTime(fields[6]) : std::nullopt;
+  if (ends && !until) {
+    throw StoreError(kBans, number, "the end must read as 2026-12-31 or 2026-12-31T18:30, in UTC");
   }
   return {static_cast<BanKind>(kind - kBanKinds.begin()),
           std::string(fields[1]),
           std::string(fields[2]),
           std::string(fields[3]),
           std::string(fields[4]),
-          std::string(fields[5])};
+          std::string(fields[5]),
+          until};
 }
 
 std::string banLine(const Ban& ban) {
@@ -72,6 +84,7 @@ std::string banLine(const Ban& ban) {
   for (const std::string& field : {ban.nick, ban.address, ban.told, ban.by, ban.reason}) {
     line += '\t' + cleaned(field);
   }
+  if (ban.until) line += '\t' + timeText(*ban.until);
   return line;
 }
 
@@ -84,12 +97,63 @@ auto parseAll(const std::vector<std::string>& lines, Parse parse) {
   return entries;
 }
 
+std::string parseReserved(const std::string& line, std::size_t number) {
+  std::string nick(trimmed(line));
+  if (!isValidNick(nick)) {
+    throw StoreError(kReserved, number, "\"" + forLog(nick) + "\" can't be a nickname");
+  }
+  return nick;
+}
+
+std::string parseMotd(const std::string& line, std::size_t number) {
+  const auto isText = [](char c) { return c == '\t' || !isControl(c); };
+  if (!std::ranges::all_of(line, isText) || isUtf8(line)) {
+    throw StoreError(kMotd, number,
+                     "holds characters that are not in code page 1252, such as those of UTF-8");
+  }
+  return line;
+}
+
 }  // namespace
 
+std::optional<std::chrono::sys_seconds> parseTime(std::string_view text) {
+  std::istringstream in{std::string(text)};
+  std::tm time{};
+  in >> std::get_time(&time,
+                      text.find('T') == std::string_view::npos ? "%Y-%m-%d" : "%Y-%m-%dT%H:%M");
+  if (!in || in.peek() != std::istringstream::traits_type::eof()) return std::nullopt;
+  return std::chrono::sys_seconds(std::chrono::seconds(::timegm(&time)));
+}
+
+std::string timeText(std::chrono::sys_seconds time) {
+  const std::time_t number = time.time_since_epoch().count();
+  std::tm parts{};
+  ::gmtime_r(&number, &parts);
+  std::array<char, 32> text{};
+  return {text.data(), std::strftime(text.data(), text.size(), "%Y-%m-%dT%H:%M", &parts)};
+}
+
+std::string Ban::who() const {
+  std::string text;
+  if (kind != BanKind::address) text += nick;
+  if (kind == BanKind::user) text += ' ';
+  if (kind != BanKind::nick) text += address;
+  return text;
+}
+
 bool Ban::keepsOut(std::string_view otherNick, std::string_view otherAddress) const {
+  // In seconds, as nanoseconds end in the year 2262.
+  const auto now = std::chrono::floor<std::chrono::seconds>(std::chrono::system_clock::now());
+  if (until && *until <= now) return false;
   if (kind != BanKind::address && !nick.empty() && fold(nick) == fold(otherNick)) return true;
   return kind != BanKind::nick && !isLoopback(otherAddress) && !address.empty() &&
          sourceName(address) == sourceName(otherAddress);
+}
+
+bool Ban::isSameAs(const Ban& other) const {
+  Ban same = other;
+  same.told = told;
+  return *this == same;
 }
 
 void Store::prepare() const {
@@ -106,13 +170,7 @@ Settings Store::settings() const {
 }
 
 std::vector<std::string> Store::reserved() const {
-  return parseAll(lines(kReserved), [](const std::string& line, std::size_t number) {
-    std::string nick(trimmed(line));
-    if (!isValidNick(nick)) {
-      throw StoreError(kReserved, number, "\"" + forLog(nick) + "\" can't be a nickname");
-    }
-    return nick;
-  });
+  return parseAll(lines(kReserved), parseReserved);
 }
 
 std::vector<Moderator> Store::moderators() const {
@@ -207,11 +265,22 @@ std::vector<std::string> Store::problems() const {
       found.emplace_back(problem.what());
     }
   };
-  look([&] { return settings(); });
-  look([&] { return reserved(); });
-  look([&] { return moderators(); });
-  look([&] { return bans(); });
-  look([&] { return motd(); });
+  const auto lookAtLines = [&](const char* file, auto isLeftOut, auto parse) {
+    std::vector<std::string> all;
+    look([&] { all = lines(file); });
+    for (std::size_t i = 0; i < all.size(); ++i) {
+      if (!isLeftOut(all[i])) look([&] { parse(all[i], i + 1); });
+    }
+  };
+  const auto isEmpty = [](std::string_view line) { return trimmed(line).empty(); };
+  lookAtLines(kSettings, isEmpty, [](const std::string& line, std::size_t number) {
+    Settings ignored;
+    parseSetting(line, number, ignored);
+  });
+  lookAtLines(kReserved, isComment, parseReserved);
+  lookAtLines(kModerators, isComment, parseModerator);
+  lookAtLines(kBans, isComment, parseBan);
+  lookAtLines(kMotd, isEmpty, parseMotd);
   return found;
 }
 

@@ -2,8 +2,10 @@
 #pragma once
 
 #include <array>
+#include <chrono>
 #include <cstdint>
 #include <filesystem>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -24,17 +26,26 @@ enum class BanKind { user, nick, address };
 
 struct Ban {
   BanKind kind = BanKind::user;
-  std::string nick;
-  std::string address;  // as the server saw it
-  std::string told;     // as the client told it; a note only, since many users have the same one
-  std::string by;
-  std::string reason;
+  std::string nick{};
+  std::string address{};  // as the server saw it
+  std::string told{};     // as the client told it; a note only, since many users have the same one
+  std::string by{};
+  std::string reason{};
+  std::optional<std::chrono::sys_seconds> until{};  // for ever without
 
-  /// Nicknames are compared without regard to case. Addresses of this machine are never banned, so
-  /// that a lobby on one machine stays open.
+  /// Whether it keeps that user out now. Nicknames are compared without regard to case. Addresses
+  /// of this machine are never banned, so that a lobby on one machine stays open.
   bool keepsOut(std::string_view otherNick, std::string_view otherAddress) const;
+  /// Whom it keeps out, in the code page: "bob 10.1.1.1".
+  std::string who() const;
+  /// Whether they are the same but for the told address, which may be noted later.
+  bool isSameAs(const Ban& other) const;
   bool operator==(const Ban&) const = default;
 };
+
+/// From "2026-12-31" or "2026-12-31T18:30", in UTC; nothing for another text.
+std::optional<std::chrono::sys_seconds> parseTime(std::string_view text);
+std::string timeText(std::chrono::sys_seconds time);
 
 /// Every function reads or replaces a file of the folder anew and throws `StoreError`. Lines that
 /// are empty or begin with "# " are comments, and stay when a file is changed. Changes by several
@@ -71,7 +82,8 @@ class Store {
   };
   Stamp stamp() const;
 
-  /// All that is wrong with the folder and its files, one text a fault; changes and makes nothing.
+  /// All that is wrong with the folder and its files, one text a fault in the order of the lines;
+  /// changes and makes nothing.
   std::vector<std::string> problems() const;
 
   const std::filesystem::path& folder() const { return folder_; }

@@ -36,6 +36,21 @@ std::optional<std::string> fromConsole(std::string_view utf8) {
   return text;
 }
 
+bool isUtf8(std::string_view text) {
+  const auto byteAt = [&](std::size_t at) { return static_cast<unsigned char>(text[at]); };
+  bool beyondAscii = false;
+  for (std::size_t at = 0; at < text.size(); ++at) {
+    if (byteAt(at) < 0x80) continue;
+    beyondAscii = true;
+    const std::size_t last = at + (byteAt(at) >= 0xF0 ? 3 : byteAt(at) >= 0xE0 ? 2 : 1);
+    if (byteAt(at) < 0xC2 || last >= text.size()) return false;
+    while (at < last) {
+      if ((byteAt(++at) & 0xC0U) != 0x80U) return false;
+    }
+  }
+  return beyondAscii;
+}
+
 std::string cleaned(std::string_view field) {
   std::string text(field);
   std::replace_if(text.begin(), text.end(), isControl, ' ');
@@ -65,6 +80,10 @@ std::string_view bareNick(std::string_view shown) {
   if (std::any_of(kTags.begin(), kTags.end(), endsSo)) shown.remove_suffix(kTags[0].size());
   if (shown.starts_with(kModeratorMark)) shown.remove_prefix(kModeratorMark.size());
   return shown;
+}
+
+std::string inBrackets(std::string_view reason) {
+  return reason.empty() ? std::string() : " (" + std::string(reason) + ")";
 }
 
 std::string forLog(std::string_view told) { return toUtf8(cleaned(told.substr(0, kLoggedLimit))); }

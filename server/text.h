@@ -23,6 +23,9 @@ std::string likeness(std::string_view nick);
 /// From the UTF-8 of the command line. Nothing when a character isn't in the code page.
 std::optional<std::string> fromConsole(std::string_view utf8);
 
+/// Whether a text is UTF-8 with characters beyond ASCII, so hardly of the code page.
+bool isUtf8(std::string_view text);
+
 /// Control characters (NUL, TAB, CR and LF among them) become blanks, so that no field can turn
 /// into two fields or two lines.
 std::string cleaned(std::string_view field);
@@ -40,6 +43,9 @@ bool isValidNick(std::string_view nick);
 /// The nickname in a list entry or a shown name: without blanks around it, without the tag behind
 /// it and without the "¥" before it. No valid nickname has a bracket or the mark of its own.
 std::string_view bareNick(std::string_view shown);
+
+/// A reason behind a sentence: " (spam)"; nothing for none.
+std::string inBrackets(std::string_view reason);
 
 /// What a stranger told, for the log: at most 64 characters, in UTF-8.
 std::string forLog(std::string_view told);

@@ -53,6 +53,7 @@ TEST(Limits, AFloodIsSlowedDownAndLosesNothing) {
   carol.lines();
   EXPECT_LT(steady_clock::now() - start, milliseconds(500)) << "the others don't wait";
   for (int i = 0; i < 60; ++i) ASSERT_TRUE(room.bob.gets("PM\talice\t" + std::to_string(i)));
+  EXPECT_TRUE(room.running.logs("alice at 127.0.0.1 is slowed down: too many lines"));
   // 41 lines above the burst at 50 a second, one of the burst being the login.
   EXPECT_GT(steady_clock::now() - start, milliseconds(700));
 }

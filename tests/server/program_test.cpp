@@ -34,14 +34,33 @@ std::pair<int, std::string> run(const std::string& arguments) {
 TEST(Program, SaysWhatIsWrong) {
   TemporaryFolder folder;
   const TemporaryFolder broken;
-  std::ofstream(broken.path() / "settings") << "speed = 3\n";
+  const TemporaryFolder fresh;
+  std::ofstream(broken.path() / "settings") << "# x\nspeed = 3\nline_limit = 1\n";
+  std::ofstream(broken.path() / "reserved") << "a b\nc d\n";
+  std::ofstream(broken.path() / "bans") << "user\nnick\tx\t\t\t\t\tsoon\n";
+  std::ofstream(broken.path() / "motd") << "Jos\xE9\nJos\xC3\xA9\n";
   const RunningServer other(folder.path());
   const std::string withFolder = " --folder " + folder.path().string();
   const std::vector<std::tuple<std::string, int, std::string>> cases = {
       {"--help", 0, "Usage: kelvaron-server"},
       {"--version", 0, "kelvaron-server 4."},
       {"--check" + withFolder, 0, "is in order: 0 moderators, 0 bans"},
-      {"--check --folder " + broken.path().string(), 1, "settings, line 1: there is no"},
+      {"--check --folder " + broken.path().string(), 1,
+       "kelvaron-server: settings, line 2: there is no setting \"speed\"\n"
+       "kelvaron-server: settings, line 3: line_limit must be a number from 256 to 16777216\n"
+       "kelvaron-server: reserved, line 1: \"a b\" can't be a nickname\n"
+       "kelvaron-server: reserved, line 2: \"c d\" can't be a nickname\n"
+       "kelvaron-server: bans, line 1: a line must hold user, nick or address, then a nickname, an "
+       "address, a told address, by whom, a reason and, if wanted, an end, separated by TAB\n"
+       "kelvaron-server: bans, line 2: the end must read as 2026-12-31 or 2026-12-31T18:30, in "
+       "UTC\n"
+       "kelvaron-server: motd, line 2: holds characters that are not in code page 1252"},
+      {"--status --folder " + fresh.path().string(), 1, "no server runs on this folder"},
+      {"--port 0" + withFolder, 1, "another server runs on this folder"},
+      {"--ban eve", 2, "--ban needs a nickname or an address, and a reason"},
+      {"--ban 10.0.0 spam --until soon", 2, "--until, behind --ban, reads as 2026-12-31"},
+      {"--log /dev/null/x --port 0 --folder " + fresh.path().string(), 1,
+       "/dev/null/x: can't be written: Not a directory"},
       {"--check --folder /dev/null/x", 1, "/dev/null/x: there is no such folder"},
       {"--unban eve" + withFolder, 1, "no ban of eve"},
       {"--remove-moderator eve" + withFolder, 1, "eve is no moderator"},
@@ -49,9 +68,11 @@ TEST(Program, SaysWhatIsWrong) {
        "holds a character that is not in code page 1252"},
       {"--unban \xFF", 2, "holds a character that is not in code page 1252"},
       {"--prot 1", 2, "unknown option \"--prot\""},
-      {"--address 127.0.0.1 --port " + std::to_string(other.port()) + withFolder, 1,
-       "another program has this port"},
-      {"--address 192.0.2.1 --port 0" + withFolder, 1, "can't listen on 192.0.2.1:0"},
+      {"--address 127.0.0.1 --port " + std::to_string(other.port()) + " --folder " +
+           fresh.path().string(),
+       1, "another program has this port"},
+      {"--address 192.0.2.1 --port 0 --folder " + fresh.path().string(), 1,
+       "can't listen on 192.0.2.1:0"},
       {"--port 0 --folder /dev/null/x", 1, "/dev/null/x: can't be created"},
       {"--add-moderator bob b@example.org" + withFolder + " </dev/null", 2, "the password"},
   };
@@ -67,7 +88,7 @@ class RunningProgram : NonCopyable {
  public:
   RunningProgram() {
     const std::string start = "echo $$; exec " + kProgram + " --address 127.0.0.1 --port 0" +
-                              inFolder + " 2>>" + log().string();
+                              inFolder + " --log " + log().string();
     output_ = ::popen(start.c_str(), "r");
     process_ = std::stoi(line());
     told = line();
@@ -88,6 +109,7 @@ class RunningProgram : NonCopyable {
     return eventually(
         [&] { return server::readFile(log()).value_or("").find(text) != std::string::npos; });
   }
+  std::filesystem::path log() const { return folder.path() / "log"; }
   auto command(const std::string& arguments) const { return run(arguments + inFolder); }
 
   TemporaryFolder folder;
@@ -101,7 +123,6 @@ class RunningProgram : NonCopyable {
     EXPECT_NE(std::fgets(text.data(), static_cast<int>(text.size()), output_), nullptr);
     return text.data();
   }
-  std::filesystem::path log() const { return folder.path() / "log"; }
   std::FILE* output_ = nullptr;
   pid_t process_ = 0;
 };
@@ -112,10 +133,12 @@ TEST(Program, TellsWhereItListensAndTheRoomThatItEnds) {
   EXPECT_TRUE(program.told.ends_with(", folder " + program.folder.path().string() + "\n"));
   program.signal(SIGUSR1);
   EXPECT_TRUE(program.logs("statistics of ")) << "also where nothing happened";
+  EXPECT_TRUE(program.logs("kelvaron-server 4."));
   Peer alice(program.port, "alice");
   const auto start = std::chrono::steady_clock::now();
   EXPECT_EQ(program.end(), 0);
   EXPECT_LT(std::chrono::steady_clock::now() - start, std::chrono::seconds(1));
+  EXPECT_TRUE(program.logs("the server ends: signal TERM"));
   EXPECT_TRUE(
       alice.gets("STATUSTEXT\t8454143\t[Server] The server ends now. Try to connect again later."));
   EXPECT_TRUE(alice.isClosed());
@@ -151,6 +174,44 @@ TEST(Program, CommandsAndSignalsReachARunningServer) {
   Peer cy(program.port, "cy");
   cy.send("Message\tcy: \t" + std::string(300, 'x'));
   EXPECT_TRUE(cy.isClosed());
+}
+
+TEST(Program, ABanByHandOrCommandDropsWhoIsThereAndIsLogged) {
+  const RunningProgram program;
+  Peer eve(program.port, "eve");
+  Peer mallory(program.port, "mallory");
+  const Peer bob(program.port, "bob");
+  std::ofstream(program.folder.path() / "bans") << "nick\teve\t\t\tann\tspam\n";
+  EXPECT_TRUE(eve.gets("BANUSER\tann\tspam"));
+  EXPECT_TRUE(mallory.gets("Announce\t[Server] eve was banned by ann (spam)"));
+  ::setenv("SUDO_USER", "ann", 1);
+  ASSERT_EQ(program.command("--ban bob old --until 2020-01-01").first, 0);
+  const auto& [code, told] = program.command("--ban MALLORY 'no manners' --until 2999-12-31T18:30");
+  EXPECT_EQ(code, 0) << told;
+  EXPECT_TRUE(mallory.gets("BANUSER\tann\tno manners"));
+  EXPECT_TRUE(
+      program.command("--bans").second.ends_with(": no manners, until 2999-12-31T18:30 UTC\n"));
+  EXPECT_EQ(Peer::loginAnswer(program.port, "bob"), "DOUBLE") << "that ban is over";
+  EXPECT_EQ(program.command("--unban eve").first, 0);
+  for (const char* logged : {"ban set: eve, by ann: spam", "ban set: MALLORY, by ann: no manners",
+                             "ann commands: --unban eve", "ban lifted: eve"}) {
+    EXPECT_TRUE(program.logs(logged)) << logged;
+  }
+}
+
+TEST(Program, TellsItsStatusAndOpensItsLogAnew) {
+  const RunningProgram program;
+  const Peer bob(program.port, "bob");
+  const auto& [code, text] = program.command("--status");
+  EXPECT_EQ(code, 0);
+  EXPECT_NE(text.find(" UTC: 1 clients, "), std::string::npos) << text;
+  const auto& [sameCode, json] = program.command("--status=json");
+  EXPECT_TRUE(json.starts_with("{\"version\": \"4.") && json.ends_with("\"problems\": []}\n"))
+      << json;
+  EXPECT_NE(json.find("\"clients\": 1, "), std::string::npos) << json;
+  std::filesystem::rename(program.log(), program.folder.path() / "log.1");
+  program.signal(SIGHUP);
+  EXPECT_TRUE(program.logs("read anew"));
 }
 
 // Somebody started it with a pipe to a program that has stopped reading.
