@@ -22,9 +22,7 @@ struct Client {
       : connection(std::move(itsConnection)), source(std::move(itsSource)) {}
 
   /// Puts lines in the client's queue, each with its line end.
-  void send(std::string lines) const {
-    connection->send(std::make_shared<const std::string>(std::move(lines)));
-  }
+  void send(std::string lines) const { connection->send(std::move(lines)); }
   /// Its entry in the user list: the nickname and at most one tag, a game before hosting before
   /// being away.
   std::string entry() const {

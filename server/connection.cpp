@@ -22,7 +22,7 @@ namespace {
 constexpr std::string_view kLineEnd = "\r\n";
 constexpr std::size_t kReadSize = 16'384;
 // What an entry of the queue takes besides its bytes: a place in the queue, and the counted text.
-constexpr std::size_t kEntryCost = 96;
+constexpr std::size_t kEntryCost = 128;
 constexpr std::size_t kBuffersPerWrite = 64;  // what the system takes in one call of Asio's
 // Room for the list of some thousand users, so that a list goes to the socket in one piece.
 constexpr int kSendBuffer = 262'144;
@@ -73,13 +73,14 @@ void tune(asio::ip::tcp::socket& socket) {
 }  // namespace
 
 Connection::Connection(asio::ip::tcp::socket socket, std::uint64_t id, const Settings& settings,
-                       ConnectionOwner& owner)
+                       ConnectionOwner& owner, Held held)
     : socket_(std::move(socket)),
       pause_(socket_.get_executor()),
       id_(id),
       settings_(settings),
       owner_(&owner),
       address_(remoteAddress(socket_)),
+      held_(std::move(held)),
       progressAt_(Clock::now()) {}
 
 void Connection::start() {
@@ -132,11 +133,13 @@ void Connection::handleLines() {
     if (const Clock::duration wait = owner_->waitFor(*this, line); wait > Clock::duration::zero()) {
       input_.erase(0, start);
       searched_ = 0;
+      countInput();
       return pause(wait);
     }
     start = end + kLineEnd.size();
     if (!line.empty()) owner_->onLine(*this, line);
   }
+  countInput();
   if (!closed_) awaitBytes();
 }
 
@@ -157,29 +160,65 @@ void Connection::dropInput() {
   searched_ = 0;
 }
 
-void Connection::send(SharedLines lines, Kind kind) {
+void Connection::send(const Piece& lines, Kind kind) {
   if (closed_ || gone_) return;
   if (kind == Kind::userList) {
     // A list that the socket has begun to take must go out whole; one behind it need not.
-    const auto first = queue_.begin() + (frontSent_ > 0 ? 1 : 0);
     if (listsWaiting_ > 0) {
+      const auto first = queue_.begin() + (frontSent_ > 0 ? 1 : 0);
       const auto isList = [](const Waiting& waiting) { return waiting.kind == Kind::userList; };
       const auto kept = std::remove_if(first, queue_.end(), isList);
-      listsWaiting_ -= static_cast<std::size_t>(queue_.end() - kept);
+      const auto removed = static_cast<std::size_t>(queue_.end() - kept);
+      listsWaiting_ -= removed;
+      *held_ -= removed * kEntryCost;
       queue_.erase(kept, queue_.end());
     }
     ++listsWaiting_;
+    push(lines, kind);
+  } else if (!queue_.empty() && queue_.back().lines.chunk == lines.chunk &&
+             queue_.back().lines.end == lines.begin) {
+    queue_.back().lines.end = lines.end;
+    queued_ += lines.size();
   } else {
-    queued_ += lines->size() + kEntryCost;
+    push(lines, kind);
+    queued_ += lines.size() + kEntryCost;
   }
-  queue_.push_back({std::move(lines), kind});
+  askFlush();
+}
+
+void Connection::send(std::string lines) {
+  if (closed_ || gone_) return;
+  if (!queue_.empty() && queue_.back().kind == Kind::lines) {
+    Piece& last = queue_.back().lines;
+    if (last.chunk.use_count() == 1 && last.end == last.chunk->text().size() &&
+        last.chunk->takes(lines.size())) {
+      last.chunk->append(lines);
+      last.end += lines.size();
+      queued_ += lines.size();
+      return askFlush();
+    }
+  }
+  const std::size_t size = lines.size();
+  send({std::make_shared<Chunk>(std::move(lines), held_), 0, size});
+}
+
+void Connection::askFlush() {
   if (queued_ > static_cast<std::size_t>(settings_.queueLimit)) {
     return close("too much waits for a client that doesn't read");
   }
-  if (!blocked_ && !flushAsked_) {
-    flushAsked_ = true;
-    owner_->onUnsent(shared_from_this());
-  }
+  if (blocked_ || flushAsked_) return;
+  flushAsked_ = true;
+  owner_->onUnsent(shared_from_this());
+}
+
+void Connection::push(const Piece& lines, Kind kind) {
+  queue_.push_back({lines, kind});
+  *held_ += kEntryCost;
+}
+
+void Connection::pop() {
+  queue_.pop_front();
+  *held_ -= kEntryCost;
 }
 
 void Connection::flush() {
@@ -188,7 +227,10 @@ void Connection::flush() {
   std::array<asio::const_buffer, kBuffersPerWrite> buffers;
   while (!closed_ && !blocked_ && !queue_.empty()) {
     const std::size_t count = std::min(queue_.size(), buffers.size());
-    for (std::size_t i = 0; i < count; ++i) buffers[i] = asio::buffer(*queue_[i].lines);
+    for (std::size_t i = 0; i < count; ++i) {
+      const Piece& lines = queue_[i].lines;
+      buffers[i] = asio::buffer(lines.chunk->text().data() + lines.begin, lines.size());
+    }
     buffers[0] += frontSent_;
     std::error_code error;
     const std::size_t written = socket_.write_some(std::span(buffers.data(), count), error);
@@ -216,7 +258,7 @@ void Connection::flush() {
 // The client is gone, but what it said before has its turn still; reading tells the end.
 void Connection::giveUpSending() {
   gone_ = true;
-  queue_.clear();
+  while (!queue_.empty()) pop();
   frontSent_ = 0;
   queued_ = 0;
   listsWaiting_ = 0;
@@ -224,16 +266,33 @@ void Connection::giveUpSending() {
 
 void Connection::consume(std::size_t written) {
   frontSent_ += written;
-  while (!queue_.empty() && frontSent_ >= queue_.front().lines->size()) {
+  while (!queue_.empty() && frontSent_ >= queue_.front().lines.size()) {
     const Waiting& front = queue_.front();
-    frontSent_ -= front.lines->size();
+    frontSent_ -= front.lines.size();
     if (front.kind == Kind::userList) {
       --listsWaiting_;
     } else {
-      queued_ -= front.lines->size() + kEntryCost;
+      queued_ -= front.lines.size() + kEntryCost;
     }
-    queue_.pop_front();
+    pop();
   }
+}
+
+void Connection::countInput() {
+  *held_ += input_.capacity() - inputHeld_;
+  inputHeld_ = input_.capacity();
+}
+
+void Connection::forgetAll() {
+  while (!queue_.empty()) pop();
+  input_ = {};
+  countInput();
+}
+
+std::size_t Connection::kept() const {
+  std::size_t bytes = inputHeld_;
+  for (const Waiting& each : queue_) bytes += each.lines.size() + kEntryCost;
+  return bytes;
 }
 
 bool Connection::isStalled(Clock::time_point now) const {
@@ -246,8 +305,7 @@ void Connection::close(std::string why) {
   std::error_code ignored;
   socket_.close(ignored);
   pause_.cancel();
-  queue_.clear();
-  input_ = {};
+  forgetAll();
   asio::post(socket_.get_executor(), [self = shared_from_this(), why = std::move(why)] {
     if (self->owner_ != nullptr) self->owner_->onClosed(*self, why);
   });

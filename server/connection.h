@@ -10,13 +10,11 @@
 #include <string>
 #include <string_view>
 
+#include "server/chunk.h"
 #include "server/clock.h"
 #include "server/settings.h"
 
 namespace kelvaron::server {
-
-/// Whole lines with their line ends, shared by the queues of all connections that get them.
-using SharedLines = std::shared_ptr<const std::string>;
 
 class Connection;
 
@@ -43,15 +41,19 @@ class Connection : public std::enable_shared_from_this<Connection> {
   enum class Kind { lines, userList };
 
   /// `settings` and `owner` must stay until the connection is closed and told so, or detached.
+  /// What it holds is counted in `held`.
   Connection(asio::ip::tcp::socket socket, std::uint64_t id, const Settings& settings,
-             ConnectionOwner& owner);
+             ConnectionOwner& owner, Held held);
+  ~Connection() { forgetAll(); }
 
   /// Begins to read.
   void start();
 
-  /// Puts lines in the queue. A user list takes the place of one that still waits. A client over
-  /// the limit of what may wait is dropped.
-  void send(SharedLines lines, Kind kind = Kind::lines);
+  /// Puts lines in the queue, joined to those before where they can be. A user list takes the place
+  /// of one that still waits. A client over the limit of what may wait is dropped.
+  void send(const Piece& lines, Kind kind = Kind::lines);
+  /// As above, lines for this client alone.
+  void send(std::string lines);
   /// Gives the socket what waits, in as few writes as it takes.
   void flush();
 
@@ -73,12 +75,14 @@ class Connection : public std::enable_shared_from_this<Connection> {
   /// Whether lines wait here for their turn.
   bool isBehind() const { return pausing_; }
   std::uint64_t id() const { return id_; }
+  /// Bytes that are kept here for the client, shared ones too.
+  std::size_t kept() const;
   /// The client's address as the server sees it; an IPv4 address in IPv6 form in its own form.
   const std::string& address() const { return address_; }
 
  private:
   struct Waiting {
-    SharedLines lines;
+    Piece lines;
     Kind kind;
   };
 
@@ -89,6 +93,11 @@ class Connection : public std::enable_shared_from_this<Connection> {
   void dropInput();
   void consume(std::size_t written);
   void giveUpSending();
+  void push(const Piece& lines, Kind kind);
+  void pop();
+  void askFlush();
+  void countInput();
+  void forgetAll();
 
   asio::ip::tcp::socket socket_;
   asio::steady_timer pause_;
@@ -97,9 +106,12 @@ class Connection : public std::enable_shared_from_this<Connection> {
   ConnectionOwner* owner_;
   std::string address_;
 
+  Held held_;
+
   std::string input_;         // from the start of the first unfinished line
   std::size_t searched_ = 0;  // no line end begins before this place in input_
-  bool pausing_ = false;      // the first line in input_ waits for its turn
+  std::size_t inputHeld_ = 0;
+  bool pausing_ = false;  // the first line in input_ waits for its turn
   bool dropping_ = false;
 
   std::deque<Waiting> queue_;

@@ -30,7 +30,7 @@ Lobby::Lobby(asio::io_context& io, Store store, const Settings& settings, Log lo
       log_(std::move(log)),
       gatherTimer_(io),
       sources_(settings_),
-      room_(io, settings_, statistics_),
+      room_(io, settings_, statistics_, held_),
       records_(io, std::move(store), log_),
       proofs_(io, settings_) {
   records_.onNewBan = [this](const Ban& ban) { dropBanned(ban); };
@@ -41,7 +41,8 @@ Lobby::~Lobby() {
 }
 
 void Lobby::adopt(asio::ip::tcp::socket socket) {
-  auto connection = std::make_shared<Connection>(std::move(socket), ++lastId_, settings_, *this);
+  auto connection =
+      std::make_shared<Connection>(std::move(socket), ++lastId_, settings_, *this, held_);
   const std::string& address = connection->address();
   const std::shared_ptr<Source> source = sources_.of(address);
   const bool tooMany = !source->local && source->connections >= settings_.connectionsPerAddress;
@@ -95,6 +96,7 @@ void Lobby::sweep(Clock::time_point now) {
   proofs_.sweep(now);
   records_.sweep(now);
   statistics_.sample(now);
+  boundMemory();
 }
 
 void Lobby::overstayed(Client& client, Clock::time_point now) {
@@ -197,6 +199,7 @@ void Lobby::dropBanned(const Ban& ban, const Client* named) {
 Status Lobby::status() const {
   Status status = statistics_.status(Clock::now());
   status.clients = clients_.size();
+  status.waiting = *held_;
   if (!records_.areStored()) status.problems.emplace_back("bans can't be stored");
   return status;
 }
@@ -297,6 +300,20 @@ bool Lobby::isLeaving(const Client& old, Client& newcomer, Clock::time_point now
 void Lobby::onLine(Connection& connection, std::string_view line) {
   statistics_.countLine();
   dispatch(*this, *clients_.at(connection.id()), line);
+  boundMemory();
+}
+
+// Who takes least of what is sent has most waiting.
+void Lobby::boundMemory() {
+  const auto limit = static_cast<std::size_t>(settings_.memoryLimit);
+  if (*held_ <= limit) return;
+  std::vector<std::pair<std::size_t, Client*>> slowest;
+  for (Client* client : clients()) slowest.emplace_back(client->connection->kept(), client);
+  std::ranges::sort(slowest, std::greater());
+  for (const auto& [kept, client] : slowest) {
+    if (*held_ <= limit) return;
+    client->connection->close("too much waits for all clients, and the most for this one");
+  }
 }
 
 void Lobby::onLineTooLong(Connection& connection) {

@@ -99,6 +99,7 @@ class Lobby final : public ConnectionOwner {
   void onWritten(std::size_t bytes) override { statistics_.countBytes(bytes); }
 
   bool makePlace();
+  void boundMemory();
   void overstayed(Client& client, Clock::time_point now);
   bool isLeaving(const Client& old, Client& newcomer, Clock::time_point now) const;
   void answer(const AddressQuestion& question, std::string_view told) const;
@@ -109,6 +110,7 @@ class Lobby final : public ConnectionOwner {
   Settings settings_;
   Log log_;
   Statistics statistics_;
+  Held held_ = std::make_shared<std::size_t>(0);
   std::uint64_t lastId_ = 0;
   std::unordered_map<std::uint64_t, std::unique_ptr<Client>> clients_;
   // In the order of their coming: who may not have told a nickname yet, and some who have.

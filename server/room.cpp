@@ -41,10 +41,13 @@ void Room::leave(const Client& client) {
   listChanged();
 }
 
-void Room::sendToAll(std::string lines) {
+void Room::sendToAll(std::string_view lines) {
   sendAnnouncements();
-  const auto shared = std::make_shared<const std::string>(std::move(lines));
-  for (const auto& [key, member] : members_) member->connection->send(shared);
+  if (!lines_ || !lines_->takes(lines.size())) lines_ = std::make_shared<Chunk>("", held_);
+  const std::size_t begin = lines_->text().size();
+  lines_->append(lines);
+  const Piece piece{lines_, begin, lines_->text().size()};
+  for (const auto& [key, member] : members_) member->connection->send(piece);
 }
 
 void Room::announce(std::string_view text) {
@@ -53,7 +56,7 @@ void Room::announce(std::string_view text) {
 }
 
 void Room::listChanged() {
-  list_.reset();
+  list_ = {};
   listDue_ = true;
   setTimer(gatherTime());
 }
@@ -85,7 +88,7 @@ void Room::sendList() {
     member->connection->send(list(), Connection::Kind::userList);
   }
   statistics_.countLists(members_.size());
-  const std::chrono::duration<double> spent(static_cast<double>(list()->size()) /
+  const std::chrono::duration<double> spent(static_cast<double>(list().size()) /
                                             static_cast<double>(settings_.listBytesPerSecond));
   nextList_ = Clock::now() + std::chrono::duration_cast<Clock::duration>(spent);
 }
@@ -94,11 +97,12 @@ void Room::sendAnnouncements() {
   if (!announcements_.empty()) sendToAll(std::exchange(announcements_, {}));
 }
 
-const SharedLines& Room::list() {
-  if (!list_) {
+const Piece& Room::list() {
+  if (!list_.chunk) {
     std::string lines = makeLine({"Userscl"});
     for (const auto& [key, member] : members_) lines += makeLine({"Users", member->entry()});
-    list_ = std::make_shared<const std::string>(std::move(lines));
+    const std::size_t size = lines.size();
+    list_ = {std::make_shared<Chunk>(std::move(lines), held_), 0, size};
   }
   return list_;
 }

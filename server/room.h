@@ -15,8 +15,8 @@ namespace kelvaron::server {
 
 class Room {
  public:
-  Room(asio::io_context& io, const Settings& settings, Statistics& statistics)
-      : timer_(io), settings_(settings), statistics_(statistics) {}
+  Room(asio::io_context& io, const Settings& settings, Statistics& statistics, Held held)
+      : timer_(io), settings_(settings), statistics_(statistics), held_(std::move(held)) {}
 
   /// The member of that nickname, without regard to case, or nothing.
   Client* find(std::string_view nick) const;
@@ -31,7 +31,7 @@ class Room {
   void leave(const Client& client);
 
   /// Whole lines, to every member; announcements that wait go before them.
-  void sendToAll(std::string lines);
+  void sendToAll(std::string_view lines);
   /// Sends a line with the sound for coming and going to all: soon, together with the list, but
   /// before any line that goes to all after it.
   void announce(std::string_view text);
@@ -40,14 +40,15 @@ class Room {
   void listChanged();
 
  private:
-  const SharedLines& list();
+  const Piece& list();
   void setTimer(Clock::duration time);
   Clock::duration gatherTime() const;
   void sendList();
   void sendAnnouncements();
 
   std::map<std::string, Client*> members_;  // by likeness
-  SharedLines list_;                        // empty when it is to be built anew
+  Piece list_;                              // empty when it is to be built anew
+  std::shared_ptr<Chunk> lines_;            // the newest lines for all
   bool listDue_ = false;
   std::string announcements_;  // whole lines that wait for the timer
   asio::steady_timer timer_;
@@ -55,6 +56,7 @@ class Room {
   Clock::time_point nextList_{};
   const Settings& settings_;
   Statistics& statistics_;
+  Held held_;
   Liveness alive_;
 };
 

@@ -39,6 +39,9 @@ constexpr auto kAllSettings = std::to_array<Setting>({
     {"queue_limit", &Settings::queueLimit, 4'096, 1'073'741'824,
      "bytes that may wait for a client that doesn't read, with what keeping them costs (user "
      "lists don't count)"},
+    {"memory_limit", &Settings::memoryLimit, 1'048'576, 1'099'511'627'776,
+     "bytes that may wait for all clients together, what many share counted once; above it the "
+     "clients with the most are dropped"},
     {"burst_lines", &Settings::burstLines, 1, 1'000'000,
      "lines that may come from one address at once before it is slowed down; a long line counts "
      "once more for each KiB, a change of one's state four times more"},

@@ -18,6 +18,7 @@ struct Settings {
   long acceptPauseMs = 200;
   long lineLimit = 65'536;
   long queueLimit = 4'194'304;
+  long memoryLimit = 67'108'864;
   long burstLines = 60;
   long linesPerSecond = 30;
   long burstLogins = 32;

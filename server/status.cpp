@@ -63,6 +63,7 @@ std::string Status::json() const {
          member("bytes_per_second", std::to_string(bytesPerSecond)) + ", " +
          member("refusals", std::to_string(refusals)) + ", " +
          member("memory_bytes", std::to_string(memory)) + ", " +
+         member("waiting_bytes", std::to_string(waiting)) + ", " +
          member("problems", "[" + told + "]") + "}";
 }
 

@@ -24,6 +24,7 @@ struct Status {
   long bytesPerSecond = 0;              // to clients, in the last minute
   std::uint64_t refusals = 0;           // since the start
   std::size_t memory = 0;               // bytes
+  std::size_t waiting = 0;              // bytes of it that wait for clients
   std::vector<std::string> problems{};  // sentences; none is healthy
 
   std::string text() const;

@@ -165,14 +165,18 @@ TEST(Limits, WhoComesBackAtOnceIsNotTwo) {
 }
 
 TEST(Limits, WhoTellsNothingOrTakesNothingIsDropped) {
-  for (const auto& [stall, queue] : {std::pair(300L, 100'000'000L), std::pair(30'000L, 100'000L)}) {
+  constexpr long kMuch = 100'000'000;
+  for (const auto& [stall, queue, memory] :
+       {std::tuple(300L, kMuch, kMuch), std::tuple(30'000L, 100'000L, kMuch),
+        std::tuple(30'000L, kMuch, 1'000'000L)}) {
     TwoUsers room({{&Settings::stallTimeoutMs, stall},
                    {&Settings::queueLimit, queue},
+                   {&Settings::memoryLimit, memory},
                    {&Settings::loginTimeoutMs, 100}});
     Peer silent(room.running.port());
     EXPECT_TRUE(silent.isClosed());
     sendTimes(room.alice, 300, kLong);
-    EXPECT_TRUE(room.alice.gets(kBobIsGone)) << queue;
+    EXPECT_TRUE(room.alice.gets(kBobIsGone)) << stall << ' ' << queue;
     EXPECT_TRUE(room.alice.getsList({"alice"}));
   }
 }
