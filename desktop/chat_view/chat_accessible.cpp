@@ -164,9 +164,24 @@ class ChatAccessible : public QAccessibleWidget, public QAccessibleTextInterface
   ChatView& view_;
 };
 
+/// What the chat is drawn on: the keyboard is at the chat, not there.
+class ViewportAccessible : public QAccessibleWidget {
+ public:
+  explicit ViewportAccessible(QWidget* viewport) : QAccessibleWidget(viewport) {}
+
+  QAccessible::State state() const override {
+    QAccessible::State result = QAccessibleWidget::state();
+    result.focusable = false;
+    result.focused = false;
+    return result;
+  }
+};
+
 QAccessibleInterface* makeAccessible(const QString& /*className*/, QObject* object) {
-  auto* view = qobject_cast<ChatView*>(object);
-  return view != nullptr ? new ChatAccessible(view) : nullptr;
+  if (auto* view = qobject_cast<ChatView*>(object)) return new ChatAccessible(view);
+  const auto* around = qobject_cast<ChatView*>(object->parent());
+  if (around == nullptr || around->viewport() != object) return nullptr;
+  return new ViewportAccessible(around->viewport());
 }
 
 }  // namespace

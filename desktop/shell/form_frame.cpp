@@ -9,6 +9,8 @@
 #include <QVBoxLayout>
 #include <algorithm>
 
+#include "desktop/shell/frame_accessible.h"
+
 namespace kelvaron {
 namespace {
 
@@ -30,6 +32,7 @@ FormFrame::FormFrame(Kind kind)
       kind_(kind),
       layout_(new QVBoxLayout(this)),
       content_(new QWidget(this)) {
+  installFrameAccessibility();
   layout_->setContentsMargins({});
   layout_->setSpacing(0);
   layout_->addWidget(content_);

@@ -18,6 +18,7 @@ class FormFrame : public QWidget {
   };
   explicit FormFrame(Kind kind);
 
+  bool sizable() const { return kind_.sizable; }
   /// The inside.
   QWidget& content() { return *content_; }
   void setMenuBar(QMenuBar* bar);

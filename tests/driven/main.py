@@ -7,9 +7,9 @@ import traceback
 
 import desk
 import driver
-from scenarios import hostile, keyboard, real_engines, walk
+from scenarios import bus, hostile, keyboard, real_engines, walk
 
-SCENARIOS = keyboard.SCENARIOS + hostile.SCENARIOS + walk.SCENARIOS
+SCENARIOS = bus.SCENARIOS + keyboard.SCENARIOS + hostile.SCENARIOS + walk.SCENARIOS
 # Only when named: they need packages that not every machine has.
 NAMED = real_engines.SCENARIOS
 
