@@ -1,0 +1,96 @@
+#!/usr/bin/env bash
+# What service_test.sh runs in its container.
+set -eu
+export DEBIAN_FRONTEND=noninteractive LC_ALL=C.UTF-8
+cd "$(dirname "$0")"
+folder=/var/lib/kelvaron-server
+step() { echo "== $1"; }
+fail() {
+  echo "FAILED: $1" >&2
+  journalctl -q -u kelvaron-server -n 20 --no-pager >&2 || true
+  exit 1
+}
+is() { [ "$(systemctl is-active kelvaron-server)" = "$1" ] || fail "the service is not $1: $2"; }
+answers() { (exec 3<>/dev/tcp/127.0.0.1/3069) 2>/dev/null; }
+# await WHAT COMMAND...: until the command succeeds, for ten seconds at most.
+await() {
+  local what=$1
+  shift
+  for _ in $(seq 100); do
+    "$@" >/dev/null 2>&1 && return 0
+    sleep 0.1
+  done
+  fail "$what"
+}
+logged() { journalctl -q -u kelvaron-server --no-pager | grep -qF "$1"; }
+
+exposure() { systemd-analyze security kelvaron-server --no-pager | tail -1; }
+
+step "a fresh install starts nothing"
+find / -xdev \( -path /proc -o -path /run -o -path /kelvaron-test -o -path /var/log \) -prune -o -print | sort >before
+dpkg -i server.deb >dpkg.log 2>&1 || { cat dpkg.log; fail "dpkg"; }
+is inactive "after the install"
+[ "$(systemctl is-enabled kelvaron-server)" = disabled ] || fail "the service is enabled"
+
+step "commands of root mean the service's folder, others are refused with a sentence"
+echo "right word" | kelvaron-server --add-moderator ann ann@example.org
+[ ! -e /usr/bin/server-data ] || fail "a folder beside the program"
+kelvaron-server --check
+if runuser -u nobody -- kelvaron-server --bans >refused 2>&1; then fail "nobody has the folder"; fi
+grep -F "for root and the user kelvaron-server alone" refused
+
+step "the service"
+systemctl enable -q --now kelvaron-server
+await "the port does not answer" answers
+[ "$(stat -c %a:%U "$folder")" = 700:kelvaron-server ] || fail "folder: $(stat -c %a:%U "$folder")"
+[ "$(stat -c %U "$folder/moderators")" = kelvaron-server ] || fail "whose are the moderators?"
+kelvaron-server --status
+kelvaron-server --status=json
+if kelvaron-server --port 4069 >second 2>&1; then fail "a second server on the folder"; fi
+grep -F "another server runs on this folder" second
+systemctl reload kelvaron-server
+await "no reload in the journal" logged "the files of the folder are read anew"
+kelvaron-server --ban eve spam --until 2999-12-31
+await "no ban in the journal" logged "ban set: eve, by root: spam"
+kelvaron-server --unban eve
+await "nobody's command in the journal" logged "root commands: --unban eve"
+exposure
+
+step "backup and restore"
+tar -C "$folder" -czf backup.tar.gz settings reserved motd bans moderators
+systemctl stop kelvaron-server
+rm "$folder/moderators"
+tar -C "$folder" -xzf backup.tar.gz
+kelvaron-server --check
+systemctl start kelvaron-server
+await "the port does not answer after the restore" answers
+
+step "a drop-in"
+mkdir -p /etc/systemd/system/kelvaron-server.service.d
+printf '[Service]\nExecStart=\nExecStart=/usr/bin/kelvaron-server --address 127.0.0.1\nIPAddressDeny=any\nIPAddressAllow=localhost\n' \
+  >/etc/systemd/system/kelvaron-server.service.d/override.conf
+systemctl daemon-reload
+systemctl restart kelvaron-server
+await "the drop-in is not heard" logged "listens on 127.0.0.1:3069"
+await "the port does not answer behind the drop-in" answers
+exposure
+
+step "an upgrade restarts what runs"
+before=$(systemctl show -P MainPID kelvaron-server)
+dpkg -i next.deb >dpkg.log 2>&1 || { cat dpkg.log; fail "upgrade"; }
+is active "after the upgrade"
+[ "$(systemctl show -P MainPID kelvaron-server)" != "$before" ] || fail "the old program runs on"
+await "the port does not answer after the upgrade" answers
+[ -f "$folder/moderators" ] || fail "an upgrade loses the folder"
+
+step "removal ends it, purge leaves nothing"
+dpkg -r kelvaron-server >/dev/null 2>&1
+is inactive "after the removal"
+if answers; then fail "the port answers after the removal"; fi
+[ -f "$folder/moderators" ] || fail "a removal loses the folder"
+rm -r /etc/systemd/system/kelvaron-server.service.d
+dpkg -P kelvaron-server >/dev/null 2>&1
+[ ! -e "$folder" ] || fail "a purge leaves the folder"
+find / -xdev \( -path /proc -o -path /run -o -path /kelvaron-test -o -path /var/log \) -prune -o -print | sort >after
+echo "left: $(comm -13 before after | tr '\n' ' ')"
+step "done"
