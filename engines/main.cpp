@@ -70,20 +70,17 @@ struct Failure : Refusal {
   using Refusal::Refusal;
 };
 
-void runGame(Programs& programs) {
+bool runFor(Programs& programs, std::chrono::milliseconds time) {
   try {
-    while (programs.run(kForever)) {
-    }
+    return programs.run(time);
   } catch (const Refusal& problem) {
     throw Failure(problem.what());
   }
 }
 
-void playChocolate(const std::string& program, const std::string& name, Words words) {
-  words.insert(words.begin(), program);
-  Programs programs;
-  programs.start(Role::game, name, std::move(words));
-  runGame(programs);
+void runGame(Programs& programs) {
+  while (runFor(programs, kForever)) {
+  }
 }
 
 /// Whichever of the two there is, the first before the second; empty where neither is.
@@ -94,6 +91,19 @@ std::string chocolate() {
 
 std::string nameOf(const std::string& program) {
   return program.ends_with("crispy-doom") ? "Crispy Doom" : "Chocolate Doom";
+}
+
+/// A guest's ends when its host's has, which the guest's own notices late and doesn't say.
+void playChocolate(const std::string& program, Words words, const std::string& host) {
+  constexpr int kMostUnanswered = 4;
+  words.insert(words.begin(), program);
+  Programs programs;
+  programs.start(Role::game, nameOf(program), std::move(words));
+  if (host.empty()) return runGame(programs);
+  for (int unanswered = 0; runFor(programs, 2s);) {
+    unanswered = chocolateAt(host) ? 0 : unanswered + 1;
+    if (unanswered == kMostUnanswered) throw Failure("the host has ended the game");
+  }
 }
 
 void startDoomsday(Programs& programs, const GameCommand& command, const std::string& address,
@@ -146,7 +156,7 @@ void host(const GameCommand& command) {
     words.insert(words.end(),
                  {"-privateserver", "-server", "-nodes", std::to_string(command.players)});
   }
-  playChocolate(program, nameOf(program), std::move(words));
+  playChocolate(program, std::move(words), "");
 }
 
 /// The host may start later than the guest.
@@ -178,7 +188,7 @@ void join(const GameCommand& command, bool stays) {
       located(crispy ? "crispy-doom" : "chocolate-doom", "the host plays with " + host.version);
   Words words = command.chocolate;
   words.insert(words.end(), {"-connect", command.address});
-  playChocolate(program, nameOf(program), std::move(words));
+  playChocolate(program, std::move(words), command.address);
 }
 
 /// A server that an earlier Kelvaron of this user started: this one answers for it now.

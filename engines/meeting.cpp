@@ -52,8 +52,10 @@ class Connection {
   int socket_;
 };
 
-/// A query has two bytes, the highest first; what answers has these, the host's version up to a
-/// NUL, and how far the game is: waiting for players, waiting for its start, begun.
+}  // namespace
+
+// A query has two bytes, the highest first; what answers has these, the host's version up to a
+// NUL, and how far the game is: waiting for players, waiting for its start, begun.
 std::optional<Host> chocolateAt(const std::string& address) {
   constexpr std::array<char, 2> kQuery{0, 13};
   constexpr char kAnswer = 14;
@@ -74,8 +76,6 @@ std::optional<Host> chocolateAt(const std::string& address) {
   }
   return host;
 }
-
-}  // namespace
 
 bool doomsdayListens(const std::string& address) {
   const Addresses place = resolve(address.c_str(), kDoomsdayPort, SOCK_STREAM);

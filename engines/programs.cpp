@@ -9,7 +9,6 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
-#include <algorithm>
 #include <array>
 #include <cerrno>
 #include <iostream>
@@ -31,9 +30,8 @@ constexpr milliseconds kUntilLost(1'500);
 constexpr milliseconds kUntilKilled(2'000);
 constexpr milliseconds kBetweenLooks(50);
 
-/// What a game prints when its host is gone, and when it is in the host's game.
-constexpr std::array kLosses = {"Connection to server was disconnected",
-                                "Disconnected from server"};
+/// What Doomsday prints when its host is gone, and when it is in the host's game.
+constexpr const char* kLoss = "Connection to server was disconnected";
 constexpr const char* kArrival = "Arrived in netgame";
 
 sigset_t heeded() {
@@ -122,8 +120,7 @@ void Programs::hear(Program& program, const std::string& line) {
   program.last.push_back(line);
   if (program.last.size() > kLastLines) program.last.pop_front();
   if (line.find(kArrival) != std::string::npos) program.arrived = true;
-  const auto says = [&](const char* loss) { return line.find(loss) != std::string::npos; };
-  if (program.role == Role::game && !program.lost && std::ranges::any_of(kLosses, says)) {
+  if (!program.lost && line.find(kLoss) != std::string::npos) {
     program.lost = Clock::now() + kUntilLost;
   }
 }
@@ -170,7 +167,7 @@ bool Programs::run(milliseconds time) {
     for (Program& program : running_) {
       listen(program);
       if (program.lost && Clock::now() >= *program.lost) {
-        fail(program, program.arrived || program.name != "Doomsday"
+        fail(program, program.arrived
                           ? "the host has ended the game"
                           : "the host's game doesn't take this one: it has another game file, or "
                             "as many players as it takes");

@@ -8,7 +8,7 @@ kelvaron_test_packages=(libgtest-dev libgmock-dev)
 kelvaron_display_packages=(xvfb openbox imagemagick x11-utils)
 kelvaron_driver_packages=(xdotool xclip at-spi2-core dbus libglib2.0-bin gir1.2-atspi-2.0 python3
   python3-pyatspi iproute2 util-linux)
-kelvaron_engine_packages=(chocolate-doom freedoom)
+kelvaron_engine_packages=(chocolate-doom crispy-doom doomsday doomsday-server freedoom)
 kelvaron_code_lint_packages=(clang clang-format clang-tidy)
 kelvaron_lint_packages=(desktop-file-utils appstream man-db systemd lintian)
 kelvaron_packaging_packages=(debhelper dpkg-dev fakeroot git)

@@ -315,22 +315,24 @@ TEST_F(Adapters, ACopyUnderAnotherNameSaysHowItHasToBeCalled) {
 
 class GameData : public DiskTest {};
 
-TEST_F(GameData, IsLinkedUnderTheNamesOfTheSetup) {
+TEST_F(GameData, OfAnyOriginIsLinkedUnderTheNamesOfTheSetup) {
   const std::string command = placed("KELVARON_GAME_DATA='@/data' '") + KELVARON_LINK_GAME_DATA +
-                              placed("' '@/my wads' >'@/said' 2>&1");
+                              placed("' '@/my wads' '@/my own' >'@/said' 2>&1");
   EXPECT_NE(std::system(command.c_str()), 0);
   EXPECT_THAT(contents("said"), HasSubstr("apt-get install freedoom"));
   EXPECT_FALSE(fs::exists(base / "my wads"));
 
-  for (const std::string name : {"freedoom1.wad", "freedoom2.wad"}) make("data/" + name, name);
-  make("my wads/TNT.WAD", "bought");
+  for (const std::string name : {"data/freedoom1.wad", "data/freedoom2.wad", "data/plutonia.wad",
+                                 "my own/Doom2.Wad", "my wads/TNT.WAD"}) {
+    make(name, name);
+  }
   for (int time = 0; time < 2; ++time) {
     EXPECT_EQ(std::system(command.c_str()), 0);
-    EXPECT_EQ(contents("my wads/DOOM.WAD"), "freedoom1.wad");
-    for (const std::string name : {"DOOM2.WAD", "DOOM2F.WAD", "PLUTONIA.WAD"}) {
-      EXPECT_EQ(contents("my wads/" + name), "freedoom2.wad");
-    }
-    EXPECT_EQ(contents("my wads/TNT.WAD"), "bought");
+    EXPECT_EQ(contents("my wads/DOOM.WAD"), "data/freedoom1.wad");
+    EXPECT_EQ(contents("my wads/DOOM2.WAD"), "my own/Doom2.Wad");
+    EXPECT_EQ(contents("my wads/DOOM2F.WAD"), "data/freedoom2.wad");
+    EXPECT_EQ(contents("my wads/PLUTONIA.WAD"), "data/plutonia.wad");
+    EXPECT_EQ(contents("my wads/TNT.WAD"), "my wads/TNT.WAD");
   }
 }
 
