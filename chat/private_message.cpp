@@ -17,6 +17,7 @@ SendPM::SendPM(Client& client)
   Label2.ForeColor = colors::kUsers;
   Text1.AccessibleName = "Private message";
   Command2.Cancel = true;
+  Command1.Main = true;
   Command1.Click = [this] { Command1_Click(); };
   Command2.Click = [this] { Command2_Click(); };
 }

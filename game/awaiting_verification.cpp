@@ -26,6 +26,7 @@ Form1::Form1(Client& client)
     green_[slot]->AccessibleName = player + " accepted";
   }
   // Enter behind the game form is not meant for this one.
+  Command1.Main = true;
   Command1.Deliberate = true;
   Command1.Click = [this] { startOnce(client_, [this] { Command1_Click(); }); };
 }

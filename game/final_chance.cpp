@@ -29,6 +29,7 @@ Form3::Form3(Client& client)
   Text2.AccessibleName = "Demo name";
   Command2.Cancel = true;
   Check1.MouseUp = [this](MouseButton) { Check1_MouseUp(); };
+  Command1.Main = true;
   Command1.Click = [this] { Command1_Click(); };
   Command2.Click = [this] { client_.slots.unload(*this); };
 }

@@ -26,6 +26,7 @@ request::request(Client& client)
   for (CommandButton* button : {&Command1, &Command2}) {
     button->Pressed = [this] { offers_.press(client_.now()); };
   }
+  Command1.Main = true;
   Command1.Click = [this] { answer(true); };
   Command2.Click = [this] { answer(false); };
 }

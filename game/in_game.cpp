@@ -20,6 +20,7 @@ Form4::Form4(Client& client)
   ControlBox = false;
   Label1.Font_ = Font{.points = kHeadingPoints, .bold = true};
   Label1.Alignment_ = Alignment::center;
+  Command1.Main = true;
   Command1.Click = [this] { comeBack(); };
 }
 

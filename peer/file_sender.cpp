@@ -23,6 +23,7 @@ Frm_Server::Frm_Server(Client& client)
   Command1.Cancel = true;
 
   Btn_Browse.Click = [this] { Btn_Browse_Click(); };
+  Btn_Send.Main = true;
   Btn_Send.Click = [this] { Btn_Send_Click(); };
   Command1.Click = [this] { client_.slots.unload(*this); };
   Timer1.Tick = [this] { Timer1_Tick(); };

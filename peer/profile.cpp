@@ -56,6 +56,7 @@ Profile::Profile(Client& client)
   Text2.Text = std::string(build::kVersion);
   Text2.Enabled = false;
   Command2.Visible = false;
+  Command2.Main = true;
   Command2.Click = [this] { Command2_Click(); };
 }
 

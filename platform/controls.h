@@ -114,6 +114,8 @@ class CommandButton : public Control {
   /// Pressed by Enter, and by Escape, wherever the keyboard is on the form.
   bool Default = false;
   bool Cancel = false;
+  /// What the form is for: looks as the default button does.
+  bool Main = false;
   /// The keyboard never begins here when the form comes up: a press of Enter that was meant for the
   /// form before must do nothing.
   bool Deliberate = false;

@@ -12,6 +12,7 @@ ButtonView::ButtonView(CommandButton& button, ViewHost& host, QWidget* parent)
     : ControlView(button, host, new QPushButton(parent)),
       button_(static_cast<QPushButton&>(widget())) {
   button_.setDefault(button.Default);
+  button_.setProperty(kMainButton, button.Main);
   connect(&button_, &QPushButton::pressed, this,
           [this] { run([this] { this->button().Pressed(); }); });
   connect(&button_, &QPushButton::clicked, this,

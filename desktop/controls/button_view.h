@@ -7,6 +7,9 @@
 
 namespace kelvaron {
 
+/// Dynamic property of a button: whether it is the one that its form is for.
+inline constexpr const char* kMainButton = "kelvaronMainButton";
+
 class ButtonView : public ControlView {
  public:
   ButtonView(CommandButton& button, ViewHost& host, QWidget* parent);

@@ -2,8 +2,11 @@
 
 #include <QDir>
 #include <QFileInfo>
+#include <QHeaderView>
+#include <QTreeView>
 
 #include "desktop/controls/combo_accessible.h"
+#include "desktop/form_scale.h"
 #include "desktop/qt_values.h"
 
 namespace kelvaron {
@@ -11,6 +14,7 @@ namespace {
 
 // Size at the start, in device-independent pixels.
 constexpr QSize kSize{760, 460};
+constexpr int kKindColumn = 2;
 
 /// A folder as the core tells it, which may have a sign at its end; empty when it isn't there.
 QString knownFolder(const std::string& told) {
@@ -46,7 +50,13 @@ void prepareFileDialog(QFileDialog& dialog, const FileDialog& told, const QStrin
   QString folder = knownFolder(told.initialFolder);
   if (folder.isEmpty() && QFileInfo(folderBefore).isDir()) folder = folderBefore;
   dialog.setDirectory(folder.isEmpty() ? QDir::homePath() : folder);
-  dialog.resize(kSize);
+  dialog.resize(kSize * formScale());
+  // Names take what dates and sizes, seen whole, leave; of what kind a file is says its name.
+  if (auto* files = dialog.findChild<QTreeView*>()) {
+    files->header()->setSectionResizeMode(QHeaderView::ResizeToContents);
+    files->header()->setSectionResizeMode(0, QHeaderView::Stretch);
+    files->hideColumn(kKindColumn);
+  }
 }
 
 QString whyNot(const QString& chosen) {

@@ -5,6 +5,7 @@
 #include <QPushButton>
 #include <QStyleOptionComplex>
 
+#include "desktop/controls/button_view.h"
 #include "desktop/controls/text_box_view.h"
 #include "desktop/form_scale.h"
 #include "desktop/shell/theme_drawing.h"
@@ -15,13 +16,14 @@ namespace {
 
 using namespace theme;
 
-void drawButton(QPainter& painter, const QStyleOption& option) {
+void drawButton(QPainter& painter, const QStyleOption& option, const QWidget* widget) {
   const auto* button = qstyleoption_cast<const QStyleOptionButton*>(&option);
-  const bool isDefault =
-      button != nullptr && button->features.testFlag(QStyleOptionButton::DefaultButton);
+  const bool isMain =
+      (button != nullptr && button->features.testFlag(QStyleOptionButton::DefaultButton)) ||
+      (widget != nullptr && widget->property(kMainButton).toBool());
   const bool enabled = option.state.testFlag(QStyle::State_Enabled);
   QColor fill = option.palette.color(QPalette::Button);
-  if (enabled && isDefault) fill = kSelection;
+  if (enabled && isMain) fill = kSelection;
   if (option.state.testAnyFlags(QStyle::State_Sunken | QStyle::State_On)) {
     fill = fill.darker(125);
   } else if (enabled && option.state.testFlag(QStyle::State_MouseOver)) {
@@ -218,7 +220,7 @@ void Theme::drawPrimitive(PrimitiveElement element, const QStyleOption* option, 
       painter->fillRect(option->rect.adjusted(1, 1, -1, -1), kMenu);
       break;
     case PE_PanelButtonCommand:
-      drawButton(*painter, *option);
+      drawButton(*painter, *option, widget);
       break;
     case PE_IndicatorCheckBox:
       drawTick(*painter, *option);
