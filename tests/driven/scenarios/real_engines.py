@@ -219,7 +219,7 @@ def real_seven():
             started = engines[player].folder / "doomsday.started"
             until(started.exists, f"the start of {started}", 20)
             assert started.read_text().endswith("-connect\n127.0.0.1:13209\n"), started.read_text()
-    engines[host].says("Sending game setup: doom2-freedoom 1 MAP07 skill4 dm nomonsters", 5)
+    engines[guests[0]].says("skillmode: 3 monsters: no", 5)
     tell("Doomsday", begun, play)
     engines[host].signal(15)
     for guest in guests:
