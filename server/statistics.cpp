@@ -39,10 +39,10 @@ void Statistics::sample(Clock::time_point now) {
 }
 
 Status Statistics::status(Clock::time_point now) const {
-  const auto& [at, before] = samples_.front();
-  const std::chrono::duration<double> time = now - at;
+  const Sample& first = samples_.front();
+  const std::chrono::duration<double> time = now - first.at;
   const auto rate = [&](std::uint64_t Counts::*count) {
-    return std::lround(static_cast<double>(now_.*count - before.*count) /
+    return std::lround(static_cast<double>(now_.*count - first.counts.*count) /
                        std::max(time.count(), 1.0));
   };
   return {.since = since_,
