@@ -229,14 +229,29 @@ bool matches(const Row& row, std::string_view text, const frmMain& room) {
   return false;
 }
 
+const Row& rowFor(std::string_view text, const frmMain& room) {
+  return *std::ranges::find_if(kRows, [&](const Row& each) { return matches(each, text, room); });
+}
+
 }  // namespace
+
+std::vector<std::string_view> commandWords() {
+  std::vector<std::string_view> words;
+  for (const Row& row : kRows) {
+    if (!row.word.empty()) words.push_back(row.word);
+  }
+  return words;
+}
+
+bool saysCommandAloud(std::string_view text, const frmMain& room) {
+  return text.starts_with('/') && rowFor(text, room).word.empty();
+}
 
 void enterPressed(Client& client, frmMain& room) {
   const std::string text = room.txtinput.Text;
-  const auto row =
-      std::ranges::find_if(kRows, [&](const Row& each) { return matches(each, text, room); });
+  const Row& row = rowFor(text, room);
   const FaultRule rule = FaultRule::stopExcept(fault_number::kSubscript);
-  rule.handle([&] { row->run({client, room, rule, *row, text}); });
+  rule.handle([&] { row.run({client, room, rule, row, text}); });
 }
 
 }  // namespace kelvaron

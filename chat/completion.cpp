@@ -5,7 +5,8 @@
 namespace kelvaron {
 
 std::optional<Completion::Line> Completion::next(const Line& line,
-                                                 const std::vector<std::string_view>& nicks) {
+                                                 const std::vector<std::string_view>& nicks,
+                                                 const std::vector<std::string_view>& commands) {
   if (line == given_) {
     ++index_;
   } else {
@@ -17,12 +18,13 @@ std::optional<Completion::Line> Completion::next(const Line& line,
   }
   if (typed_.empty()) return std::nullopt;
   std::vector<std::string_view> fitting;
-  for (const std::string_view nick : nicks) {
-    if (upper(nick).starts_with(typed_)) fitting.push_back(nick);
+  const bool isCommand = begin_ == 0 && typed_.front() == '/';
+  for (const std::string_view each : isCommand ? commands : nicks) {
+    if (upper(each).starts_with(typed_)) fitting.push_back(each);
   }
   if (fitting.empty()) return std::nullopt;
   std::string front = line.text.substr(0, begin_);
-  front.append(fitting[index_ % fitting.size()]).append(begin_ == 0 ? ": " : " ");
+  front.append(fitting[index_ % fitting.size()]).append(begin_ == 0 && !isCommand ? ": " : " ");
   given_ = {front + behind_, front.size()};
   return given_;
 }

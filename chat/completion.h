@@ -9,7 +9,8 @@
 
 namespace kelvaron {
 
-/// Completes the beginning of a nickname, and goes on to the next that begins so.
+/// Completes the beginning of a nickname, or of a command at the start of the line, and goes on to
+/// the next that begins so.
 class Completion {
  public:
   struct Line {
@@ -19,9 +20,10 @@ class Completion {
   };
 
   /// The line with the word in front of the caret completed: ": " behind a name at the start, a
-  /// blank behind one elsewhere. For the line that it gave last it gives the next name. None when
-  /// no name begins so, without regard to case.
-  std::optional<Line> next(const Line& line, const std::vector<std::string_view>& nicks);
+  /// blank behind a command and a name elsewhere. For the line that it gave last it gives the next
+  /// name. None when no name begins so, without regard to case.
+  std::optional<Line> next(const Line& line, const std::vector<std::string_view>& nicks,
+                           const std::vector<std::string_view>& commands);
 
  private:
   std::optional<Line> given_;

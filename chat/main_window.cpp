@@ -88,6 +88,11 @@ void frmMain::writePrivateMessage(std::string_view heading, std::string_view tex
 
 void frmMain::txtinput_Change() {
   txtinput.SelColor = colors::kSpeech;
+  const std::string& text = txtinput.Text;
+  txtinput.Warning =
+      saysCommandAloud(text, *this)
+          ? text.substr(0, text.find(' ')) + " is no command and will be said to everybody"
+          : std::string();
   txtinput.SelStart = static_cast<int>(txtinput.Text.get().size());
 }
 
@@ -99,7 +104,7 @@ bool frmMain::txtinput_Complete() {
   std::vector<std::string_view> nicks;
   for (const std::string& entry : List1.entries()) nicks.push_back(nicknameOf(entry));
   const auto caret = static_cast<std::size_t>(txtinput.SelStart);
-  const auto line = completion_.next({txtinput.Text, caret}, nicks);
+  const auto line = completion_.next({txtinput.Text, caret}, nicks, commandWords());
   if (!line) return false;
   txtinput.Text = line->text;
   txtinput.SelStart = static_cast<int>(line->caret);

@@ -69,6 +69,10 @@ class RichTextLine : public TextBox {
 
   Property<Color> SelColor{*this, {}};
 
+  /// What the user should know before Enter; empty for nothing. The text shows that there is one,
+  /// and the pointer that rests on it tells.
+  Property<std::string> Warning{*this, {}};
+
   /// The Tab key: completes what stands in front of the caret. False, also when unset, when there
   /// is nothing to complete: then the keyboard moves on.
   std::function<bool()> Complete;

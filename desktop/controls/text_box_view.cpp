@@ -15,6 +15,9 @@ namespace {
 // Pixels between a box's border and its text.
 constexpr int kTextMargin = 4;
 constexpr int kEndlessWord = 4096;
+// Of a text that the user should look at before Enter.
+constexpr Color kWarned{255, 190, 92};
+constexpr std::size_t kMostOfWarning = 256;
 
 void setColors(QWidget& widget, const TextBox& box, const std::optional<Color>& text) {
   QPalette palette;
@@ -156,7 +159,13 @@ void TextLineView::refreshLook() {
     QCoreApplication::sendEvent(&edit_, &change);
   }
   std::optional<Color> color = box().ForeColor;
-  if (box().kind == ControlKind::richTextLine) color = static_cast<RichTextLine&>(box()).SelColor;
+  if (box().kind == ControlKind::richTextLine) {
+    const auto& line = static_cast<const RichTextLine&>(box());
+    const QString warning = shownText(beginningOf(line.Warning.get(), kMostOfWarning));
+    color = warning.isEmpty() ? line.SelColor.get() : kWarned;
+    edit_.setToolTip(warning);
+    edit_.setAccessibleDescription(warning);
+  }
   setColors(edit_, box(), color);
 }
 

@@ -62,17 +62,19 @@ TEST(Mentions, LinesForTheUser) {
 
 TEST(Completion, Lines) {
   const std::vector<std::string_view> nicks = {"ann", "Anna", "bob", "\xC9va"};
+  const std::vector<std::string_view> commands = {"/KISSME", "/KISS", "/PING"};
   // The caret stands at the bar.
   using Case = std::pair<std::string, std::vector<const char*>>;
   for (const auto& [before, after] :
        {Case{"an|", {"ann: |", "Anna: |", "ann: |"}}, Case{"B|", {"bob: |"}},
         Case{"hi an| there", {"hi ann | there", "hi Anna | there"}}, Case{"hi |", {nullptr}},
+        Case{"/ki|", {"/KISSME |", "/KISS |", "/KISSME |"}}, Case{"hi /ki|", {nullptr}},
         Case{"\xE9|", {"\xC9va: |"}}, Case{"|an", {nullptr}}, Case{"zed|", {nullptr}}}) {
     Completion completion;
     const std::size_t bar = before.find('|');
     Completion::Line line{std::string(before).erase(bar, 1), bar};
     for (const char* wanted : after) {
-      const auto next = completion.next(line, nicks);
+      const auto next = completion.next(line, nicks, commands);
       ASSERT_EQ(next.has_value(), wanted != nullptr) << before;
       if (!next) break;
       line = *next;
@@ -81,8 +83,9 @@ TEST(Completion, Lines) {
   }
   // A name that was typed on from is a beginning again.
   Completion completion;
-  const auto first = completion.next({"an", 2}, nicks);
-  EXPECT_EQ(completion.next({first->text + "b", first->caret + 1}, nicks)->text, "ann: bob ");
+  const auto first = completion.next({"an", 2}, nicks, commands);
+  EXPECT_EQ(completion.next({first->text + "b", first->caret + 1}, nicks, commands)->text,
+            "ann: bob ");
 }
 
 }  // namespace

@@ -26,6 +26,26 @@ class Commands : public ClientTest {
   std::string status() { return room().Label7.Caption; }
 };
 
+TEST_F(Commands, WhatLooksLikeOneAndIsNoneIsMarked) {
+  for (const auto& [text, marked] : {std::pair{"/pm bob secret", true},
+                                     {"/", true},
+                                     {"/? ", true},
+                                     {"/?", false},
+                                     {"", false},
+                                     {"/kick ann", false},
+                                     {"a/b", false},
+                                     {" /me", false}}) {
+    desktop.edge.run([&, typed = text] { room().txtinput.Text = typed; });
+    EXPECT_EQ(!room().txtinput.Warning.get().empty(), marked) << text;
+  }
+  room().txtinput.Text = "/pm bob secret";
+  EXPECT_EQ(room().txtinput.Warning.get(), "/pm is no command and will be said to everybody");
+  // Who is away says even commands that are compared later.
+  room().Label7.Caption = "AWAY";
+  room().txtinput.Text = "/slap ann";
+  EXPECT_FALSE(room().txtinput.Warning.get().empty());
+}
+
 TEST_F(Commands, LinesWhilePresent) {
   const std::vector<std::pair<std::string, std::string>> cases = {
       {"hello all", "Message|bob: |hello all"},

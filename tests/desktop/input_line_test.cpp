@@ -78,6 +78,18 @@ TEST_F(InputLine, KeysReachTheChatView) {
   EXPECT_FALSE(edit.hasFocus()) << "the find bar has the keyboard";
 }
 
+TEST_F(InputLine, AMistypedCommandIsMarked) {
+  const QColor usual = edit.palette().color(QPalette::Text);
+  QTest::keyClicks(&edit, "/pm ann");
+  EXPECT_EQ(edit.toolTip(), "/pm is no command and will be said to everybody");
+  EXPECT_NE(edit.palette().color(QPalette::Text), usual);
+  edit.setText("/pi");
+  key(Qt::Key_Tab);
+  EXPECT_EQ(edit.text(), "/PING ");
+  EXPECT_EQ(edit.toolTip(), "");
+  EXPECT_EQ(edit.palette().color(QPalette::Text), usual);
+}
+
 TEST_F(InputLine, WhatIsTooLongIsRefusedWithASentence) {
   QTest::keyClicks(&edit, "before");
   whenBoxOpens([](QWidget& box) { box.close(); });
