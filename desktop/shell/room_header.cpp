@@ -22,7 +22,7 @@ constexpr int kNarrowestLogo = 80;
 // Of the head's height: what stands above the lines and below, 8 of 76 pixels as designed.
 constexpr qreal kMarginShare = 8.0 / 76;
 
-struct Line {
+struct HeadLine {
   const Label* caption;
   const Label* value;
 };
@@ -55,14 +55,14 @@ void RoomHeader::layOut(const QFont& font) const {
 
   QFont lineFont = font;
   lineFont.setPointSizeF(smallest);
-  std::vector<Line> lines = {{&room_.Label2, &room_.Label1}, {&room_.Label4, &room_.Label7}};
+  std::vector<HeadLine> lines = {{&room_.Label2, &room_.Label1}, {&room_.Label4, &room_.Label7}};
   const bool allLines = 3 * QFontMetrics(lineFont).height() <= height - margin;
   if (allLines) lines.insert(lines.begin() + 1, {&room_.Label5, &room_.Label6});
   const int lineHeight = (height - 2 * margin) / static_cast<int>(lines.size());
 
   const auto captionsWidth = [&](const QFont& each) {
     int width = 0;
-    for (const Line& line : lines) width = std::max(width, widthOf(each, *line.caption));
+    for (const HeadLine& line : lines) width = std::max(width, widthOf(each, *line.caption));
     return width;
   };
   const auto valuesWidth = [](const QFont& each) {
@@ -94,7 +94,7 @@ void RoomHeader::layOut(const QFont& font) const {
   const int rightmost = std::max(leftmost, right - valuesWidth(lineFont));
   const int values = std::clamp(toPixels(room_.Label1.Left), leftmost, rightmost);
   int top = margin;
-  for (const Line& line : lines) {
+  for (const HeadLine& line : lines) {
     place(*line.caption, {values - kGap - captions, top, captions, lineHeight}, lineFont);
     place(*line.value, {values, top, std::max(0, right - values), lineHeight}, lineFont);
     top += lineHeight;
