@@ -93,17 +93,22 @@ std::string nameOf(const std::string& program) {
   return program.ends_with("crispy-doom") ? "Crispy Doom" : "Chocolate Doom";
 }
 
-/// A guest's ends when its host's has, which the guest's own notices late and doesn't say.
-void playChocolate(const std::string& program, Words words, const std::string& host) {
+/// A guest's game ends when its host's has, which engines notice late or don't say.
+template <class Answers>
+void runWhile(Programs& programs, Answers answers) {
   constexpr int kMostUnanswered = 4;
+  for (int unanswered = 0; runFor(programs, 2s);) {
+    unanswered = answers() ? 0 : unanswered + 1;
+    if (unanswered == kMostUnanswered) throw Failure("the host has ended the game");
+  }
+}
+
+void playChocolate(const std::string& program, Words words, const std::string& host) {
   words.insert(words.begin(), program);
   Programs programs;
   programs.start(Role::game, nameOf(program), std::move(words));
   if (host.empty()) return runGame(programs);
-  for (int unanswered = 0; runFor(programs, 2s);) {
-    unanswered = chocolateAt(host) ? 0 : unanswered + 1;
-    if (unanswered == kMostUnanswered) throw Failure("the host has ended the game");
-  }
+  runWhile(programs, [&] { return chocolateAt(host).has_value(); });
 }
 
 void startDoomsday(Programs& programs, const GameCommand& command, const std::string& address,
@@ -112,7 +117,7 @@ void startDoomsday(Programs& programs, const GameCommand& command, const std::st
   Words words = doomsdayGameWords(command, folder, address);
   words.insert(words.begin(), located("doomsday", need));
   programs.start(Role::game, "Doomsday", std::move(words));
-  runGame(programs);
+  runWhile(programs, [&] { return doomsdayListens(address); });
 }
 
 /// A game for others, which ends with the host's own.
