@@ -32,20 +32,18 @@ class EventGate : NonCopyable {
   template <class Handler>
   void run(Handler&& handler) {
     const Hold hold(*this);
-    ++userActions_;
     edge_.run(std::forward<Handler>(handler));
-    --userActions_;
   }
 
   /// Runs what no user asked for, such as a timer's event.
   template <class Handler>
   void runUnattended(Handler&& handler) {
     const Hold hold(*this);
-    edge_.run(std::forward<Handler>(handler));
+    edge_.runUnasked(std::forward<Handler>(handler));
   }
 
   bool quiet() const { return depth_ == 0; }
-  bool userActs() const { return userActions_ > 0; }
+  bool userActs() const { return edge_.userActs(); }
   Edge& edge() const { return edge_; }
 
   /// The last handler has returned. Must not throw.
@@ -54,7 +52,6 @@ class EventGate : NonCopyable {
  private:
   Edge& edge_;
   int depth_ = 0;
-  int userActions_ = 0;
 };
 
 }  // namespace kelvaron

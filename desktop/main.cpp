@@ -85,12 +85,13 @@ int main(int argc, char** argv) {
                                                                 .player = radio,
                                                                 .echo = echo,
                                                                 .streams = streams,
-                                                                .localHost = localHost});
+                                                                .localHost = localHost,
+                                                                .loop = loop});
   const Shell shell(*client, gate);
   const CaretRest caretRest(kCaretBlinks);
   QTimer::singleShot(kIconDelay, [] { QApplication::setWindowIcon(programIcon()); });
   if (!folders.problem.empty()) {
-    edge.run([&] { client->MsgBox(fromUtf8(folders.problem), box_style::kExclamation); });
+    edge.runUnasked([&] { client->MsgBox(fromUtf8(folders.problem), box_style::kExclamation); });
   }
   start(*client);
   return edge.ended() ? 0 : QApplication::exec();

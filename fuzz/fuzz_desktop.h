@@ -4,6 +4,8 @@
 #include <algorithm>
 #include <chrono>
 #include <cstddef>
+#include <deque>
+#include <functional>
 #include <memory>
 #include <optional>
 #include <string>
@@ -40,17 +42,39 @@ class FuzzSocket : public Socket {
   SocketState State() const override { return state_; }
   std::string LocalIP() const override { return "127.0.0.1"; }
   std::uint16_t LocalPort() const override { return 0; }
-  void PutBack(std::string_view unread) override {
-    received.insert(0, unread);
-    comesAgain = true;
-  }
   void HoldBackUnfinishedLine(std::chrono::milliseconds) override {}
 
   std::string received;
-  bool comesAgain = false;
 
  private:
   SocketState state_ = SocketState::closed;
+};
+
+/// Timers that are due whenever the fuzzer says so.
+class FuzzLoop : public EventLoop {
+ public:
+  std::unique_ptr<LoopWatch> watch(int, Readiness, std::function<void()>) override {
+    return std::make_unique<LoopWatch>();
+  }
+  std::unique_ptr<LoopWatch> after(std::chrono::milliseconds, std::function<void()> due) override {
+    auto timer = std::make_unique<Timer>();
+    timer->due = std::make_shared<std::function<void()>>(std::move(due));
+    waiting_.push_back(timer->due);
+    return timer;
+  }
+  void run() {
+    while (!waiting_.empty()) {
+      const auto next = waiting_.front().lock();
+      waiting_.pop_front();
+      if (next) (*next)();
+    }
+  }
+
+ private:
+  struct Timer : LoopWatch {
+    std::shared_ptr<std::function<void()>> due;
+  };
+  std::deque<std::weak_ptr<std::function<void()>>> waiting_;
 };
 
 /// A file that came, in memory.
@@ -81,7 +105,8 @@ class FuzzDesktop : SocketPort,
                                       .player = player,
                                       .echo = *this,
                                       .streams = *this,
-                                      .localHost = *this})),
+                                      .localHost = *this,
+                                      .loop = loop})),
         chat(newest) {
     edge.run([this] { client->form<frmMain>().Show(); });
     edge.run([this] { client->sckClient().Connect("", 0); });
@@ -93,12 +118,11 @@ class FuzzDesktop : SocketPort,
     // A handler may have closed the connection; the user connects again.
     edge.run([this] { client->sckClient().Connect("", 0); });
     chat->received = bytes;
-    do {
-      chat->comesAgain = false;
-      chat->onDataArrival();
-    } while (chat->comesAgain);
+    chat->onDataArrival();
+    loop.run();
   }
 
+  FuzzLoop loop;
   testing::EmptyRegistry registry;
   testing::SilentPlayer player;
   Edge edge;

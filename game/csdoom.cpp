@@ -66,7 +66,8 @@ bool mayJoin(Client& client, const std::string& address) {
            client.confirm("The address of the CSDoom game is not an address: \"" + address +
                           "\".\r\nStart the game all the same?");
   }
-  if (std::exchange(join.questionDuring, client.arrivalsHandled()) == client.arrivalsHandled()) {
+  if (std::exchange(join.questionDuring, client.arrivals().handled()) ==
+      client.arrivals().handled()) {
     return false;
   }
   return client.confirm("The server wants to start the CSDoom game at the address \"" + address +

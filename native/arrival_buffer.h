@@ -25,11 +25,6 @@ class ArrivalBuffer {
   void renewTail(Time now) { tailSince_ = now; }
   /// Takes all that has arrived; the tail stays.
   std::string take();
-  /// Puts bytes in front that `take` gave.
-  void putBack(std::string_view bytes) {
-    bytes_.insert(0, bytes);
-    arrived_ += bytes.size();
-  }
   void clear();
 
   /// Bytes that `take` would give.

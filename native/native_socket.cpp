@@ -163,15 +163,6 @@ std::string NativeSocket::GetData() {
   return data;
 }
 
-void NativeSocket::PutBack(std::string_view unread) {
-  if (state_ == SocketState::closed || state_ == SocketState::failed) return;
-  arrivals_.putBack(unread);
-  againTimer_ = loop_.after(kNow, liveness_.guard([this] {
-    againTimer_.reset();
-    if (arrivals_.arrived() > 0) raise(onDataArrival);
-  }));
-}
-
 bool NativeSocket::full() const {
   const bool answers = holdBack_ > kNow && queue_.size() > kUnsentLimit;
   return answers || arrivals_.size() >= kUnreadLimit;
@@ -322,7 +313,6 @@ void NativeSocket::dropWatches() {
   writeWatch_.reset();
   sendTimer_.reset();
   tailTimer_.reset();
-  againTimer_.reset();
   endTimer_.reset();
 }
 

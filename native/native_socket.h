@@ -46,7 +46,6 @@ class NativeSocket : public Socket {
   SocketState State() const override { return state_; }
   std::string LocalIP() const override;
   std::uint16_t LocalPort() const override { return localPort_; }
-  void PutBack(std::string_view unread) override;
   void HoldBackUnfinishedLine(std::chrono::milliseconds limit) override;
 
  private:
@@ -99,8 +98,7 @@ class NativeSocket : public Socket {
   std::unique_ptr<LoopWatch> writeWatch_;  // set while the system takes no more
   std::unique_ptr<LoopWatch> sendTimer_;   // set from a SendData to the end of its turn
   std::unique_ptr<LoopWatch> tailTimer_;
-  std::unique_ptr<LoopWatch> againTimer_;  // set when bytes were put back
-  std::unique_ptr<LoopWatch> endTimer_;    // set when the stream has ended and that is to be raised
+  std::unique_ptr<LoopWatch> endTimer_;  // set when the stream has ended and that is to be raised
 };
 
 /// Makes sockets that can accept from one another.

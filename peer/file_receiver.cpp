@@ -44,8 +44,9 @@ Frm_Client::Frm_Client(Client& client)
 
 void Frm_Client::Form_Load() {
   Txt_File.Text = received("");
-  localHost_ = client_.ports.localHost.localHostAddress(
-      [this](const LocalHostAnswer& answer) { client_.edge.run([&] { showLocalHost(answer); }); });
+  localHost_ = client_.ports.localHost.localHostAddress([this](const LocalHostAnswer& answer) {
+    client_.edge.runUnasked([&] { showLocalHost(answer); });
+  });
   // Last, as it may open a box, which the user closes when he likes.
   Btn_Listen.Click();
 }

@@ -68,7 +68,7 @@ void Pingme::ping() {
   const std::string address = Label3.Caption;
   echo_ = client_.ports.echo.send(addressToLong(address), kData, kTimeOut,
                                   [this, address](const EchoOutcome& outcome) {
-                                    client_.edge.run([&] {
+                                    client_.edge.runUnasked([&] {
                                       // The form may meanwhile be about somebody else.
                                       if (address == Label3.Caption.get()) show(outcome);
                                     });

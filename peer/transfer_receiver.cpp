@@ -6,10 +6,10 @@ namespace kelvaron {
 
 TransferReceiver::TransferReceiver(SocketPort& sockets, FileStreams& streams, Edge& edge)
     : streams_(streams), edge_(edge), socket_(sockets.makeSocket()) {
-  socket_->onConnectionRequest = [this](int id) { edge_.run([this, id] { accept(id); }); };
-  socket_->onDataArrival = [this] { edge_.run([this] { arrived(); }); };
-  socket_->onClose = [this] { edge_.run([this] { ended(); }); };
-  socket_->onError = [this](int, const std::string&) { edge_.run([this] { ended(); }); };
+  socket_->onConnectionRequest = [this](int id) { edge_.runUnasked([this, id] { accept(id); }); };
+  socket_->onDataArrival = [this] { edge_.runUnasked([this] { arrived(); }); };
+  socket_->onClose = [this] { edge_.runUnasked([this] { ended(); }); };
+  socket_->onError = [this](int, const std::string&) { edge_.runUnasked([this] { ended(); }); };
 }
 
 void TransferReceiver::listen(std::uint16_t port) {

@@ -21,10 +21,10 @@ std::int64_t lengthToAnnounce(const FileReader& file, const std::string& path) {
 
 TransferSender::TransferSender(SocketPort& sockets, FileStreams& streams, Edge& edge)
     : streams_(streams), edge_(edge), socket_(sockets.makeSocket()) {
-  socket_->onConnect = [this] { edge_.run([this] { connected(); }); };
-  socket_->onSendComplete = [this] { edge_.run([this] { sendComplete(); }); };
-  socket_->onClose = [this] { edge_.run([this] { lost(); }); };
-  socket_->onError = [this](int, const std::string&) { edge_.run([this] { lost(); }); };
+  socket_->onConnect = [this] { edge_.runUnasked([this] { connected(); }); };
+  socket_->onSendComplete = [this] { edge_.runUnasked([this] { sendComplete(); }); };
+  socket_->onClose = [this] { edge_.runUnasked([this] { lost(); }); };
+  socket_->onError = [this](int, const std::string&) { edge_.runUnasked([this] { lost(); }); };
   // Nothing is meant to come back; what does is dropped.
   socket_->onDataArrival = [this] { socket_->GetData(); };
 }

@@ -19,21 +19,16 @@ class Edge {
   /// the event loop (a box, `DoEvents`).
   template <class Handler>
   void run(Handler&& handler) {
-    if (ended_) return;
-    ++depth_;
-    try {
-      std::forward<Handler>(handler)();
-    } catch (const ProgramEnd&) {
-      end();
-    } catch (const Fault& fault) {
-      report(fault);
-    } catch (const std::exception& unforeseen) {
-      report(Fault(fault_number::kInvalidCall, unforeseen.what()));
-    }
-    --depth_;
-    if (depth_ == 0 && onIdle) onIdle();
+    enter(std::forward<Handler>(handler), true);
+  }
+  /// The same for what no press or key of the user has called: sockets, timers, other programs.
+  template <class Handler>
+  void runUnasked(Handler&& handler) {
+    enter(std::forward<Handler>(handler), false);
   }
 
+  /// Whether what runs now, the innermost of what runs, was called by the user.
+  bool userActs() const { return userActs_; }
   bool ended() const { return ended_; }
 
   /// Called by ports when a nested event loop returns: throws `ProgramEnd` if the program ended
@@ -48,11 +43,31 @@ class Edge {
   std::function<void()> onIdle;
 
  private:
+  template <class Handler>
+  void enter(Handler&& handler, bool byUser) {
+    if (ended_) return;
+    ++depth_;
+    const bool outer = std::exchange(userActs_, byUser);
+    try {
+      std::forward<Handler>(handler)();
+    } catch (const ProgramEnd&) {
+      end();
+    } catch (const Fault& fault) {
+      report(fault);
+    } catch (const std::exception& unforeseen) {
+      report(Fault(fault_number::kInvalidCall, unforeseen.what()));
+    }
+    userActs_ = outer;
+    --depth_;
+    if (depth_ == 0 && onIdle) onIdle();
+  }
   void end() {
     if (std::exchange(ended_, true)) return;
     if (onEnd) onEnd();
   }
+  // Whatever the user did, he did not ask for a fault.
   void report(const Fault& fault) {
+    userActs_ = false;
     try {
       if (onFault) onFault(fault);
     } catch (const ProgramEnd&) {
@@ -61,6 +76,7 @@ class Edge {
   }
 
   int depth_ = 0;
+  bool userActs_ = false;
   bool ended_ = false;
 };
 

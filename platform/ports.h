@@ -6,6 +6,7 @@
 #include <string_view>
 
 #include "platform/echo.h"
+#include "platform/event_loop.h"
 #include "platform/file_streams.h"
 #include "platform/local_host.h"
 #include "platform/media_player.h"
@@ -120,6 +121,7 @@ struct Ports {
   EchoPort& echo;
   FileStreams& streams;
   LocalHostPort& localHost;
+  EventLoop& loop;
 };
 
 }  // namespace kelvaron

@@ -42,10 +42,6 @@ class Socket : NonCopyable {
   /// All that has arrived and was not read yet; empty if nothing has. After the other side's end
   /// and after a failure it still gives what came before, until `Close` drops it.
   virtual std::string GetData() = 0;
-  /// Gives bytes back that `GetData` gave and that nobody has handled yet: they come again, in
-  /// front of all others, with an `onDataArrival` in a later turn. Nothing where the socket is
-  /// closed.
-  virtual void PutBack(std::string_view unread) = 0;
   /// Ends the connection or the listening, at once and without an event. What `SendData` took is
   /// still delivered by the system where it fits its buffers. Never faults.
   virtual void Close() = 0;

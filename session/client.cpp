@@ -24,29 +24,21 @@ Client::Client(Edge& atEdge, const Ports& usedPorts, std::span<const InboundRow>
                const MainWindowSlot& mainWindow)
     : edge(atEdge),
       ports(usedPorts),
-      inbound_(inbound),
       mainWindow_(mainWindow),
-      sckClient_(usedPorts.sockets.makeSocket()) {
+      sckClient_(usedPorts.sockets.makeSocket()),
+      arrivals_(*this, inbound) {
   sckClient_->HoldBackUnfinishedLine(kUnfinishedLineLimit);
-  sckClient_->onConnect = [this] { edge.run([this] { sckClient_Connect(*this); }); };
-  sckClient_->onDataArrival = [this] { edge.run([this] { arrival(); }); };
-  sckClient_->onClose = [this] {
-    edge.run([this] {
-      if (handlingArrival_) {
-        closeWaits_ = true;
-      } else {
-        sckClient_Close(*this);
-      }
-    });
-  };
+  sckClient_->onConnect = [this] { edge.runUnasked([this] { sckClient_Connect(*this); }); };
+  sckClient_->onDataArrival = [this] { edge.runUnasked([this] { arrivals_.arrived(); }); };
+  sckClient_->onClose = [this] { edge.runUnasked([this] { arrivals_.closed(); }); };
   sckClient_->onError = [this](int number, const std::string& description) {
-    edge.run([&] { sckClient_Error(*this, number, description); });
+    edge.runUnasked([&] { arrivals_.failed(number, description); });
   };
   ports.processes.onTrouble = [this](const std::string& text) {
-    edge.run([&] { tellTrouble(text); });
+    edge.runUnasked([&] { tellTrouble(text); });
   };
   ports.player.onTrouble = [this](const std::string& text) {
-    edge.run([&] { MsgBox(text, box_style::kExclamation); });
+    edge.runUnasked([&] { MsgBox(text, box_style::kExclamation); });
   };
   edge.onFault = [this](const Fault& fault) { MsgBox(fault.what(), box_style::kCritical); };
   edge.onIdle = [this] { slots.collect(); };
@@ -72,17 +64,16 @@ bool Client::confirm(const std::string& text) {
 }
 
 BoxAnswer Client::show(BoxRequest box) {
-  const bool byLine = handlingArrival_;
+  const bool byLine = arrivals_.handling();
   if (byLine) {
     if (now() - boxClosed_ > kBetweenBoxesOfARow) boxesInARow_ = 0;
     box.offersDisconnect = ++boxesInARow_ > kBoxesWithoutWayOut;
   }
-  box.unasked = byLine || troubleOpen_;
+  box.unasked = !edge.userActs();
   const BoxAnswer answer = ports.dialogs.show(box);
   if (byLine) boxClosed_ = now();
   if (answer == BoxAnswer::disconnect) {
     boxesInARow_ = 0;
-    arrivalDropped_ = true;
     disconnect(*this);
   }
   return answer;
@@ -104,43 +95,20 @@ void Client::tellTrouble(const std::string& text) {
   }
 }
 
-/// Handles what was read, and puts back what takes too long. Whether all was handled.
-bool Client::handled(const std::string& received) {
-  // What was put back stands in front of what has come since, and is a read of its own still.
-  const Left before = std::exchange(left_, {});
-  const std::size_t old = before.connection == connectionsMade ? before.bytes : 0;
-  const std::string_view all = received;
-  std::size_t done = 0;
-  const auto handle = [&](std::size_t end, const FaultRule& rule) {
-    const ArrivalRest rest = handleArrival(*this, all.substr(done, end - done), inbound_, rule);
-    done = end - rest.lines.size();
-    if (rest.lines.empty()) return true;
-    left_ = {rest.lines.size(), connectionsMade, rest.rule};
-    sckClient_->PutBack(all.substr(done));
-    return false;
-  };
-  if (old > 0 && !handle(old, before.rule)) return false;
-  return arrivalDropped_ || handle(all.size(), FaultRule::stop());
+void Client::connect(const std::string& host) {
+  leaveConnection();
+  sckClient_->Connect(host, kChatPort);
 }
 
-void Client::arrival() {
-  if (std::exchange(handlingArrival_, true)) {
-    arrivalWaits_ = true;
-    return;
-  }
-  const ScopeExit done([this] { handlingArrival_ = false; });
-  arrivalDropped_ = false;
+void Client::leaveConnection() {
+  arrivals_.drop();
+  sckClient_->Close();
+}
 
-  do {
-    arrivalWaits_ = false;
-    if (!handled(sckClient_->GetData())) return;
-  } while (arrivalWaits_ && !arrivalDropped_);
-  ++arrivalsHandled_;
-  // A handler may have closed the connection from this side, which makes the other side's close
-  // nobody's business.
-  if (std::exchange(closeWaits_, false) && sckClient_->State() == SocketState::peerClosing) {
-    sckClient_Close(*this);
-  }
+void Client::closeConnection() {
+  if (arrivals_.dropped()) return;
+  sckClient_->Close();
+  arrivals_.connectionClosed();
 }
 
 void start(Client& client) {

@@ -16,7 +16,7 @@
 #include "platform/edge.h"
 #include "platform/form_slots.h"
 #include "platform/ports.h"
-#include "session/dispatch.h"
+#include "session/arrival_queue.h"
 
 namespace kelvaron {
 
@@ -70,8 +70,17 @@ class Client : NonCopyable {
   /// Whether the main window is on the screen; makes none.
   bool mainWindowShown() const;
 
-  /// The one connection to the chat server.
+  /// The one connection to the chat server; made and closed by the two below.
   Socket& sckClient() { return *sckClient_; }
+  /// Begins to connect, in place of the connection before.
+  void connect(const std::string& host);
+  /// The user's own: closes it, and what came over it counts no more.
+  void leaveConnection();
+  /// A line's: closes the connection that it came over, unless the user has left that one
+  /// meanwhile. Lines that were read with it have their turn still.
+  void closeConnection();
+  /// What comes over the connection.
+  ArrivalQueue& arrivals() { return arrivals_; }
   /// Sends one line (see outbound.h) at once. Fault 40006 without a connection.
   void send(const std::string& line) { sckClient_->SendData(line); }
 
@@ -81,10 +90,6 @@ class Client : NonCopyable {
   /// A question with the application's title, of which No is the default. Whether it was Yes.
   bool confirm(const std::string& text);
 
-  /// The rest of what arrived counts no more: the user has left a row of boxes by "Disconnect".
-  bool arrivalDropped() const { return arrivalDropped_; }
-  /// How often all that had arrived was handled.
-  std::uint64_t arrivalsHandled() const { return arrivalsHandled_; }
   /// How often the connection to the chat server was made.
   std::uint64_t connectionsMade = 0;
   /// The connection whose message of the day was shown last.
@@ -98,28 +103,12 @@ class Client : NonCopyable {
 
  private:
   BoxAnswer show(BoxRequest box);
-  void arrival();
-  bool handled(const std::string& received);
   void tellTrouble(const std::string& text);
 
-  std::span<const InboundRow> inbound_;
   MainWindowSlot mainWindow_;
   std::unique_ptr<Socket> sckClient_;
+  ArrivalQueue arrivals_;
   std::map<std::type_index, std::shared_ptr<void>> lasting_;
-  // A box in a handler of an inbound line lets events run. What the socket tells meanwhile waits,
-  // so that lines are handled in their order.
-  bool handlingArrival_ = false;
-  bool arrivalWaits_ = false;
-  bool closeWaits_ = false;
-  bool arrivalDropped_ = false;
-  // What the last turn put back: the first bytes of the next read of the same connection.
-  struct Left {
-    std::size_t bytes = 0;
-    std::uint64_t connection = 0;
-    FaultRule rule = FaultRule::stop();
-  };
-  Left left_;
-  std::uint64_t arrivalsHandled_ = 0;
   // Boxes in a row that lines caused, and when the last of them was closed.
   int boxesInARow_ = 0;
   std::chrono::steady_clock::time_point boxClosed_{};

@@ -36,15 +36,12 @@ void sckClient_Error(Client& client, int number, const std::string& description)
 }
 
 void disconnect(Client& client) {
-  client.sckClient().Close();
+  client.leaveConnection();
   client.mainWindow().output().Content.clear();
   client.mainWindow().users().Clear();
 }
 
-void reconnect(Client& client) {
-  client.sckClient().Close();
-  client.sckClient().Connect(client.serverAddress, kChatPort);
-}
+void reconnect(Client& client) { client.connect(client.serverAddress); }
 
 void quit(Client& client) {
   disconnect(client);

@@ -10,8 +10,6 @@ namespace kelvaron {
 namespace {
 
 constexpr std::chrono::minutes kBetweenMissingProfiles{1};
-// Lines of one turn take so long at most, and the one that is at work then.
-constexpr std::chrono::milliseconds kLongestTurn{10};
 
 void handleLine(Client& client, std::string_view text, FaultRule& rule,
                 std::span<const InboundRow> table) {
@@ -35,25 +33,27 @@ bool mayTellMissingProfile(Client& client) {
 
 }  // namespace
 
-ArrivalRest handleArrival(Client& client, std::string_view received,
-                          std::span<const InboundRow> table, FaultRule rule) {
-  const auto until = client.now() + kLongestTurn;
-  bool late = false;
+void handleArrival(Client& client, ArrivalRead& read, std::span<const InboundRow> table,
+                   std::chrono::steady_clock::time_point until) {
   const std::optional<Fault> fault = FaultRule::stop().handle([&] {
-    for (std::size_t end = 0; (end = received.find(kLineEnd)) != std::string_view::npos;) {
-      const std::string_view line = received.substr(0, end);
-      received.remove_prefix(end + kLineEnd.size());
-      rule.step([&] { handleLine(client, line, rule, table); });
-      if (client.arrivalDropped()) return;
-      if ((late = client.now() >= until)) return;
-    }
+    do {
+      const std::size_t end = read.lines.find(kLineEnd);
+      if (end == std::string_view::npos) break;
+      const std::string_view line = read.lines.substr(0, end);
+      read.lines.remove_prefix(end + kLineEnd.size());
+      read.rule.step([&] { handleLine(client, line, read.rule, table); });
+      if (client.arrivals().dropped()) break;
+      if (client.now() >= until) return;
+    } while (true);
+    read.lines = {};
   });
-  if (fault && fault->number() == fault_number::kFileNotFound && mayTellMissingProfile(client)) {
+  if (!fault) return;
+  read.lines = {};
+  if (fault->number() == fault_number::kFileNotFound && mayTellMissingProfile(client)) {
     client.MsgBox(
         "Someone is trying to view your profile But you havent made one. Please create it to avoid "
         "seeing this message");
   }
-  return {late ? received : std::string_view(), rule};
 }
 
 }  // namespace kelvaron

@@ -1,6 +1,7 @@
 // What arrives from the chat server: cut into lines and fields, each line given to its handler.
 #pragma once
 
+#include <chrono>
 #include <span>
 #include <string_view>
 
@@ -28,20 +29,21 @@ struct InboundRow {
   InboundHandler handler;
 };
 
-/// What a turn leaves of an arrival when its lines have taken 10 ms.
-struct ArrivalRest {
-  /// A part of what arrived, from the beginning of a line on; empty when all was handled.
+/// What is left to handle of one read: of all that the socket held at one moment.
+struct ArrivalRead {
+  /// From the beginning of a line on.
   std::string_view lines;
   /// The fault rule that these lines are under.
-  FaultRule rule;
+  FaultRule rule = FaultRule::stop();
 };
 
-/// Handles all that arrived in one read: cuts it at every CR LF, drops what stands behind the last
-/// one, and runs each line's handler. A line of an unknown keyword is passed over. A fault ends the
-/// rest of the read, quietly but for a missing file (told once a minute at most), unless a handler
-/// has set the rule that goes on. `rule` is the one to begin with: of a new read `stop`, of a rest
-/// what came with it.
-ArrivalRest handleArrival(Client& client, std::string_view received,
-                          std::span<const InboundRow> table, FaultRule rule = FaultRule::stop());
+/// Handles lines of a read and takes them off its front: cuts at every CR LF, drops what stands
+/// behind the last one, and runs each line's handler. A line of an unknown keyword is passed over.
+/// A fault ends the rest of the read, quietly but for a missing file (told once a minute at most),
+/// unless a handler has set the rule that goes on. Ends early at `until`, behind the line that is
+/// at work then, and when the client drops what arrived.
+void handleArrival(
+    Client& client, ArrivalRead& read, std::span<const InboundRow> table,
+    std::chrono::steady_clock::time_point until = std::chrono::steady_clock::time_point::max());
 
 }  // namespace kelvaron

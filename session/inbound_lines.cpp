@@ -25,7 +25,7 @@ void onBanUser(InboundContext& context) {
                       "!\r\n\r\nReason: " + field(context, 2),
                   box_style::kExclamation, "Banned from Kelvaron!");
   });
-  client.sckClient().Close();
+  client.closeConnection();
 }
 
 void onBad(InboundContext& context) {
@@ -33,14 +33,14 @@ void onBad(InboundContext& context) {
       "To avoid confusion you are unable to login as QZN or Sorrel. Please relogin, using a "
       "different nickname.",
       box_style::kPlain, "Sorry!");
-  context.client.sckClient().Close();
+  context.client.closeConnection();
 }
 
 void onBanned(InboundContext& context) {
   context.client.MsgBox("You have been banned from Kelvaron! If this is a mistake contact QZN at " +
                             std::string(build::kContactAddress) + " or Sorrel to dispute it.",
                         box_style::kInformation, "You have been banned!");
-  context.client.sckClient().Close();
+  context.client.closeConnection();
 }
 
 void onMsgBox(InboundContext& context) {
@@ -61,7 +61,7 @@ void onKicked(InboundContext& context) {
 void onDouble(InboundContext& context) {
   Client& client = context.client;
   client.MsgBox("Another users has chosen that name. Please use a different name");
-  client.sckClient().Close();
+  client.closeConnection();
   if (auto* login = client.loadedForm<frmLogin>()) client.slots.unload(*login);
   client.form<frmLogin>().Show();
 }

@@ -135,7 +135,7 @@ void frmLogin::connectToServer(const std::string& name) {
   txtServerIP.Text = address;
   client_.serverAddress = address;
   client_.mainWindow();
-  client_.sckClient().Connect(address, kChatPort);
+  client_.connect(address);
 }
 
 void frmLogin::connectionError() {
@@ -145,7 +145,7 @@ void frmLogin::connectionError() {
   Caption = std::string(kCaption);
   // The room is made here at the latest, and takes its shown name from what stands in the box.
   client_.mainWindow();
-  client_.sckClient().Close();
+  client_.leaveConnection();
 }
 
 void frmLogin::setWaiting(bool waiting) {
@@ -156,7 +156,7 @@ void frmLogin::setWaiting(bool waiting) {
 }
 
 void frmLogin::cmdCancel_Click() {
-  client_.sckClient().Close();
+  client_.leaveConnection();
   client_.ports.application.End();
 }
 

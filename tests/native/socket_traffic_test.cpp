@@ -253,17 +253,5 @@ TEST_F(SocketTraffic, TailIsNotReleasedWhileReadingIsPaused) {
   EXPECT_EQ(client.received, lines);
 }
 
-TEST_F(SocketTraffic, WhatWasPutBackComesAgainInFrontOfTheRest) {
-  client.reads = false;
-  peer.send("one\r\ntwo\r\n");
-  runUntil([&] { return client.saw("data"); });
-  EXPECT_EQ(socket.GetData(), "one\r\ntwo\r\n");
-  client.reads = true;
-  socket.PutBack("two\r\n");
-  peer.send("three\r\n");
-  runUntilReceived(12);
-  EXPECT_EQ(client.received, "two\r\nthree\r\n");
-}
-
 }  // namespace
 }  // namespace kelvaron::testing

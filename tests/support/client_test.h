@@ -77,7 +77,10 @@ class ClientTest : public FreshClientTest {
   }
   /// One arrival with just these bytes.
   void arrive(std::string_view bytes) {
-    desktop.edge.run([&] { handleArrival(*desktop.client, bytes, inboundTable()); });
+    desktop.edge.runUnasked([&] {
+      ArrivalRead read{.lines = bytes};
+      handleArrival(*desktop.client, read, inboundTable());
+    });
   }
 };
 

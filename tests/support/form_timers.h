@@ -37,7 +37,7 @@ class FormTimers {
     next = loop_.after(std::chrono::milliseconds(timer.Interval), [this, &timer] {
       next_[&timer].reset();
       refresh(timer);
-      edge_.run([&timer] { timer.Tick(); });
+      edge_.runUnasked([&timer] { timer.Tick(); });
     });
   }
 

@@ -18,7 +18,7 @@ namespace kelvaron::testing {
 
 class IdlePorts : private SoundPort, private Application, private ProcessPort {
  public:
-  explicit IdlePorts(EventLoop& loop) : echo_(loop), localHost_(loop) {}
+  explicit IdlePorts(EventLoop& loop) : loop_(loop), echo_(loop), localHost_(loop) {}
 
   /// All of a client's ports; with a player that plays nothing unless told.
   Ports with(SocketPort& sockets, Dialogs& dialogs, MediaPlayer* player = nullptr) {
@@ -32,7 +32,8 @@ class IdlePorts : private SoundPort, private Application, private ProcessPort {
             .player = player == nullptr ? player_ : *player,
             .echo = echo_,
             .streams = streams_,
-            .localHost = localHost_};
+            .localHost = localHost_,
+            .loop = loop_};
   }
 
   TemporaryFolder folder;
@@ -54,6 +55,7 @@ class IdlePorts : private SoundPort, private Application, private ProcessPort {
     throw std::logic_error("started: " + command);
   }
 
+  EventLoop& loop_;
   EmptyRegistry registry_;
   SilentPlayer player_;
   NativeEcho echo_;

@@ -49,7 +49,8 @@ TestDesktop::TestDesktop(PollLoop& sharedLoop, std::uint16_t serverPort)
                                   .player = player,
                                   .echo = *this,
                                   .streams = streams,
-                                  .localHost = *this});
+                                  .localHost = *this,
+                                  .loop = loop});
 }
 
 bool TestDesktop::logIn(const std::string& name) {
