@@ -89,7 +89,7 @@ fs::path packageWithoutTour(const OwnFolder& own) {
   std::error_code failed;
   fs::create_directories(package, failed);
   std::ofstream(package / "info.dei") << "title: Start\nauthor: Kelvaron\nversion: 1.0\n"
-                                         "license: GPL3\ntags: hidden core\n";
+                                         "license: MIT\ntags: hidden core\n";
   std::ofstream script(package / "__init__.ds");
   script << "import Config\nrecord Config.tutorial\nConfig.tutorial.shown = True\n";
   if (!script.flush()) throw Refusal(package.string() + " can't be written to");

@@ -65,7 +65,7 @@ bool takes(Engine engine, const Switch& word) {
 
 bool isSwitch(std::string_view word) { return word.starts_with('-') || word.starts_with('+'); }
 
-std::string quoted(std::string_view word) { return '"' + std::string(word) + '"'; }
+std::string inQuotes(std::string_view word) { return '"' + std::string(word) + '"'; }
 
 std::string lower(std::string word) {
   std::ranges::transform(word, word.begin(), [](char letter) {
@@ -114,7 +114,8 @@ class Reader {
     }
     const std::string& word = words_[at_++];
     if (word.empty() || word.starts_with('@')) {
-      throw Refusal(quoted(word) + " can't be given to the game: it would read a list of switches");
+      throw Refusal(inQuotes(word) +
+                    " can't be given to the game: it would read a list of switches");
     }
     return word;
   }
@@ -123,7 +124,7 @@ class Reader {
     constexpr std::size_t kMostDigits = 5;
     std::string word = valueOf(name);
     if (word.size() > kMostDigits || word.find_first_not_of("0123456789") != std::string::npos) {
-      throw Refusal(std::string(name) + " wants a number, not " + quoted(word));
+      throw Refusal(std::string(name) + " wants a number, not " + inQuotes(word));
     }
     return word;
   }
@@ -146,7 +147,7 @@ class Reader {
   void take(const std::string& word) {
     const auto known = std::ranges::find(kSwitches, lower(word), &Switch::name);
     if (known == kSwitches.end() || !takes(engine_, *known)) {
-      throw Refusal(quoted(word) + " is a word that this engine doesn't know");
+      throw Refusal(inQuotes(word) + " is a word that this engine doesn't know");
     }
     std::string& given = command_.given[std::string(known->name)];
     switch (known->kind) {

@@ -90,12 +90,12 @@ void drawScrollBar(const QStyle& style, const QStyleOptionSlider& bar, QPainter&
 // A frame with its caption in a gap of the upper line.
 void drawGroupBox(const QStyleOptionGroupBox& box, QPainter& painter) {
   constexpr int kIndent = 10;
-  constexpr int kGap = 5;
-  const QRect caption(kIndent + kGap, 0, box.fontMetrics.horizontalAdvance(box.text),
+  constexpr int kCaptionGap = 5;
+  const QRect caption(kIndent + kCaptionGap, 0, box.fontMetrics.horizontalAdvance(box.text),
                       box.fontMetrics.height());
   painter.save();
   if (!box.text.isEmpty()) {
-    painter.setClipRegion(QRegion(box.rect) - caption.adjusted(-kGap, 0, kGap, 0));
+    painter.setClipRegion(QRegion(box.rect) - caption.adjusted(-kCaptionGap, 0, kCaptionGap, 0));
   }
   drawPanel(painter, box.rect.adjusted(0, caption.height() / 2, 0, 0), Qt::NoBrush, kLine);
   painter.restore();

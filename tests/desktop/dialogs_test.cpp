@@ -122,7 +122,7 @@ TEST_F(Boxes, StrangersTextIsPlainAndFitsTheScreen) {
       EXPECT_EQ(box.windowTitle(), "Title");
       QTest::keyClick(&box, Qt::Key_Return);
     });
-    client->MsgBox(text, box_style::kCritical, "Title");
+    gate.run([&] { client->MsgBox(text, box_style::kCritical, "Title"); });
   }
 }
 
@@ -177,7 +177,9 @@ TEST_F(Boxes, QuestionIsNoUnlessYesIsSaid) {
         QTest::keyClick(&box, pressed, with);
       }
     });
-    EXPECT_EQ(client->confirm("Sure?"), agreed);
+    bool answer = false;
+    gate.run([&] { answer = client->confirm("Sure?"); });
+    EXPECT_EQ(answer, agreed);
   }
 }
 

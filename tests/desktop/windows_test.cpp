@@ -164,11 +164,14 @@ TEST_F(Windows, WhatComesByItselfLeavesTheKeyboard) {
   // What brings a form, and whether that one is active then: a new one, and one that was open.
   using Row = std::tuple<const char*, std::function<void(Form&)>, bool, bool>;
   for (const auto& [what, bring, comesActive, activates] :
-       {Row{"network", [&](Form& form) { edge.run([&] { form.Visible = true; }); }, false, false},
+       {Row{"network", [&](Form& form) { edge.runUnasked([&] { form.Visible = true; }); }, false,
+            false},
         Row{"user", [&](Form& form) { gate.run([&] { form.Visible = true; }); }, true, false},
-        Row{"to the front", [&](Form& form) { edge.run([&] { form.Show(); }); }, true, false},
+        Row{"to the front", [&](Form& form) { edge.runUnasked([&] { form.Show(); }); }, true,
+            false},
         Row{"by the user", [&](Form& form) { gate.run([&] { form.Show(); }); }, true, true},
-        Row{"by itself", [&](Form& form) { edge.run([&] { form.ShowQuietly(); }); }, false, false},
+        Row{"by itself", [&](Form& form) { edge.runUnasked([&] { form.ShowQuietly(); }); }, false,
+            false},
         Row{"quietly", [&](Form& form) { gate.run([&] { form.ShowQuietly(); }); }, false, false}}) {
     SCOPED_TRACE(what);
     typedIn->activateWindow();

@@ -201,7 +201,7 @@ def guesses(program):
 
 
 def does_not_read(program):
-    """Small lines for somebody who takes none: what keeping them costs counts too."""
+    """Many lines for somebody who takes none."""
     with Server(program, "lines_per_second = 100000\nburst_lines = 100000\n") as server:
         server.sample()
         deaf = Stranger("10.7.7.1", "deaf")
@@ -209,7 +209,7 @@ def does_not_read(program):
         talker = Stranger("10.7.7.2", "talker")
         watcher = Stranger("10.7.7.3", "watcher")  # the talker may be dropped for its answers
         for _ in range(150):
-            talker.send(b"PM\tdeaf\t.\tx\r\n" * 1000)
+            talker.send((b"PM\tdeaf\t" + b"." * 40 + b"\tx\r\n") * 1000)
             server.sample()
         watcher.hears(b"deaf has left", 5)
         return server.grown()
