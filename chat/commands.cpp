@@ -24,7 +24,7 @@ constexpr std::string_view kAway = "AWAY";
 struct Row;
 
 // What a command works with.
-struct Line {
+struct TypedLine {
   Client& client;
   frmMain& room;
   const FaultRule& rule;
@@ -47,31 +47,31 @@ enum class Match { word, whole, whileAway, anything };
 struct Row {
   Match match = Match::word;
   std::string_view word = {};
-  void (*run)(const Line&);
+  void (*run)(const TypedLine&);
   // For actions: the sentence behind the user's name, around the argument if there is one.
   std::string_view before = {};
   std::string_view after = {};
 };
 
-std::string Line::argument() const { return rest(row.word.size() + 1); }
+std::string TypedLine::argument() const { return rest(row.word.size() + 1); }
 
-void say(const Line& line) {
+void say(const TypedLine& line) {
   line.client.send(outbound::message(line.client.UserName, line.text));
   line.clear();
 }
 
-void act(const Line& line) {
+void act(const TypedLine& line) {
   line.client.send(outbound::action(line.client.UserName + std::string(line.row.before)));
   line.clear();
 }
 
-void actOn(const Line& line) {
+void actOn(const TypedLine& line) {
   line.client.send(outbound::action(line.client.UserName + std::string(line.row.before) +
                                     line.argument() + std::string(line.row.after)));
   line.clear();
 }
 
-void mute(const Line& line) {
+void mute(const TypedLine& line) {
   const std::string name = upper(line.argument());
   line.client.MsgBox(name + " has been muted");
   Muted& muted = line.client.form<Muted>();
@@ -79,7 +79,7 @@ void mute(const Line& line) {
   muted.Visible = true;
 }
 
-void unmute(const Line& line) {
+void unmute(const TypedLine& line) {
   Muted& muted = line.client.form<Muted>();
   for (int i = 0; i < muted.List1.ListCount();) {
     if (muted.List1.List(i) != upper(line.argument())) {
@@ -92,19 +92,19 @@ void unmute(const Line& line) {
   }
 }
 
-void goAway(const Line& line) {
+void goAway(const TypedLine& line) {
   line.client.send(outbound::away(line.client.UserName));
   line.clear();
   line.room.Label7.Caption = std::string(kAway);
 }
 
-void comeBack(const Line& line) {
+void comeBack(const TypedLine& line) {
   line.room.Label7.Caption = "Ready to Play";
   line.client.send(outbound::returnCs(line.client.UserName));
   say(line);
 }
 
-void sound(const Line& line) {
+void sound(const TypedLine& line) {
   line.client.ports.application.DoEvents();
   const std::string name = line.argument();
   line.client.send(outbound::action(line.client.UserName + " plays a sound (" + name + ".wav)"));
@@ -112,7 +112,7 @@ void sound(const Line& line) {
   line.clear();
 }
 
-void ping(const Line& line) {
+void ping(const TypedLine& line) {
   for (const std::string& entry : line.room.List1.entries()) {
     if (entry != line.argument()) continue;
     if (hasTag(entry, kInGameTag)) return;
@@ -125,7 +125,7 @@ void ping(const Line& line) {
   line.client.MsgBox("User is not logged in or is gurrently in a game.");
 }
 
-void help(const Line& line) {
+void help(const TypedLine& line) {
   constexpr auto kHelp = std::to_array<std::string_view>(
       {"KV / Command Help", "/SLAP  USERNAME - User slaps user with his handy dandy rubber chicken",
        "/KISS USERNAME - You invite USER to kiss your rocket", "/FRAG - You are ready to FRAG",
@@ -145,17 +145,17 @@ void help(const Line& line) {
   line.clear();
 }
 
-void serverMessage(const Line& line) {
+void serverMessage(const TypedLine& line) {
   line.client.send(outbound::serverMessage(line.argument()));
   line.clear();
 }
 
-void getIp(const Line& line) {
+void getIp(const TypedLine& line) {
   line.client.send(outbound::getIp(line.argument()));
   line.clear();
 }
 
-void kick(const Line& line) {
+void kick(const TypedLine& line) {
   // Without a nickname the send is passed over and the box is cleared all the same.
   line.rule.step([&] {
     std::vector<std::string> parts;
@@ -172,13 +172,13 @@ void kick(const Line& line) {
 }
 
 template <const Station& station>
-void play(const Line& line) {
+void play(const TypedLine& line) {
   playUnwatched(line.client, line.room, station);
   line.clear();
 }
 
 // The progress display goes on as it is.
-void stopRadio(const Line& line) {
+void stopRadio(const TypedLine& line) {
   line.client.ports.player.Stop();
   line.clear();
 }

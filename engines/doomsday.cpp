@@ -58,7 +58,7 @@ fs::path gameFile(const GameCommand& command) {
 Words gameWords(const GameCommand& command, const OwnFolder& own, Edition& edition) {
   const fs::path folder = own.path() / "iwad";
   std::error_code failed;
-  const fs::path file = fs::canonical(gameFile(command), failed);
+  fs::path file = fs::canonical(gameFile(command), failed);
   try {
     edition = editionOf(file);
   } catch (const std::runtime_error& problem) {
@@ -84,7 +84,7 @@ std::string mapOf(int level) {
 /// A package that the game loads as it starts: its first start would show a tour of its menus over
 /// the picture.
 fs::path packageWithoutTour(const OwnFolder& own) {
-  const fs::path packages = own.path() / "packages";
+  fs::path packages = own.path() / "packages";
   const fs::path package = packages / "net.kelvaron.start.pack";
   std::error_code failed;
   fs::create_directories(package, failed);
@@ -99,7 +99,7 @@ fs::path packageWithoutTour(const OwnFolder& own) {
 /// Definitions without the tales that Doom II tells before these levels: the server would keep its
 /// players before a black picture for that long, 37 seconds.
 fs::path definitionsWithoutTales(const OwnFolder& own) {
-  const fs::path file = own.path() / "start.ded";
+  fs::path file = own.path() / "start.ded";
   std::ofstream definitions(file);
   definitions << "Header { Version = 6; }\n";
   for (const int level : {7, 12, 21, 31, 32}) {

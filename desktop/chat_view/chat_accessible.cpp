@@ -177,7 +177,7 @@ class ViewportAccessible : public QAccessibleWidget {
   }
 };
 
-QAccessibleInterface* makeAccessible(const QString& /*className*/, QObject* object) {
+QAccessibleInterface* makeChatAccessible(const QString& /*className*/, QObject* object) {
   if (auto* view = qobject_cast<ChatView*>(object)) return new ChatAccessible(view);
   const auto* around = qobject_cast<ChatView*>(object->parent());
   if (around == nullptr || around->viewport() != object) return nullptr;
@@ -188,7 +188,7 @@ QAccessibleInterface* makeAccessible(const QString& /*className*/, QObject* obje
 
 void installChatAccessibility() {
   static const bool kInstalled = [] {
-    QAccessible::installFactory(makeAccessible);
+    QAccessible::installFactory(makeChatAccessible);
     return true;
   }();
   static_cast<void>(kInstalled);

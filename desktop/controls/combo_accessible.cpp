@@ -63,7 +63,7 @@ class ComboAccessible : public QAccessibleWidget {
   QComboBox& combo_;
 };
 
-QAccessibleInterface* makeAccessible(const QString& /*type*/, QObject* object) {
+QAccessibleInterface* makeComboAccessible(const QString& /*type*/, QObject* object) {
   auto* combo = qobject_cast<QComboBox*>(object);
   return combo == nullptr ? nullptr : new ComboAccessible(combo);
 }
@@ -72,7 +72,7 @@ QAccessibleInterface* makeAccessible(const QString& /*type*/, QObject* object) {
 
 void installComboAccessibility() {
   static const bool kInstalled = [] {
-    QAccessible::installFactory(makeAccessible);
+    QAccessible::installFactory(makeComboAccessible);
     return true;
   }();
   static_cast<void>(kInstalled);

@@ -8,7 +8,7 @@
 namespace kelvaron {
 namespace {
 
-QAccessibleInterface* makeAccessible(const QString& /*type*/, QObject* object) {
+QAccessibleInterface* makeFrameAccessible(const QString& /*type*/, QObject* object) {
   auto* frame = dynamic_cast<FormFrame*>(object);
   if (frame == nullptr) return nullptr;
   return new QAccessibleWidget(frame, frame->sizable() ? QAccessible::Window : QAccessible::Dialog);
@@ -18,7 +18,7 @@ QAccessibleInterface* makeAccessible(const QString& /*type*/, QObject* object) {
 
 void installFrameAccessibility() {
   static const bool kInstalled = [] {
-    QAccessible::installFactory(makeAccessible);
+    QAccessible::installFactory(makeFrameAccessible);
     return true;
   }();
   static_cast<void>(kInstalled);

@@ -12,7 +12,7 @@ namespace kelvaron {
 namespace {
 
 constexpr int kGap = 8;
-constexpr qreal kStep = 0.5;  // in points
+constexpr qreal kFontStep = 0.5;  // in points
 // Of the version mark, in sizes of the lines' text, as designed: 18 points beside 9.
 constexpr int kVersionSize = 2;
 // Characters of a value that are to be seen.
@@ -72,7 +72,7 @@ void RoomHeader::layOut(const QFont& font) const {
     return widthOf(versionFont(room_.Label3, each), room_.Label3) + captionsWidth(each) +
            valuesWidth(each) + 2 * kGap;
   };
-  for (qreal points = font.pointSizeF(); points >= smallest; points -= kStep) {
+  for (qreal points = font.pointSizeF(); points >= smallest; points -= kFontStep) {
     lineFont.setPointSizeF(points);
     if (QFontMetrics(lineFont).height() <= lineHeight && neededWidth(lineFont) <= right - left) {
       break;

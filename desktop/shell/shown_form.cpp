@@ -11,7 +11,7 @@ namespace kelvaron {
 namespace {
 
 // Characters of a window's caption.
-constexpr std::size_t kMostOfCaption = 256;
+constexpr std::size_t kMostOfTitle = 256;
 // Of its design's size: the smallest that a window can be made.
 constexpr qreal kSmallestShare = 0.4;
 
@@ -184,7 +184,7 @@ void ShownForm::watchPointer() {
 }
 
 void ShownForm::applyLook() {
-  frame_->setWindowTitle(shownText(beginningOf(form_->Caption.get(), kMostOfCaption)));
+  frame_->setWindowTitle(shownText(beginningOf(form_->Caption.get(), kMostOfTitle)));
   QPalette palette = QApplication::palette();
   palette.setColor(QPalette::Window, toQt(form_->BackColor.get()));
   for (const auto group : {QPalette::Active, QPalette::Inactive}) {
