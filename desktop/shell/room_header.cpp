@@ -72,11 +72,12 @@ void RoomHeader::layOut(const QFont& font) const {
     return widthOf(versionFont(room_.Label3, each), room_.Label3) + captionsWidth(each) +
            valuesWidth(each) + 2 * kGap;
   };
-  for (qreal points = font.pointSizeF(); points >= smallest; points -= kFontStep) {
-    lineFont.setPointSizeF(points);
-    if (QFontMetrics(lineFont).height() <= lineHeight && neededWidth(lineFont) <= right - left) {
-      break;
-    }
+  const auto fits = [&] {
+    return QFontMetrics(lineFont).height() <= lineHeight && neededWidth(lineFont) <= right - left;
+  };
+  lineFont.setPointSizeF(font.pointSizeF());
+  while (!fits() && lineFont.pointSizeF() - kFontStep >= smallest) {
+    lineFont.setPointSizeF(lineFont.pointSizeF() - kFontStep);
   }
 
   const int beside = right - left - neededWidth(lineFont) - kGap;
