@@ -255,7 +255,7 @@ def real_server():
         guest.click(guest.user("ann[CS]"), button=3)
         guest.click(guest.menu_entry("Join CSDOOM Game"))
         games[guest].says("Arrived in netgame", 40)
-        games[guest].says(r"Map: .*MAP01", 20)
+        games[guest].says(r"Map: .*MAP01", 60)
     bob, cid = guests
     games[bob].signal(15)
     games[bob].ends()
