@@ -9,6 +9,13 @@
 #include "session/sending.h"
 
 namespace kelvaron {
+namespace {
+
+// Of the words, each 7 to 1 or more against the form: the lamps' own red is too dark for text.
+constexpr Color kAskedText{224, 226, 232};
+constexpr Color kDeclinedText{255, 150, 150};
+
+}  // namespace
 
 Form1::Form1(Client& client)
     : Form({.name = "Form1",
@@ -24,6 +31,9 @@ Form1::Form1(Client& client)
     name.AccessibleName = player;
     red_[slot]->AccessibleName = player + " declined";
     green_[slot]->AccessibleName = player + " accepted";
+    Label2[slot].Index = static_cast<int>(slot);
+    Label2[slot].AccessibleName = player + "'s answer";
+    seats_[slot]->Enabled = false;
   }
   // Enter behind the game form is not meant for this one.
   Command1.Main = true;
@@ -31,15 +41,36 @@ Form1::Form1(Client& client)
   Command1.Click = [this] { startOnce(client_, [this] { Command1_Click(); }); };
 }
 
+void Form1::tell(std::size_t slot, std::string_view answer, Color color) {
+  Label2[slot].Caption = std::string(answer);
+  Label2[slot].ForeColor = color;
+  seats_[slot]->Enabled = !answer.empty();
+}
+
+void Form1::showAsked(std::size_t guests) {
+  for (std::size_t slot = 0; slot < kSlots; ++slot) {
+    if (slot >= guests) {
+      tell(slot, "", kAskedText);
+    } else if (Label2[slot].Caption.get().empty()) {
+      // A seat that has answered before keeps its lamp, and its word with it.
+      tell(slot, "asked", kAskedText);
+    }
+  }
+}
+
 void Form1::showAccepted(std::string_view guest) {
   for (std::size_t slot = 0; slot < kSlots; ++slot) {
-    if (Label1[slot].Caption.get() == guest) green_[slot]->FillColor = kAccepted;
+    if (Label1[slot].Caption.get() != guest) continue;
+    green_[slot]->FillColor = kAccepted;
+    tell(slot, "accepted", kAccepted);
   }
 }
 
 void Form1::showDeclined(std::string_view guest) {
   for (std::size_t slot = 0; slot < kSlots; ++slot) {
-    if (Label1[slot].Caption.get() == guest) red_[slot]->FillColor = kDeclined;
+    if (Label1[slot].Caption.get() != guest) continue;
+    red_[slot]->FillColor = kDeclined;
+    tell(slot, "declined", kDeclinedText);
   }
 }
 

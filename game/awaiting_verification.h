@@ -1,4 +1,4 @@
-// The host waits: six slots with a name and two lamps each, and GO.
+// The host waits: six slots with a name, two lamps and the answer in a word each, and GO.
 #pragma once
 
 #include <array>
@@ -40,6 +40,14 @@ class Form1 : public Form {
                                     {Frame6, "Label1", kNamePlace, kNobody},
                                     {Frame7, "Label1", kNamePlace, kNobody}}};
 
+  /// What a slot's guest has last done, in a word; empty where nobody was asked.
+  std::array<Label, kSlots> Label2{{{Frame1, "Label2", kAnswerPlace, ""},
+                                    {Frame2, "Label2", kAnswerPlace, ""},
+                                    {Frame4, "Label2", kAnswerPlace, ""},
+                                    {Frame5, "Label2", kAnswerPlace, ""},
+                                    {Frame6, "Label2", kAnswerPlace, ""},
+                                    {Frame7, "Label2", kAnswerPlace, ""}}};
+
   Shape Shape1{Frame1, "Shape1", kRedPlace};
   Shape Shape2{Frame1, "Shape2", kGreenPlace};
   Shape Shape3{Frame2, "Shape3", kRedPlace};
@@ -55,18 +63,23 @@ class Form1 : public Form {
 
   CommandButton Command1{*this, "Command1", pixels(564, 224, 112, 34), "GO"};
 
+  /// The guests of the first slots are asked; the other seats are empty and grey.
+  void showAsked(std::size_t guests);
   /// Lights the lamp of each slot whose name is the guest's, letter for letter.
   void showAccepted(std::string_view guest);
   void showDeclined(std::string_view guest);
 
  private:
-  static constexpr Place kNamePlace = pixels(14, 34, 150, 40);
+  static constexpr Place kNamePlace = pixels(14, 24, 156, 24);
+  static constexpr Place kAnswerPlace = pixels(14, 55, 156, 24);
   static constexpr Place kRedPlace = pixels(176, 26, 22, 22);
   static constexpr Place kGreenPlace = pixels(176, 56, 22, 22);
 
   void Command1_Click();
+  void tell(std::size_t slot, std::string_view answer, Color color);
 
   Client& client_;
+  const std::array<Frame*, kSlots> seats_ = {&Frame1, &Frame2, &Frame4, &Frame5, &Frame6, &Frame7};
   const std::array<Shape*, kSlots> red_ = {&Shape1, &Shape3, &Shape5, &Shape7, &Shape9, &Shape11};
   const std::array<Shape*, kSlots> green_ = {&Shape2, &Shape4,  &Shape6,
                                              &Shape8, &Shape10, &Shape12};

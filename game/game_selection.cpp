@@ -174,6 +174,7 @@ void game1::playWithGuests(const GameConfig& config) {
   for (std::size_t slot = 0; slot < Form1::kSlots && static_cast<int>(slot) < guests; ++slot) {
     offer.invited.push_back(waiting.Label1[slot].Caption);
   }
+  waiting.showAsked(offer.invited.size());
   client_.send(outbound::game(offer));
   client_.slots.unload(*this);
 }

@@ -51,7 +51,9 @@ void LabelView::refresh() {
                       (label.WordWrap ? Qt::AlignTop : Qt::AlignVCenter));
   if (const auto& color = label.ForeColor.get()) {
     QPalette palette;
-    palette.setColor(QPalette::WindowText, kelvaron::toQt(*color));
+    for (const auto group : {QPalette::Active, QPalette::Inactive}) {
+      palette.setColor(group, QPalette::WindowText, kelvaron::toQt(*color));
+    }
     label_.setPalette(palette);
   } else {
     label_.setPalette({});

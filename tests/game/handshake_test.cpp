@@ -31,6 +31,14 @@ class Handshake : public Player {
     }
     return seen;
   }
+  // The words of the seats that are taken.
+  std::string answers() {
+    std::string seen;
+    for (const Label& answer : form<Form1>().Label2) {
+      if (answer.container.asControl()->Enabled) seen += answer.Caption.get() + ' ';
+    }
+    return seen;
+  }
 };
 
 TEST_F(Handshake, AnswersLightLampsOfExactNames) {
@@ -38,10 +46,12 @@ TEST_F(Handshake, AnswersLightLampsOfExactNames) {
   EXPECT_FALSE(desktop.shows<Form1>());
   EXPECT_EQ(form<Form1>().Caption.get(), "Kelvaron");
   invite({"al", "bo", "cy[AW]", "di"});
+  EXPECT_EQ(answers(), "asked asked asked asked ");
   say("XCEPT\tal\r\nDECLINE\tbo\r\nXCEPT\tcy\r\nXCEPT\tAL\r\nXCEPT\tnobody\r\n");
   EXPECT_EQ(lamps(), "-gr---------");
   say("DECLINE\tal\r\n");
   EXPECT_EQ(lamps(), "rgr---------");
+  EXPECT_EQ(answers(), "declined declined asked asked ");
   // Entries with a tag match as they stand.
   say("XCEPT\tcy[AW]\r\n");
   EXPECT_EQ(lamps(), "rgr--g------");

@@ -95,6 +95,7 @@ Form1& answers(RoomDesk& desk) {
   for (std::size_t slot = 0; slot < 4; ++slot) {
     form.Label1[slot].Caption = std::array{"bob", "Crusher[AW]", "WWWWWWWWWWWW[CS]", "Vex"}[slot];
   }
+  form.showAsked(4);
   form.showAccepted("bob");
   form.showAccepted("WWWWWWWWWWWW[CS]");
   form.showDeclined("Crusher[AW]");
