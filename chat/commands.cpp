@@ -117,7 +117,7 @@ void ping(const TypedLine& line) {
     if (entry != line.argument()) continue;
     if (hasTag(entry, kInGameTag)) return;
     line.client.send(outbound::pingUser(entry, line.room.Label1.Caption.get()));
-    askedFor(line.client, &AskedFor::ping);
+    line.client.lasting<AskedFor>().ask(line.client, Asked::ping, nicknameOf(entry));
     line.clear();
     return;
   }

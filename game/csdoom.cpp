@@ -1,13 +1,15 @@
 #include "game/csdoom.h"
 
-#include <cstdint>
-#include <optional>
+#include <chrono>
 #include <string>
-#include <utility>
 
 #include "chat/main_window.h"
+#include "chat/user_list_entry.h"
 #include "game/configuration.h"
+#include "game/engine_start.h"
+#include "game/in_game.h"
 #include "game/offer_check.h"
+#include "session/asked_for.h"
 #include "session/client.h"
 #include "session/outbound.h"
 #include "session/sending.h"
@@ -20,12 +22,33 @@ struct Hosting {
   std::string server;
 };
 
-struct Join {
-  // The connection on which the user asked for an address that hasn't come yet.
-  std::optional<std::uint64_t> askedOn;
-  // The arrival in which the user was asked about an address last.
-  std::optional<std::uint64_t> questionDuring;
+// The address that the user has refused last.
+struct Refused {
+  std::string address;
+  std::chrono::steady_clock::time_point when{};
 };
+
+// Whether the configuration names the client; if not, says so and shows where it is set.
+bool clientIsSet(Client& client, const GameConfig& config) {
+  if (!config.csClientPath.empty()) return true;
+  client.MsgBox("First tell Kelvaron where the CSDoom client is.", box_style::kInformation);
+  client.form<kelvaron::config>().Show();
+  return false;
+}
+
+// A game that the user has not asked for. A No counts for a minute.
+bool agreesToUnasked(Client& client, const std::string& address) {
+  auto& refused = client.lasting<Refused>();
+  if (refused.address == address && client.now() - refused.when < std::chrono::minutes(1)) {
+    return false;
+  }
+  if (client.confirm("The server wants to start the CSDoom game at the address \"" + address +
+                     "\", which you have not asked for.\r\nStart it all the same?")) {
+    return true;
+  }
+  refused = {.address = address, .when = client.now()};
+  return false;
+}
 
 }  // namespace
 
@@ -55,23 +78,34 @@ void returnFromCs(Client& client, frmMain& room) {
 }
 
 void joinCsGame(Client& client, frmMain& room) {
-  if (!sendOrTell(client, outbound::userIp(room.List1.Text(), client.UserName))) return;
-  client.lasting<Join>().askedOn = client.connectionsMade;
+  if (!clientIsSet(client, gameConfigAsItIs(client.ports.files))) return;
+  const std::string entry = room.List1.Text();
+  if (!sendOrTell(client, outbound::userIp(entry, client.UserName))) return;
+  client.lasting<AskedFor>().ask(client, Asked::join, nicknameOf(entry));
 }
 
-bool mayJoin(Client& client, const std::string& address) {
-  auto& join = client.lasting<Join>();
-  if (std::exchange(join.askedOn, std::nullopt) == client.connectionsMade) {
-    return isAddress(address) ||
-           client.confirm("The address of the CSDoom game is not an address: \"" + address +
-                          "\".\r\nStart the game all the same?");
+void joinAt(Client& client, const std::string& address, const FaultRule& rule) {
+  GameConfig config;
+  switch (client.lasting<AskedFor>().takeAddress(client, Asked::join, address)) {
+    case AskedFor::Address::passedOver:
+      return;
+    case AskedFor::Address::usable:
+      config = gameConfigAsItIs(client.ports.files);
+      if (!clientIsSet(client, config)) return;
+      if (!isAddress(address) &&
+          !client.confirm("The address of the CSDoom game is not an address: \"" + address +
+                          "\".\r\nStart the game all the same?")) {
+        return;
+      }
+      break;
+    case AskedFor::Address::unasked:
+      rule.step([&] { config = loadGameConfig(client.ports.files); });
+      if (!agreesToUnasked(client, address)) return;
   }
-  if (std::exchange(join.questionDuring, client.arrivals().handled()) ==
-      client.arrivals().handled()) {
-    return false;
-  }
-  return client.confirm("The server wants to start the CSDoom game at the address \"" + address +
-                        "\", which you have not asked for.\r\nStart it all the same?");
+  startOnce(client, [&] {
+    client.form<Form4>().Show();
+    startCsClient(client, config.csClientPath, address);
+  });
 }
 
 void startCsClient(Client& client, std::string_view csClientPath, std::string_view address) {

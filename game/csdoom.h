@@ -7,6 +7,7 @@
 namespace kelvaron {
 
 class Client;
+class FaultRule;
 class frmMain;
 
 inline constexpr const char* kHostingStatus = "Hosting CSDOOM Server";
@@ -18,10 +19,10 @@ void launchCsServer(Client& client, frmMain& room);
 void returnFromCs(Client& client, frmMain& room);
 /// Asks the current entry's machine for its address; the game begins when it comes.
 void joinCsGame(Client& client, frmMain& room);
-/// Whether the game at an address that the server has told may begin: it answers a Join that the
-/// user chose on this connection, else the user is asked. What comes while that question is open is
-/// passed over.
-bool mayJoin(Client& client, const std::string& address);
+/// The server has told an address: the game there begins when it answers a Join of the user's, or
+/// the user says Yes. Faults of reading the configuration for one that nobody asked for meet
+/// `rule`.
+void joinAt(Client& client, const std::string& address, const FaultRule& rule);
 /// Starts the CSDoom client on the host at this address.
 void startCsClient(Client& client, std::string_view csClientPath, std::string_view address);
 

@@ -4,10 +4,8 @@
 #include "chat/main_window.h"
 #include "game/awaiting_verification.h"
 #include "game/csdoom.h"
-#include "game/engine_start.h"
 #include "game/final_chance.h"
 #include "game/game_request.h"
-#include "game/in_game.h"
 #include "game/offer_check.h"
 #include "game/pending_offer.h"
 #include "session/client.h"
@@ -66,16 +64,9 @@ void onGetUserIp(InboundContext& context) {
 }
 
 void onOkUserIp(InboundContext& context) {
-  Client& client = context.client;
-  GameConfig config;
-  context.rule.step([&] { config = loadGameConfig(client.ports.files); });
   std::string address;
   context.rule.step([&] { address = context.line.field(1); });
-  if (!mayJoin(client, address)) return;
-  startOnce(client, [&] {
-    client.form<Form4>().Show();
-    startCsClient(client, config.csClientPath, address);
-  });
+  joinAt(context.client, address, context.rule);
 }
 
 }  // namespace kelvaron::inbound

@@ -55,13 +55,16 @@ void onPing(InboundContext& context) {
 void onThePing(InboundContext& context) {
   Client& client = context.client;
   const auto field = [&](std::size_t index) { return std::string(context.line.field(index)); };
-  context.rule.step([&] {
-    const std::string name = field(2);
-    client.form<Pingme>().Label2.Caption = name;
-  });
-  context.rule.step([&] { client.form<Pingme>().Label3.Caption = field(1); });
-  showAnswer(client, client.form<Pingme>(), &AskedFor::ping);
-  context.rule.step([&] { client.form<Pingme>().Caption = field(2) + "'s Ping"; });
+  std::string name;
+  context.rule.step([&] { name = field(2); });
+  const auto answer = client.lasting<AskedFor>().take(client, Asked::ping, name);
+  // Who is measured stays until the user asks for somebody else.
+  if (const auto* open = client.loadedForm<Pingme>(); open && open->Visible && !answer) return;
+  auto& form = client.form<Pingme>();
+  context.rule.step([&] { form.Label2.Caption = field(2); });
+  context.rule.step([&] { form.Label3.Caption = field(1); });
+  showAnswer(form, answer && !answer->typedSince);
+  context.rule.step([&] { form.Caption = field(2) + "'s Ping"; });
 }
 
 void onGetIpForFile(InboundContext& context) {
@@ -73,11 +76,12 @@ void onGetIpForFile(InboundContext& context) {
 
 void onReturnIpForFile(InboundContext& context) {
   Client& client = context.client;
-  context.rule.step([&] {
-    const std::string address(context.line.field(1));
-    client.form<Frm_Server>().Txt_RemoteIP.Text = address;
-  });
-  showAnswer(client, client.form<Frm_Server>(), &AskedFor::file);
+  std::string address;
+  context.rule.step([&] { address = context.line.field(1); });
+  auto& asked = client.lasting<AskedFor>();
+  if (asked.takeAddress(client, Asked::file, address) != AskedFor::Address::usable) return;
+  client.form<Frm_Server>().Txt_RemoteIP.Text = address;
+  showAnswer(client.form<Frm_Server>(), !asked.typedSinceAddress(client));
 }
 
 void onIpFile(InboundContext&) {}

@@ -108,10 +108,13 @@ void Profile::Command2_Click() {
 }
 
 void editProfile(Client& client) {
+  std::optional<UserProfile> waiting;
   if (auto* loaded = client.loadedForm<Profile>(); loaded != nullptr && loaded->foreign_) {
+    waiting = std::exchange(loaded->waiting_, std::nullopt);
     client.slots.unload(*loaded);
   }
   auto& form = client.form<Profile>();
+  if (waiting) form.waiting_ = std::move(waiting);
   form.Command2.Visible = true;
   form.Show();
 }
@@ -119,7 +122,12 @@ void editProfile(Client& client) {
 void showProfile(InboundContext& context) {
   const FaultRule& rule = context.rule;
   Client& client = context.client;
-  if (auto* loaded = client.loadedForm<Profile>(); loaded != nullptr && loaded->beingEdited()) {
+  std::string from;
+  rule.step([&] { from = context.line.field(1); });
+  const auto answer = client.lasting<AskedFor>().take(client, Asked::profile, from);
+  auto* loaded = client.loadedForm<Profile>();
+  // What is edited, and what is read by whoever has not asked for another, stays.
+  if (loaded != nullptr && (loaded->beingEdited() || (loaded->Visible && !answer))) {
     UserProfile profile;
     const auto records = profile.records();
     for (std::size_t index = 0; index < records.size(); ++index) {
@@ -135,7 +143,7 @@ void showProfile(InboundContext& context) {
     rule.step([&] { boxes[index]->Text = std::string(context.line.field(index + 1)); });
   }
   for (TextBox* box : boxes) box->Enabled = false;
-  showAnswer(client, form, &AskedFor::profile);
+  showAnswer(form, answer && !answer->typedSince);
 }
 
 }  // namespace kelvaron

@@ -88,13 +88,14 @@ class Profile : public Form {
   Client& client_;
   // Whether anything in the boxes came from somebody else.
   bool foreign_ = false;
-  // The profile that came last while the user was editing.
+  // The profile that came last while the user was editing or reading.
   std::optional<UserProfile> waiting_;
 };
 
 /// Shows the user's own profile for editing.
 void editProfile(Client& client);
-/// Shows the profile that a line brings, or has it wait until the user has finished editing.
+/// Shows the profile that a line brings. While one is edited it waits until the form is closed, and
+/// so does one that nobody has asked for while another is shown; of several the last one is kept.
 void showProfile(InboundContext& context);
 
 }  // namespace kelvaron

@@ -15,6 +15,10 @@
 namespace kelvaron {
 namespace {
 
+void ask(Client& client, Asked what, const std::string& entry) {
+  client.lasting<AskedFor>().ask(client, what, nicknameOf(entry));
+}
+
 void mnuGetProfile_Click(Client& client, frmMain& room) {
   const std::string entry = room.List1.Text();
   if (hasTag(entry, kInGameTag)) {
@@ -24,7 +28,7 @@ void mnuGetProfile_Click(Client& client, frmMain& room) {
     return;
   }
   if (sendOrTell(client, outbound::getProfile2(entry, room.Label1.Caption.get()))) {
-    askedFor(client, &AskedFor::profile);
+    ask(client, Asked::profile, entry);
   }
 }
 
@@ -35,7 +39,14 @@ void mnuPing_Click(Client& client, frmMain& room) {
     return;
   }
   if (sendOrTell(client, outbound::pingUser(entry, room.Label1.Caption.get()))) {
-    askedFor(client, &AskedFor::ping);
+    ask(client, Asked::ping, entry);
+  }
+}
+
+void mnuSendFile_Click(Client& client, frmMain& room) {
+  const std::string entry = room.List1.Text();
+  if (sendOrTell(client, outbound::getIpForFile(entry, room.Label1.Caption.get()))) {
+    ask(client, Asked::file, entry);
   }
 }
 
@@ -56,11 +67,7 @@ void wirePeer(Client& client, frmMain& room) {
   room.mnuEditProfile.Click = [&client] { editProfile(client); };
   room.mnuGetProfile.Click = [&client, &room] { mnuGetProfile_Click(client, room); };
   room.mnuPing.Click = [&client, &room] { mnuPing_Click(client, room); };
-  room.mnuSendFile.Click = [&client, &room] {
-    if (sendOrTell(client, outbound::getIpForFile(room.List1.Text(), room.Label1.Caption.get()))) {
-      askedFor(client, &AskedFor::file);
-    }
-  };
+  room.mnuSendFile.Click = [&client, &room] { mnuSendFile_Click(client, room); };
   room.fserv.Click = [&client] { fserv_Click(client); };
 }
 

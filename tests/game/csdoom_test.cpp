@@ -6,6 +6,7 @@
 namespace kelvaron::testing {
 namespace {
 
+using namespace std::chrono_literals;
 using ::testing::ElementsAre;
 using ::testing::HasSubstr;
 using ::testing::IsEmpty;
@@ -13,8 +14,8 @@ using ::testing::IsEmpty;
 class CsDoom : public Player {
  protected:
   void host() { desktop.raise(room().mnuLaunchCsServer.Click); }
-  void join() {
-    list({"ann[CS]"}, 1);
+  void join(const std::string& whom = "ann") {
+    list({whom + "[CS]"}, 1);
     room().List1.setListIndex(0);
     desktop.raise(room().mnuJoinGame.Click);
   }
@@ -64,21 +65,56 @@ TEST_F(CsDoom, AddressesThatAreNoneAreAskedAbout) {
 
 TEST_F(CsDoom, AddressThatNobodyAskedForStartsNothingUnlessYesIsSaid) {
   const std::string address = "OKUSERIP\t10.0.0.7\r\n";
-  // Those that come while the question is open are passed over, and those of the same burst.
-  desktop.whileBoxIsOpen = [&](const Box&) { server.say(address + address); };
+  // A No counts for the address; another one that comes meanwhile is another question.
+  desktop.whileBoxIsOpen = [&](const Box&) {
+    server.say(address + "OKUSERIP\t10.0.0.8\r\n");
+    desktop.whileBoxIsOpen = nullptr;
+  };
   say(address + address);
-  desktop.whileBoxIsOpen = nullptr;
-  EXPECT_THAT(boxTexts(), ElementsAre(HasSubstr("which you have not asked for")));
-  // An answer counts once, and on the connection of its question alone.
+  say("");
+  EXPECT_THAT(boxTexts(), ElementsAre(HasSubstr("10.0.0.7\", which you have not asked for"),
+                                      HasSubstr("10.0.0.8")));
+  // An answer counts on the connection of its question alone.
+  wait(61s);
   join();
   desktop.raise(room().mnuConnect.Click);
   ASSERT_TRUE(desktop.until([&] { return desktop.client->connectionsMade == 2; }));
   say(address);
   EXPECT_THAT(started(), IsEmpty());
   desktop.answers = {true};
+  wait(122s);
   say(address);
   EXPECT_EQ(boxTexts().size(), 2U);
   EXPECT_EQ(started().size(), 1U);
+}
+
+// What is asked, an answer a line: what a box says before the game starts, or "" for none.
+TEST_F(CsDoom, AnAnswerCountsOnceAndIsAskedAboutWhereItIsNotPlain) {
+  struct Case {
+    std::vector<std::string> asked;
+    std::chrono::seconds later;
+    std::vector<std::string> addresses;
+    std::vector<std::string> boxes;
+    std::size_t games;
+  };
+  const Case cases[] = {
+      {{"ann"}, 9s, {"10.0.0.7", "10.0.0.7"}, {"have not asked for"}, 1},
+      {{"ann"}, 25s, {"10.0.0.7"}, {"25 s after you asked \"ann\": \"10.0.0.7\""}, 0},
+      {{"ann"}, 61s, {"10.0.0.7"}, {"have not asked for"}, 0},
+      {{"ann", "ann"}, 1s, {"10.0.0.7", "10.0.0.7"}, {}, 1},
+      {{"ann", "ann"}, 1s, {"10.0.0.7", "10.0.0.8"}, {"8\", behind \"10.0.0.7"}, 1},
+      {{"ann", "cy"}, 1s, {"10.0.0.8", "10.0.0.7"}, {"\"ann\" or \"cy\"", "\"cy\""}, 0},
+  };
+  for (const Case& each : cases) {
+    for (const std::string& whom : each.asked) join(whom);
+    wait(each.later);
+    for (const std::string& address : each.addresses) say("OKUSERIP\t" + address + "\r\n");
+    const std::vector<std::string> boxes = boxTexts();
+    ASSERT_EQ(boxes.size(), each.boxes.size()) << each.addresses.back();
+    for (std::size_t i = 0; i < boxes.size(); ++i) EXPECT_THAT(boxes[i], HasSubstr(each.boxes[i]));
+    EXPECT_EQ(started().size(), each.games);
+    wait(2min);
+  }
 }
 
 TEST_F(CsDoom, WhatIsMissingIsTold) {
@@ -92,7 +128,9 @@ TEST_F(CsDoom, WhatIsMissingIsTold) {
   }
   std::filesystem::remove(desktop.folder.path() / kGameConfigFile);
   host();
-  EXPECT_EQ(boxTexts().size(), 1U);
+  join();
+  EXPECT_THAT(boxTexts(), ElementsAre(HasSubstr("CSDoom server and"), HasSubstr("CSDoom client")));
+  EXPECT_THAT(sent(), IsEmpty());
   saveGameConfig(desktop.files, kPlayersConfig);
   hangUp();
   host();

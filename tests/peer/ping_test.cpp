@@ -43,6 +43,12 @@ class Ping : public ClientTest {
   Pingme& form() { return ClientTest::form<Pingme>(); }
   void tell(const EchoOutcome& outcome) { echoes.sent.back().done(outcome); }
   std::string shown() { return form().Label1.Caption; }
+  void ask(const std::string& entry) {
+    room().List1.Clear();
+    room().List1.AddItem(entry);
+    selectOnly(room().List1, 0);
+    desktop.raise(room().mnuPing.Click);
+  }
   ScriptedEchoes echoes;
 };
 
@@ -105,9 +111,18 @@ TEST_F(Ping, FormAsItOpensAndTicks) {
   EXPECT_TRUE(form().Timer1.Enabled);
 }
 
-TEST_F(Ping, AnotherUserTakesTheFormOverAndClosingItEndsItsEcho) {
-  arrive("THEPING\t10.1.2.3\tann\r\n");
+TEST_F(Ping, WhoIsMeasuredStaysUntilTheUserAsksForAnother) {
+  ask("ann");
+  // Another's line is not the answer, and one's own comes to an open form only once.
+  arrive("THEPING\t10.7.7.7\tdi\r\n");
+  EXPECT_EQ(form().Caption.get(), "di's Ping");
+  arrive("THEPING\t10.1.2.3\t\245ann\r\n");
+  EXPECT_EQ(form().Label3.Caption.get(), "10.1.2.3");
   desktop.raise(form().Timer1.Tick);
+  arrive("THEPING\t10.8.8.8\tann\r\nTHEPING\t10.9.9.9\tcy\r\n");
+  click(form().Command1);
+  EXPECT_EQ(echoes.sent.back().address, 0x0302010AU);
+  ask("cy");
   arrive("THEPING\t10.9.9.9\tcy\r\n");
   EXPECT_EQ(form().Caption.get(), "cy's Ping");
   tell({EchoOutcome::Kind::replied, 7, ""});
@@ -139,12 +154,15 @@ TEST_F(Ping, WhatWasAskedForTakesTheKeyboardIfNothingWasTypedSince) {
   };
   std::uint64_t keys = 5;
   desktop.client->keysTyped = [&] { return keys; };
-  room().List1.AddItem("ann");
-  selectOnly(room().List1, 0);
-  for (const auto& [asks, typed, comes] :
-       {std::tuple(true, 0U, "active "), std::tuple(true, 1U, "quiet "),
-        std::tuple(false, 0U, "quiet "), std::tuple(true, 0U, "active ")}) {
-    if (asks) desktop.raise(room().mnuPing.Click);
+  auto time = std::chrono::steady_clock::now();
+  desktop.client->now = [&] { return time; };
+  // Whom the user asks for, how long ago, and how many keys were typed since.
+  for (const auto& [whom, seconds, typed, comes] :
+       {std::tuple("ann[AW]", 59, 0U, "active "), std::tuple("ann", 59, 1U, "quiet "),
+        std::tuple("", 0, 0U, "quiet "), std::tuple("cy", 0, 0U, "quiet "),
+        std::tuple("ann", 61, 0U, "quiet "), std::tuple("ann", 0, 0U, "active ")}) {
+    if (*whom != '\0') ask(whom);
+    time += std::chrono::seconds(seconds);
     keys += typed;
     form().Visible = false;
     Window window;

@@ -180,6 +180,27 @@ TEST_F(Profiles, ArrivalWhileEditingWaitsAndTheLastOneCounts) {
   EXPECT_EQ(form().Text1.Text.get(), "Bob");
 }
 
+TEST_F(Profiles, WhatIsReadStaysUntilTheUserAsksForAnother) {
+  const std::string cys = "PROFILE\tcy\tBETA\t\t\t\t\t\t\t\t\t\t\t\r\n";
+  const auto whose = [&] { return form().Text1.Text.get(); };
+  arrive(kAnns);
+  arrive(cys);
+  EXPECT_EQ(whose(), "ann");
+  // What waits doesn't come in the way of one's own.
+  setFile(kOwn);
+  edit();
+  EXPECT_EQ(whose(), "Bob");
+  save();
+  EXPECT_EQ(whose(), "cy");
+  room().List1.AddItem("ann[AW]");
+  selectOnly(room().List1, 0);
+  desktop.raise(room().mnuGetProfile.Click);
+  arrive(kAnns);
+  EXPECT_EQ(whose(), "ann");
+  close();
+  EXPECT_FALSE(loaded());
+}
+
 TEST_F(Profiles, ShortLineFillsButIsNotShownNorSaved) {
   setFile(kOwn);
   arrive("PROFILE\tann\tBETA\tAnna\r\n");

@@ -96,6 +96,11 @@ TEST_F(Transfer, IsArrangedThroughTheServer) {
   annsServer.say("RETURNFT\t127.0.0.9\r\n");
   ASSERT_TRUE(until([&] { return ann.shows<Frm_Server>(); }));
   EXPECT_EQ(sender().Txt_RemoteIP.Text.get(), "127.0.0.9");
+  // It counts once: a second one doesn't change where the file goes.
+  annsServer.say("RETURNFT\t127.0.0.8\r\nAnnounce\tbehind\r\n");
+  ASSERT_TRUE(until([&] { return ann.chat().ends_with("behind\n"); }));
+  EXPECT_EQ(sender().Txt_RemoteIP.Text.get(), "127.0.0.9");
+  EXPECT_THAT(ann.boxes, IsEmpty());
   EXPECT_THAT(bob.boxes, IsEmpty());
 }
 
