@@ -47,20 +47,26 @@ void Form1::tell(std::size_t slot, std::string_view answer, Color color) {
   seats_[slot]->Enabled = !answer.empty();
 }
 
+void Form1::invite(const std::vector<std::string>& entries) {
+  for (std::size_t slot = 0; slot < entries.size(); ++slot) Label1[slot].Caption = entries[slot];
+  showAsked(0);
+}
+
 void Form1::showAsked(std::size_t guests) {
   for (std::size_t slot = 0; slot < kSlots; ++slot) {
-    if (slot >= guests) {
-      tell(slot, "", kAskedText);
-    } else if (Label2[slot].Caption.get().empty()) {
-      // A seat that has answered before keeps its lamp, and its word with it.
-      tell(slot, "asked", kAskedText);
-    }
+    red_[slot]->FillColor = Shape::kUnlit;
+    green_[slot]->FillColor = Shape::kUnlit;
+    tell(slot, slot < guests ? "asked" : "", kAskedText);
   }
+}
+
+bool Form1::sits(std::string_view guest, std::size_t slot) const {
+  return seats_[slot]->Enabled && Label1[slot].Caption.get() == guest;
 }
 
 void Form1::showAccepted(std::string_view guest) {
   for (std::size_t slot = 0; slot < kSlots; ++slot) {
-    if (Label1[slot].Caption.get() != guest) continue;
+    if (!sits(guest, slot)) continue;
     green_[slot]->FillColor = kAccepted;
     tell(slot, "accepted", kAccepted);
   }
@@ -68,7 +74,7 @@ void Form1::showAccepted(std::string_view guest) {
 
 void Form1::showDeclined(std::string_view guest) {
   for (std::size_t slot = 0; slot < kSlots; ++slot) {
-    if (Label1[slot].Caption.get() != guest) continue;
+    if (!sits(guest, slot)) continue;
     red_[slot]->FillColor = kDeclined;
     tell(slot, "declined", kDeclinedText);
   }

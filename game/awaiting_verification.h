@@ -2,7 +2,9 @@
 #pragma once
 
 #include <array>
+#include <string>
 #include <string_view>
+#include <vector>
 
 #include "platform/controls.h"
 #include "platform/shape.h"
@@ -63,9 +65,12 @@ class Form1 : public Form {
 
   CommandButton Command1{*this, "Command1", pixels(564, 224, 112, 34), "GO"};
 
-  /// The guests of the first slots are asked; the other seats are empty and grey.
+  /// An invitation begins: names the first slots, at most `kSlots`; nobody has been asked yet.
+  void invite(const std::vector<std::string>& entries);
+  /// The guests of the first slots are asked, and all lamps dark; the other seats are empty and
+  /// grey, and no line is about them.
   void showAsked(std::size_t guests);
-  /// Lights the lamp of each slot whose name is the guest's, letter for letter.
+  /// Lights the lamp of each slot whose guest was asked and has this name, letter for letter.
   void showAccepted(std::string_view guest);
   void showDeclined(std::string_view guest);
 
@@ -76,6 +81,7 @@ class Form1 : public Form {
   static constexpr Place kGreenPlace = pixels(176, 56, 22, 22);
 
   void Command1_Click();
+  bool sits(std::string_view guest, std::size_t slot) const;
   void tell(std::size_t slot, std::string_view answer, Color color);
 
   Client& client_;

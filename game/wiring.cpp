@@ -20,13 +20,11 @@ bool somethingToPlay(Client& client) {
   return std::ranges::any_of(kGames, [&](const Game& game) { return canPlay(game, config); });
 }
 
-// The entries selected in the user list; the last one becomes the current one on the way.
-std::vector<std::string> selectedUsers(ListBox& users) {
+std::vector<std::string> selectedUsers(const ListBox& users) {
   std::vector<std::string> selected;
   for (int i = 0; i < users.ListCount(); ++i) {
     if (users.Selected(i)) selected.push_back(users.List(i));
   }
-  if (users.ListCount() > 0) users.setListIndex(users.ListCount() - 1);
   return selected;
 }
 
@@ -47,10 +45,7 @@ void requestGame(Client& client, frmMain& room) {
                   box_style::kExclamation);
     return;
   }
-  Form1& waiting = client.form<Form1>();
-  for (std::size_t slot = 0; slot < invited.size(); ++slot) {
-    waiting.Label1[slot].Caption = invited[slot];
-  }
+  client.form<Form1>().invite(invited);
   client.ports.application.DoEvents();
   game1& form = client.form<game1>();
   form.Text8.Text = std::to_string(invited.size());

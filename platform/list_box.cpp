@@ -95,8 +95,9 @@ void ListBox::setSelected(int index, bool selected) {
 
 std::string ListBox::Text() const {
   const int index = ListIndex();
-  if (index < 0 || std::ranges::none_of(flags_, &Flags::selected)) return {};
-  return entries_[static_cast<std::size_t>(index)];
+  if (index >= 0 && Selected(index)) return List(index);
+  if (std::ranges::count(flags_, true, &Flags::selected) != 1) return {};
+  return List(static_cast<int>(std::ranges::find(flags_, true, &Flags::selected) - flags_.begin()));
 }
 
 const std::vector<std::string>& ListBox::entries() const {

@@ -44,8 +44,8 @@ class ListBox : public Control {
   void setListIndex(int index);
   bool Selected(int index) const;
   void setSelected(int index, bool selected);
-  /// The entry at `ListIndex`; the empty string when there is none, or when nothing is selected:
-  /// an entry that was unselected is no target.
+  /// The entry that commands are about: the one at `ListIndex` if it is selected, else the only one
+  /// that is; the empty string when there is none.
   std::string Text() const;
 
   const std::vector<std::string>& entries() const;

@@ -183,6 +183,8 @@ TEST_F(Selection, LaterRequestKeepsTheChoicesOfALoadedForm) {
   EXPECT_EQ(form<game1>().Text8.Text.get(), "1");
   // The second slot stays as it was.
   EXPECT_EQ(form<Form1>().Label1[1].Caption.get(), "bo");
+  // Whom the user list's commands are about stays who it was.
+  EXPECT_EQ(room().List1.Text(), "al");
   click(form<game1>().Command4);
   EXPECT_EQ(desktop.client->loadedForm<game1>(), nullptr);
 }

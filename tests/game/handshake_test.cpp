@@ -74,6 +74,21 @@ TEST_F(Handshake, AnswersLightLampsOfExactNames) {
   EXPECT_EQ(form<Form1>().Label1[1].Caption.get(), "None");
 }
 
+TEST_F(Handshake, EmptySeatsAreNobodysAndAnInvitationBeginsDark) {
+  say("XCEPT\tNone\r\n");
+  EXPECT_EQ(lamps(), "------------") << "before anybody was invited";
+  invite({"al", "bo"});
+  say("XCEPT\tNone\r\nDECLINE\tNone\r\nXCEPT\tbo\r\nDECLINE\tal\r\n");
+  EXPECT_EQ(lamps(), "r--g--------");
+  invite({"cy"});
+  EXPECT_EQ(lamps(), "------------");
+  EXPECT_EQ(answers(), "asked ");
+  say("XCEPT\tbo\r\n");
+  EXPECT_EQ(lamps(), "------------") << "asked for the game before";
+  click(form<Form1>().Command1);
+  EXPECT_THAT(received(), ElementsAre("INGAME\tbob"));
+}
+
 TEST_F(Handshake, OfferShowsWhatItHoldsAndBuildsTheCommand) {
   say("GAME\tzdoom2\tmaps.wad\tNONE\t -fast\t10.0.0.7\tann\r\n");
   EXPECT_TRUE(desktop.shows<request>());

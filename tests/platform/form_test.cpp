@@ -173,6 +173,10 @@ TEST(ListBox, OrderSelectionAndRemoval) {
   EXPECT_EQ(form.sorted.Text(), form.sorted.List(3));
   form.sorted.setSelected(3, false);
   EXPECT_EQ(form.sorted.Text(), "");
+  form.sorted.setSelected(0, true);
+  EXPECT_EQ(form.sorted.Text(), "A") << "the only one that is selected";
+  form.sorted.setSelected(1, true);
+  EXPECT_EQ(form.sorted.Text(), "");
   EXPECT_EQ(form.sorted.ListIndex(), 3);
 }
 

@@ -92,9 +92,7 @@ game1& chosenGame(RoomDesk& desk) {
 
 Form1& answers(RoomDesk& desk) {
   auto& form = desk.client->form<Form1>();
-  for (std::size_t slot = 0; slot < 4; ++slot) {
-    form.Label1[slot].Caption = std::array{"bob", "Crusher[AW]", "WWWWWWWWWWWW[CS]", "Vex"}[slot];
-  }
+  form.invite({"bob", "Crusher[AW]", "WWWWWWWWWWWW[CS]", "Vex"});
   form.showAsked(4);
   form.showAccepted("bob");
   form.showAccepted("WWWWWWWWWWWW[CS]");
