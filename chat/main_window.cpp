@@ -6,6 +6,7 @@
 #include "chat/private_message.h"
 #include "chat/resize/resize_forms.h"
 #include "chat/user_list_entry.h"
+#include "session/asked_for.h"
 #include "session/client.h"
 #include "session/connection.h"
 #include "session/login_window.h"
@@ -67,7 +68,16 @@ void frmMain::Form_Load() {
   client_.ports.sound.play("boom");
 }
 
-void frmMain::Form_Unload() { leaveWithFarewell(client_); }
+void frmMain::Form_Unload() {
+  client_.lasting<AskedFor>().onAsked = nullptr;
+  leaveWithFarewell(client_);
+}
+
+void frmMain::AnswerClock_Tick() {
+  auto& asked = client_.lasting<AskedFor>();
+  for (std::string& sentence : asked.takeSilences(client_)) hints.pass(std::move(sentence));
+  AnswerClock.Enabled = asked.waits(client_);
+}
 
 void frmMain::Form_Resize() { client_.lasting<Resize_forms>().ResizeForm(*this); }
 

@@ -6,6 +6,7 @@
 
 #include "build_settings.h"
 #include "chat/completion.h"
+#include "chat/hints.h"
 #include "platform/controls.h"
 #include "platform/list_box.h"
 #include "platform/menu.h"
@@ -38,7 +39,10 @@ class frmMain : public MainWindow {
   CommandButton Command1{*this, "Command1", pixels(738, 548, 208, 32), "Request A Game"};
   CommandButton Command2{*this, "Command2", pixels(738, 586, 208, 32), "Return from CS"};
 
-  // Never seen: the radio's timer, and the commands that start a game as guest and as host.
+  // Never seen: the clocks of hints and of questions without an answer, the radio's timer, and the
+  // commands that start a game as guest and as host.
+  Timer HintClock{*this, "HintClock", 0, false};
+  Timer AnswerClock{*this, "AnswerClock", 1'000, false};
   Timer Timer1{*this, "Timer1", 500, false};
   TextBox Text1{*this, "Text1", pixels(0, 0, 0, 0)};
   TextBox Text2{*this, "Text2", pixels(0, 0, 0, 0)};
@@ -93,6 +97,8 @@ class frmMain : public MainWindow {
   MenuItem mnuSendServerMSG{mnuOpCommands, "mnuSendServerMSG", "Send Server message",
                             State::hidden};
 
+  Hints hints{txtOutput, HintClock};
+
   /// What a profile answer names as the version.
   std::string version;
 
@@ -121,6 +127,7 @@ class frmMain : public MainWindow {
   void List1_MouseUp(MouseButton button);
   void List1_DblClick();
   void mnuPM_Click();
+  void AnswerClock_Tick();
   bool refusesPrivateMessage();
 
   Client& client_;

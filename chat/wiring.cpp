@@ -5,6 +5,7 @@
 #include "chat/mentions.h"
 #include "chat/radio.h"
 #include "platform/text.h"
+#include "session/asked_for.h"
 #include "session/client.h"
 #include "session/connection.h"
 
@@ -27,6 +28,10 @@ void frmMain::wire() {
   Image1.Click = [this] { Image1_Click(); };
   List1.MouseUp = [this](MouseButton button) { List1_MouseUp(button); };
   List1.DblClick = [this] { List1_DblClick(); };
+
+  AnswerClock.Tick = [this] { AnswerClock_Tick(); };
+  // It stands still while nothing is open.
+  client_.lasting<AskedFor>().onAsked = [this] { AnswerClock.Enabled = true; };
 
   mnuConnect.Click = [this] { reconnect(client_); };
   mnuDisconnect.Click = [this] { disconnect(client_); };

@@ -1,5 +1,7 @@
 #include "game/game_request.h"
 
+#include <chrono>
+
 #include "chat/main_window.h"
 #include "game/game_table.h"
 #include "session/client.h"
@@ -48,7 +50,13 @@ void request::answer(bool accepted) {
   const std::string& shownName = client_.form<frmMain>().Label1.Caption;
   const bool sent = sendOrTell(client_, accepted ? outbound::accept(offer->host, shownName)
                                                  : outbound::decline(offer->host, shownName));
-  if (sent && accepted) client_.lasting<PendingOffers>().accepted = offer;
+  if (sent && accepted) {
+    client_.lasting<PendingOffers>().accepted = offer;
+    constexpr std::chrono::minutes kUntilGo{5};
+    client_.form<frmMain>().hints.pass(
+        "You have accepted " + offer->host + "'s game. It begins when the host presses GO.",
+        kUntilGo);
+  }
   // An offer that can't be accepted any more can still be put away.
   if (!sent && accepted) return;
   if (offers_.isShown(*offer)) client_.slots.unload(*this);

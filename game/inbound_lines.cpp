@@ -54,7 +54,10 @@ void onDecline(InboundContext& context) {
   waiting.ShowQuietly();
 }
 
-void onStart(InboundContext& context) { context.client.form<Form3>().ShowQuietly(); }
+void onStart(InboundContext& context) {
+  context.client.form<frmMain>().hints.passed();
+  context.client.form<Form3>().ShowQuietly();
+}
 
 void onGetUserIp(InboundContext& context) {
   Client& client = context.client;

@@ -78,6 +78,14 @@ class RichTextLine : public TextBox {
   std::function<bool()> Complete;
 };
 
+/// A sentence to the user, beside a text and no part of it; none if it is empty.
+struct Hint {
+  std::string text;
+  /// The caption of what leads on from here; empty for nothing.
+  std::string link;
+  bool operator==(const Hint&) const = default;
+};
+
 /// A rich text box that is only read: the chat view. See styled_text.h for caret and styles.
 class RichTextBox : public Control {
  public:
@@ -85,6 +93,10 @@ class RichTextBox : public Control {
 
   StyledText Content;
   Property<Color> BackColor{*this, {}};
+  Property<Hint> Hint_{*this, {}};
+  Event<> HintFollowed;
+  /// The user puts the hint away.
+  Event<> HintClosed;
 
   /// Whether a line calls for the user's attention; unset for none.
   std::function<bool(std::string_view line)> IsForUser;

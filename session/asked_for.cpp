@@ -1,11 +1,20 @@
 #include "session/asked_for.h"
 
 #include <algorithm>
+#include <array>
 
 #include "platform/text.h"
 
 namespace kelvaron {
 namespace {
+
+constexpr std::array kKinds = {Asked::profile, Asked::ping, Asked::file, Asked::join};
+
+std::vector<std::string> joined(const std::vector<std::string>& names) {
+  std::string all;
+  for (const std::string& name : names) all += (all.empty() ? "" : " or ") + name;
+  return all.empty() ? names : std::vector{all};
+}
 
 // A name as lines show it, without the mark of moderators.
 std::string_view withoutMarks(std::string_view shownName) {
@@ -14,6 +23,20 @@ std::string_view withoutMarks(std::string_view shownName) {
 
 std::string_view kindOf(Asked what) {
   return what == Asked::join ? "the CSDoom game" : "sending a file";
+}
+
+std::string_view lackOf(Asked what) {
+  switch (what) {
+    case Asked::profile:
+      return "with a profile";
+    case Asked::ping:
+      return "the ping";
+    case Asked::file:
+      return "about the file";
+    case Asked::join:
+      break;
+  }
+  return "about the CSDoom game";
 }
 
 }  // namespace
@@ -33,6 +56,31 @@ void AskedFor::ask(const Client& client, Asked what, std::string_view nickname) 
                        .when = client.now(),
                        .connection = client.connectionsMade,
                        .keys = client.keysTyped()});
+  if (onAsked) onAsked();
+}
+
+std::vector<std::string> AskedFor::takeSilences(const Client& client) {
+  std::vector<std::string> sentences;
+  for (const Asked what : kKinds) {
+    std::vector<std::string> silent;
+    for (Question& each : open(client, what)) {
+      if (each.told || client.now() - each.when < kPromptly) continue;
+      each.told = true;
+      if (std::ranges::find(silent, each.nickname) == silent.end()) silent.push_back(each.nickname);
+    }
+    // An address doesn't say whom it is from, so any of those who were asked may be meant.
+    if (what == Asked::file || what == Asked::join) silent = joined(silent);
+    for (const std::string& name : silent) {
+      sentences.push_back(name + " hasn't answered " + std::string(lackOf(what)) + ".");
+    }
+  }
+  return sentences;
+}
+
+bool AskedFor::waits(const Client& client) {
+  return std::ranges::any_of(kKinds, [&](Asked what) {
+    return !std::ranges::all_of(open(client, what), &Question::told);
+  });
 }
 
 std::optional<AskedFor::Answer> AskedFor::take(const Client& client, Asked what,

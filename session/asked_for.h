@@ -3,6 +3,7 @@
 
 #include <chrono>
 #include <cstdint>
+#include <functional>
 #include <map>
 #include <optional>
 #include <string>
@@ -45,6 +46,14 @@ class AskedFor {
   /// it. It is usable at once when it came promptly from the only one who was asked; else the user
   /// is asked, also where it would take the place of another one.
   Address takeAddress(Client& client, Asked what, const std::string& address);
+  /// Sentences about who has not answered promptly, one for each question and once; of those that
+  /// are for an address, one about all who may be meant.
+  std::vector<std::string> takeSilences(const Client& client);
+  /// Whether there may be more of them later.
+  bool waits(const Client& client);
+  /// A question went out.
+  std::function<void()> onAsked;
+
   /// Whether the user has typed since the question behind the address that was usable last.
   bool typedSinceAddress(const Client& client) const {
     return keysOfAddress_ != client.keysTyped();
@@ -57,6 +66,7 @@ class AskedFor {
     std::uint64_t connection = 0;
     std::uint64_t keys = 0;
     bool answered = false;
+    bool told = false;
   };
   struct Used {
     std::string address;

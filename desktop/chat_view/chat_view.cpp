@@ -205,7 +205,7 @@ void ChatView::resizeEvent(QResizeEvent* event) {
 
 void ChatView::fitWidth() {
   layout_.setWidth(viewport()->width() - 2 * kMargin);
-  placeFindBar();
+  placeBars();
   settle();
 }
 

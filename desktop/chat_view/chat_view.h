@@ -32,6 +32,7 @@ class QPushButton;
 namespace kelvaron {
 
 class ChatFindBar;
+class ChatHint;
 
 class ChatView : public QAbstractScrollArea {
   Q_OBJECT
@@ -92,6 +93,9 @@ class ChatView : public QAbstractScrollArea {
   /// Whether the key was one of these.
   bool viewCommand(const QKeyEvent& key);
 
+  /// A strip above the text with a sentence and what leads on from it; an empty text hides it.
+  void setHint(const QString& text, const QString& link);
+
   /// Lines that are for the user have a mark at the view's edge.
   void setForUser(std::function<bool(std::string_view line)> isForUser);
   const ChatNotes& notes() const { return notes_; }
@@ -99,6 +103,8 @@ class ChatView : public QAbstractScrollArea {
  Q_SIGNALS:
   /// A link was clicked; always http or https.
   void linkActivated(const QUrl& url);
+  void hintFollowed();
+  void hintClosed();
   /// The user typed while the view had the focus.
   void typed(const QString& text);
   /// A line for the user has come.
@@ -162,7 +168,7 @@ class ChatView : public QAbstractScrollArea {
   bool showTime(const QHelpEvent& event);
 
   ChatFindBar& findBar();
-  void placeFindBar();
+  void placeBars();
   void findAsTyped();
   bool find(bool backwards, TextPosition from);
 
@@ -195,6 +201,7 @@ class ChatView : public QAbstractScrollArea {
   QPushButton* newLines_ = nullptr;  // tells how many have come since
 
   ChatFindBar* findBar_ = nullptr;
+  ChatHint* hint_ = nullptr;
   std::optional<std::size_t> unspokenFrom_;  // where the text begins that screen readers lack
 };
 

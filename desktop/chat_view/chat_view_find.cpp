@@ -1,8 +1,9 @@
-// The chat view's find bar and what it finds.
+// What stands above and below the chat view's text: a hint, and the find bar with what it finds.
 #include <string>
 
 #include "chat/find.h"
 #include "desktop/chat_view/chat_find_bar.h"
+#include "desktop/chat_view/chat_hint.h"
 #include "desktop/chat_view/chat_view.h"
 #include "desktop/text_conversion.h"
 
@@ -20,26 +21,41 @@ ChatFindBar& ChatView::findBar() {
   return *findBar_;
 }
 
-void ChatView::placeFindBar() {
-  const bool open = findBar_ != nullptr && !findBar_->isHidden();
-  const int height = open ? findBar_->sizeHint().height() : 0;
-  if (viewportMargins().bottom() != height) setViewportMargins(0, 0, 0, height);
-  if (open) {
-    const QRect shown = viewport()->geometry();
-    findBar_->setGeometry(shown.x(), shown.bottom() + 1, shown.width(), height);
+void ChatView::setHint(const QString& text, const QString& link) {
+  if (hint_ == nullptr) {
+    if (text.isEmpty()) return;
+    hint_ = new ChatHint(this);
+    connect(hint_, &ChatHint::followed, this, &ChatView::hintFollowed);
+    connect(hint_, &ChatHint::closed, this, &ChatView::hintClosed);
   }
+  hint_->tell(text, link);
+  placeBars();
+}
+
+/// The hint above the text, the find bar below.
+void ChatView::placeBars() {
+  const int width = viewport()->width();
+  const int above = hint_ == nullptr ? 0 : hint_->heightAt(width);
+  const bool open = findBar_ != nullptr && !findBar_->isHidden();
+  const int below = open ? findBar_->sizeHint().height() : 0;
+  if (const QMargins margins(0, above, 0, below); viewportMargins() != margins) {
+    setViewportMargins(margins);
+  }
+  const QRect shown = viewport()->geometry();
+  if (above > 0) hint_->setGeometry(shown.x(), shown.y() - above, width, above);
+  if (open) findBar_->setGeometry(shown.x(), shown.bottom() + 1, width, below);
 }
 
 void ChatView::openFindBar() {
   const TextRange range = selection();
   const bool oneLine = !range.empty() && range.begin.line == range.end.line;
   findBar().open(oneLine ? shownText(selectedText()) : QString());
-  placeFindBar();
+  placeBars();
 }
 
 void ChatView::closeFindBar() {
   findBar().hide();
-  placeFindBar();
+  placeBars();
   setFocus(Qt::OtherFocusReason);
 }
 

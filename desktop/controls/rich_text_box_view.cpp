@@ -4,6 +4,12 @@
 #include "desktop/qt_values.h"
 
 namespace kelvaron {
+namespace {
+
+// Characters; a nickname in it may be of any length.
+constexpr std::size_t kMostOfHint = 256;
+
+}  // namespace
 
 RichTextBoxView::RichTextBoxView(RichTextBox& box, ViewHost& host, QWidget* parent)
     : ControlView(box, host, new ChatView(box.Content, parent)) {
@@ -18,6 +24,9 @@ RichTextBoxView::RichTextBoxView(RichTextBox& box, ViewHost& host, QWidget* pare
   connect(
       chat, &ChatView::typed, this, [this](const QString& text) { this->host().typeAhead(text); },
       Qt::QueuedConnection);
+  connect(chat, &ChatView::hintFollowed, this,
+          [this] { run([&] { this->box().HintFollowed(); }); });
+  connect(chat, &ChatView::hintClosed, this, [this] { run([&] { this->box().HintClosed(); }); });
   chat->setForUser([this](std::string_view line) {
     return attached() && this->box().IsForUser && this->box().IsForUser(line);
   });
@@ -31,7 +40,10 @@ void RichTextBoxView::detach() {
 }
 
 void RichTextBoxView::refresh() {
-  static_cast<ChatView&>(widget()).setBackground(toQt(box().BackColor.get()));
+  auto& chat = static_cast<ChatView&>(widget());
+  chat.setBackground(toQt(box().BackColor.get()));
+  const Hint& hint = box().Hint_;
+  chat.setHint(shownText(beginningOf(hint.text, kMostOfHint)), shownText(hint.link));
 }
 
 }  // namespace kelvaron

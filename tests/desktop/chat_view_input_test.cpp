@@ -2,8 +2,11 @@
 #include <QAction>
 #include <QClipboard>
 #include <QInputMethodEvent>
+#include <QLabel>
 #include <QMenu>
+#include <QPushButton>
 #include <QSignalSpy>
+#include <QToolButton>
 #include <algorithm>
 #include <tuple>
 
@@ -187,6 +190,29 @@ TEST_F(ChatViewTest, TypingIsPassedOnCommandsAreNot) {
   QString all;
   for (const QList<QVariant>& arguments : typed) all += arguments[0].toString();
   EXPECT_EQ(all, QString::fromUtf8("a /é"));
+}
+
+TEST_F(ChatViewTest, AHintTakesRoomAboveTheTextAndGoesByItsButtons) {
+  appendLines(100);
+  turn();
+  const int before = port->height();
+  QSignalSpy followed(&view, &ChatView::hintFollowed);
+  QSignalSpy closed(&view, &ChatView::hintClosed);
+  view.setHint("<b>bob</b> hasn't answered. It is a long sentence, which takes a second row", "Go");
+  EXPECT_LT(port->height(), before - 2 * view.fontMetrics().height());
+  EXPECT_TRUE(view.atEnd());
+  const auto* sentence = view.findChild<QLabel*>();
+  EXPECT_EQ(sentence->textFormat(), Qt::PlainText);
+  EXPECT_LE(sentence->mapTo(&view, sentence->rect().bottomLeft()).y(), port->y());
+  view.findChild<QPushButton*>()->click();
+  view.findChild<QToolButton*>()->click();
+  turn();
+  EXPECT_EQ(followed.count(), 1);
+  EXPECT_EQ(closed.count(), 1);
+  view.setHint("short", {});
+  EXPECT_FALSE(view.findChild<QPushButton*>()->isVisible());
+  view.setHint({}, {});
+  EXPECT_EQ(port->height(), before);
 }
 
 }  // namespace

@@ -112,6 +112,7 @@ TEST_F(Handshake, OfferShowsWhatItHoldsAndBuildsTheCommand) {
   click(form<request>().Command1);
   EXPECT_THAT(received(), ElementsAre("XCEPT\tcy\tbob"));
   EXPECT_EQ(desktop.client->loadedForm<request>(), nullptr);
+  EXPECT_THAT(room().txtOutput.Hint_.get().text, HasSubstr("cy's game. It begins when the host"));
 
   say("GAME\tquake\tNONE\tNONE\t\t10.0.0.8\tcy\r\n");
   EXPECT_EQ(form<request>().Text2.Text.get(), "");

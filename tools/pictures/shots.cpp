@@ -149,6 +149,14 @@ const std::vector<Shot> kShots = {
        d.room().Frame1.Visible = true;
        return d.room();
      }},
+    {"room_hint",
+     [](RoomDesk& d) -> Form& {
+       fillRoom(d.room());
+       d.room().hints.stand(
+           {.text = "To play, tell Kelvaron where your games are.", .link = "Configure Games"},
+           nullptr);
+       return d.room();
+     }},
     {"room_small",
      [](RoomDesk& d) -> Form& {
        fillRoom(d.room());
