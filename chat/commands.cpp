@@ -243,6 +243,8 @@ std::vector<std::string_view> commandWords() {
   return words;
 }
 
+bool isAboutEntry(std::string_view text) { return upper(text).starts_with("/PING "); }
+
 bool saysCommandAloud(std::string_view text, const frmMain& room) {
   return text.starts_with('/') && rowFor(text, room).word.empty();
 }

@@ -15,6 +15,8 @@ void enterPressed(Client& client, frmMain& room);
 
 /// The words of the commands, in capitals with their "/".
 std::vector<std::string_view> commandWords();
+/// Whether a text begins with a command that is about a whole entry of the user list, with its tag.
+bool isAboutEntry(std::string_view text);
 /// Whether Enter says a text to everybody that begins like a command.
 bool saysCommandAloud(std::string_view text, const frmMain& room);
 

@@ -23,8 +23,11 @@ std::optional<Completion::Line> Completion::next(const Line& line,
     if (upper(each).starts_with(typed_)) fitting.push_back(each);
   }
   if (fitting.empty()) return std::nullopt;
+  // Behind a command a blank would be part of the name.
+  const bool isArgument = begin_ > 0 && line.text.starts_with('/');
+  const std::string_view behind = isArgument ? "" : begin_ == 0 && !isCommand ? ": " : " ";
   std::string front = line.text.substr(0, begin_);
-  front.append(fitting[index_ % fitting.size()]).append(begin_ == 0 && !isCommand ? ": " : " ");
+  front.append(fitting[index_ % fitting.size()]).append(behind);
   given_ = {front + behind_, front.size()};
   return given_;
 }

@@ -20,8 +20,9 @@ class Completion {
   };
 
   /// The line with the word in front of the caret completed: ": " behind a name at the start, a
-  /// blank behind a command and a name elsewhere. For the line that it gave last it gives the next
-  /// name. None when no name begins so, without regard to case.
+  /// blank behind a command and a name elsewhere, nothing behind a name that a command is about.
+  /// For the line that it gave last it gives the next name. None when no name begins so, without
+  /// regard to case.
   std::optional<Line> next(const Line& line, const std::vector<std::string_view>& nicks,
                            const std::vector<std::string_view>& commands);
 

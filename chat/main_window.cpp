@@ -111,8 +111,11 @@ void frmMain::txtinput_KeyDown(int keyCode) {
 }
 
 bool frmMain::txtinput_Complete() {
+  const bool whole = isAboutEntry(txtinput.Text.get());
   std::vector<std::string_view> nicks;
-  for (const std::string& entry : List1.entries()) nicks.push_back(nicknameOf(entry));
+  for (const std::string& entry : List1.entries()) {
+    nicks.push_back(whole ? entry : nicknameOf(entry));
+  }
   const auto caret = static_cast<std::size_t>(txtinput.SelStart);
   const auto line = completion_.next({txtinput.Text, caret}, nicks, commandWords());
   if (!line) return false;

@@ -98,8 +98,8 @@ class Client : NonCopyable {
   std::function<std::chrono::steady_clock::time_point()> now = std::chrono::steady_clock::now;
   /// How many keys the user has typed so far, in any window; the desktop counts.
   std::function<std::uint64_t()> keysTyped = [] { return std::uint64_t{0}; };
-  /// When the box about a missing profile was on the screen last.
-  std::optional<std::chrono::steady_clock::time_point> missingProfileTold;
+  /// When a box about a missing file was on the screen last, by the text of its fault.
+  std::map<std::string, std::chrono::steady_clock::time_point> missingFileTold;
 
  private:
   BoxAnswer show(BoxRequest box);

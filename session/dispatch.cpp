@@ -9,7 +9,7 @@
 namespace kelvaron {
 namespace {
 
-constexpr std::chrono::minutes kBetweenMissingProfiles{1};
+constexpr std::chrono::minutes kBetweenMissingFiles{1};
 
 void handleLine(Client& client, std::string_view text, FaultRule& rule,
                 std::span<const InboundRow> table) {
@@ -21,13 +21,13 @@ void handleLine(Client& client, std::string_view text, FaultRule& rule,
   row->handler(context);
 }
 
-/// Whoever asks for a profile again and again must not keep its owner from the room.
-bool mayTellMissingProfile(Client& client) {
+/// Whoever asks for a profile again and again must not keep its owner from the room. Each file that
+/// is missing counts for itself.
+bool mayTellMissingFile(Client& client, const Fault& fault) {
   const auto now = client.now();
-  if (client.missingProfileTold && now - *client.missingProfileTold < kBetweenMissingProfiles) {
-    return false;
-  }
-  client.missingProfileTold = now;
+  const auto [told, first] = client.missingFileTold.try_emplace(fault.what(), now);
+  if (!first && now - told->second < kBetweenMissingFiles) return false;
+  told->second = now;
   return true;
 }
 
@@ -49,7 +49,7 @@ void handleArrival(Client& client, ArrivalRead& read, std::span<const InboundRow
   });
   if (!fault) return;
   read.lines = {};
-  if (fault->number() == fault_number::kFileNotFound && mayTellMissingProfile(client)) {
+  if (fault->number() == fault_number::kFileNotFound && mayTellMissingFile(client, *fault)) {
     client.MsgBox(
         "Someone is trying to view your profile But you havent made one. Please create it to avoid "
         "seeing this message");

@@ -39,9 +39,9 @@ struct ArrivalRead {
 
 /// Handles lines of a read and takes them off its front: cuts at every CR LF, drops what stands
 /// behind the last one, and runs each line's handler. A line of an unknown keyword is passed over.
-/// A fault ends the rest of the read, quietly but for a missing file (told once a minute at most),
-/// unless a handler has set the rule that goes on. Ends early at `until`, behind the line that is
-/// at work then, and when the client drops what arrived.
+/// A fault ends the rest of the read, quietly but for a missing file (told once a minute at most
+/// for each), unless a handler has set the rule that goes on. Ends early at `until`, behind the
+/// line that is at work then, and when the client drops what arrived.
 void handleArrival(
     Client& client, ArrivalRead& read, std::span<const InboundRow> table,
     std::chrono::steady_clock::time_point until = std::chrono::steady_clock::time_point::max());

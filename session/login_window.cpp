@@ -146,6 +146,8 @@ void frmLogin::connectionError() {
   // The room is made here at the latest, and takes its shown name from what stands in the box.
   client_.mainWindow();
   client_.leaveConnection();
+  const auto chosen = [this](const Server& server) { return (this->*server.box).Value == 1; };
+  if (std::ranges::none_of(kServers, chosen)) Check1.SetFocus();
 }
 
 void frmLogin::setWaiting(bool waiting) {

@@ -43,7 +43,8 @@ void ButtonView::fitText() {
 bool ButtonView::press(PressedBy key) {
   if (!(key == PressedBy::enter ? button().Default : button().Cancel)) return false;
   settle();
-  if (!usable()) return false;
+  // While the cancel button can't be pressed Escape does nothing, rather than close the window.
+  if (!usable()) return key == PressedBy::escape;
   button_.click();
   return true;
 }

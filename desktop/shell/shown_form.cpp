@@ -184,7 +184,10 @@ void ShownForm::watchPointer() {
 }
 
 void ShownForm::applyLook() {
-  frame_->setWindowTitle(shownText(beginningOf(form_->Caption.get(), kMostOfTitle)));
+  // Twice is what the toolkit shows once: its mark of changed windows is no text.
+  const QString mark = QStringLiteral("[*]");
+  frame_->setWindowTitle(
+      shownText(beginningOf(form_->Caption.get(), kMostOfTitle)).replace(mark, mark + mark));
   QPalette palette = QApplication::palette();
   palette.setColor(QPalette::Window, toQt(form_->BackColor.get()));
   for (const auto group : {QPalette::Active, QPalette::Inactive}) {

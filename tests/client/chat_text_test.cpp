@@ -69,7 +69,8 @@ TEST(Completion, Lines) {
        {Case{"an|", {"ann: |", "Anna: |", "ann: |"}}, Case{"B|", {"bob: |"}},
         Case{"hi an| there", {"hi ann | there", "hi Anna | there"}}, Case{"hi |", {nullptr}},
         Case{"/ki|", {"/KISSME |", "/KISS |", "/KISSME |"}}, Case{"hi /ki|", {nullptr}},
-        Case{"\xE9|", {"\xC9va: |"}}, Case{"|an", {nullptr}}, Case{"zed|", {nullptr}}}) {
+        Case{"/ping an|", {"/ping ann|", "/ping Anna|"}}, Case{"\xE9|", {"\xC9va: |"}},
+        Case{"|an", {nullptr}}, Case{"zed|", {nullptr}}}) {
     Completion completion;
     const std::size_t bar = before.find('|');
     Completion::Line line{std::string(before).erase(bar, 1), bar};

@@ -120,6 +120,20 @@ TEST_F(Commands, PingFindsWholeEntriesOnly) {
   }
 }
 
+TEST_F(Commands, CompletedNamesAreWhomCommandsMean) {
+  for (const char* entry : {"ann[AW]", "bo"}) room().List1.AddItem(entry);
+  const auto complete = [&](const std::string& text) {
+    room().txtinput.Text = text;
+    room().txtinput.SelStart = static_cast<int>(text.size());
+    desktop.edge.run([&] { EXPECT_TRUE(room().txtinput.Complete()); });
+    return left();
+  };
+  EXPECT_EQ(sent(complete("/ping a")), "PINGUSER|ann[AW]|bob");
+  EXPECT_EQ(sent(complete("/kick a")), "KICK|ann|");
+  EXPECT_EQ(sent(complete("/mute b")), "");
+  EXPECT_THAT(boxTexts(), ElementsAre("BO has been muted"));
+}
+
 TEST_F(Commands, MuteAndUnmute) {
   EXPECT_EQ(sent("/UNMUTE"), "");
   EXPECT_EQ(sent("/mute bob"), "");

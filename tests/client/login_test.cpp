@@ -101,7 +101,10 @@ TEST_F(Login, WithNoServerChosenTheConnectionErrorComesAndTheWindowIsReadyAgain)
   start(*desktop.client);
   press("");  // makes the room, with no name
   desktop.login().Check1.Value = 0;
+  bool atServers = false;
+  desktop.login().Check1.onSetFocus = [&] { atServers = true; };
   press("bo");
+  EXPECT_TRUE(std::exchange(desktop.login().Check1.onSetFocus, nullptr) && atServers);
   EXPECT_EQ(desktop.boxes.at(1).title, "Connection Error");
   EXPECT_EQ(desktop.boxes.at(1).style, 48);
   EXPECT_TRUE(desktop.login().cmdOK.Enabled);

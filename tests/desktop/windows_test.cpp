@@ -57,6 +57,27 @@ TEST_F(Windows, CloseButton) {
   }
 }
 
+TEST_F(Windows, EscapeDoesNothingWhileTheCancelButtonIsDisabled) {
+  auto& form = client->form<Plain>();
+  form.button.Cancel = true;
+  form.button.Click = [&] { client->slots.unload(form); };
+  show<Plain>();
+  for (const bool enabled : {false, true}) {
+    form.button.Enabled = enabled;
+    QTest::keyClick(frame(form), Qt::Key_Escape);
+    EXPECT_EQ(client->loadedForm<Plain>() == nullptr, enabled);
+  }
+}
+
+TEST_F(Windows, TitleIsTheCaption) {
+  auto& form = show<Plain>();
+  for (const char* caption : {"a [*] b", "[*]", "[*][*]"}) {
+    form.Caption = caption;
+    turn();
+    EXPECT_EQ(frame(form)->windowHandle()->title(), caption);
+  }
+}
+
 TEST_F(Windows, SizeAndResize) {
   auto& fixed = show<Plain>();
   EXPECT_THAT(fixed.sizes, ElementsAre(Pair(3000, 1500)));

@@ -136,9 +136,12 @@ TEST_F(Handshake, ShortOffersAndMissingConfigurations) {
   desktop.edge.run([&] { desktop.client->slots.unload(form<request>()); });
 
   std::filesystem::remove(desktop.folder.path() / kGameConfigFile);
-  server.say(kOffer);
-  say("");
-  EXPECT_THAT(boxTexts(), ElementsAre(HasSubstr("Someone is trying to view your profile")));
+  // Each missing file is told of for itself.
+  for (const std::string& line : {"GETPROFILE\tcy\r\n" + kOffer, kOffer}) {
+    server.say(line);
+    say("");
+    EXPECT_THAT(boxTexts(), ElementsAre(HasSubstr("Someone is trying to view your profile")));
+  }
   EXPECT_FALSE(desktop.shows<request>());
 }
 
