@@ -10,7 +10,7 @@ Frm_Client::Frm_Client(Client& client)
             .width = 580 * kTwipsPerPixel,
             .height = 224 * kTwipsPerPixel}),
       client_(client),
-      transfer_(client.ports.sockets, client.ports.streams, client.edge) {
+      transfer_(client.ports.sockets, client.ports.streams, client.edge, client.now) {
   Txt_File.Text = "C:\\";
   Txt_File.Locked = true;
   Txt_File.AccessibleName = "Save file to";
@@ -25,19 +25,12 @@ Frm_Client::Frm_Client(Client& client)
   Btn_Listen.Click = [this] { Btn_Listen_Click(); };
   Command1.Click = [this] { client_.slots.unload(*this); };
   Timer1.Tick = [this] { Timer1_Tick(); };
-  // Whoever says nothing, or anything but a header, is not heard any further, and the next one may
-  // come.
-  headerLimit.Tick = [this] { Btn_Listen.Click(); };
-  transfer_.onRefused = [this] { Btn_Listen.Click(); };
-  transfer_.onConnect = [this] {
-    headerLimit.Enabled = true;
-    showStatus();
-  };
+  transfer_.onCallers = [this] { showStatus(); };
   transfer_.onHeader = [this] { showHeader(); };
   transfer_.onProgress = [this] { showProgress(); };
-  transfer_.onEnd = [this] { ended(); };
+  transfer_.onEnd = [this] { showStatus(); };
   transfer_.onFault = [this](const Fault& fault) {
-    ended();
+    showStatus();
     client_.MsgBox(fault.what(), box_style::kCritical);
   };
 }
@@ -53,13 +46,11 @@ void Frm_Client::Form_Load() {
 
 void Frm_Client::Form_Unload() {
   Timer1.Enabled = false;
-  headerLimit.Enabled = false;
   localHost_.reset();
   transfer_.close();
 }
 
 void Frm_Client::Btn_Listen_Click() {
-  headerLimit.Enabled = false;
   if (const auto fault = FaultRule::stop().handle([&] { listen(); })) {
     client_.MsgBox(fault->what(), box_style::kCritical);
   }
@@ -70,18 +61,12 @@ void Frm_Client::listen() {
   showStatus();
 }
 
-void Frm_Client::ended() {
-  headerLimit.Enabled = false;
-  showStatus();
-}
-
 void Frm_Client::showStatus() {
   Lbl_Status.Caption = std::to_string(stateNumber(transfer_.socketState())) +
                        " on port: " + std::to_string(transfer_.port());
 }
 
 void Frm_Client::showHeader() {
-  headerLimit.Enabled = false;
   FileBar.Max = transfer_.header().size();
   FileBar.Value = 0;
   Lbl_FileSize.Caption = "File Size: " + transfer_.header().sizeText();
@@ -108,6 +93,7 @@ std::string Frm_Client::received(std::string_view name) const {
 }
 
 void Frm_Client::Timer1_Tick() {
+  if (transfer_.letSilentGo()) Btn_Listen.Click();
   if (Lbl_Complete.Caption.get() == kWholeCaption) {
     Lbl_Complete.Caption = std::string(kDoneCaption);
     Btn_Listen.Click();

@@ -15,12 +15,9 @@ namespace kelvaron {
 class Client;
 
 /// The side that listens. One connection at a time delivers one file into the folder `received`;
-/// while it lasts nobody else is heard.
+/// while it lasts nobody else is heard (see transfer_receiver.h).
 class Frm_Client : public Form {
  public:
-  /// Somebody who says nothing keeps others out for so long.
-  static constexpr int kLongestWaitForHeaderMs = 30'000;
-
   explicit Frm_Client(Client& client);
 
   Label Label1{*this, "Label1", pixels(16, 18, 120, 22), "Save File to:"};
@@ -35,8 +32,6 @@ class Frm_Client : public Form {
   CommandButton Btn_Listen{*this, "Btn_Listen", pixels(16, 178, 160, 30), "Listen for file"};
   CommandButton Command1{*this, "Command1", pixels(452, 178, 112, 30), "Close"};
   Timer Timer1{*this, "Timer1", 1000, true};
-  /// Runs while somebody is connected who has not sent a header yet.
-  Timer headerLimit{*this, "headerLimit", kLongestWaitForHeaderMs, false};
 
   Frame Fra_Advanced{*this, "Fra_Advanced", pixels(16, 220, 548, 94), "Advanced Settings"};
   Label Lbl_Port{Fra_Advanced, "Lbl_Port", pixels(16, 28, 144, 22), "Port to listen to:"};
@@ -54,7 +49,6 @@ class Frm_Client : public Form {
   void Timer1_Tick();
 
   void listen();
-  void ended();
   void showStatus();
   void showHeader();
   void showProgress();

@@ -1,59 +1,89 @@
 #include "peer/transfer_receiver.h"
 
-#include <utility>
+#include <algorithm>
+#include <string>
 
 namespace kelvaron {
 
-TransferReceiver::TransferReceiver(SocketPort& sockets, FileStreams& streams, Edge& edge)
-    : streams_(streams), edge_(edge), socket_(sockets.makeSocket()) {
-  socket_->onConnectionRequest = [this](int id) { edge_.runUnasked([this, id] { accept(id); }); };
-  socket_->onDataArrival = [this] { edge_.runUnasked([this] { arrived(); }); };
-  socket_->onClose = [this] { edge_.runUnasked([this] { ended(); }); };
-  socket_->onError = [this](int, const std::string&) { edge_.runUnasked([this] { ended(); }); };
+TransferReceiver::TransferReceiver(SocketPort& sockets, FileStreams& streams, Edge& edge,
+                                   const std::function<Time()>& now)
+    : sockets_(sockets),
+      streams_(streams),
+      edge_(edge),
+      now_(now),
+      listener_(sockets.makeSocket()) {
+  listener_->onConnectionRequest = [this](int id) { edge_.runUnasked([this, id] { accept(id); }); };
 }
 
 void TransferReceiver::listen(std::uint16_t port) {
   close();
-  socket_->Listen(port);
-  port_ = socket_->LocalPort();
+  listener_->Listen(port);
+  port_ = listener_->LocalPort();
 }
 
 void TransferReceiver::close() {
-  socket_->Close();
+  listener_->Close();
+  callers_.clear();
+  sender_.reset();
   file_.reset();
   header_ = HeaderReader();
   received_ = 0;
-  stage_ = Stage::header;
+}
+
+bool TransferReceiver::letSilentGo() {
+  const Time latest = now_() - kLongestSilence;
+  const auto silent = [&](const auto& caller) { return caller->heard <= latest; };
+  if (std::erase_if(callers_, silent) > 0 && onCallers) onCallers();
+  // A file that is whole waits for nothing.
+  if (!sender_ || !file_ || !silent(sender_)) return false;
+  close();
+  return true;
+}
+
+SocketState TransferReceiver::socketState() const {
+  if (sender_) return sender_->socket->State();
+  return callers_.empty() ? listener_->State() : SocketState::connected;
 }
 
 void TransferReceiver::accept(int requestId) {
-  close();
-  socket_->Accept(requestId);
-  if (onConnect) onConnect();
+  if (callers_.size() == kMostCallers) callers_.erase(callers_.begin());
+  Caller& caller = *callers_.emplace_back(std::make_unique<Caller>(
+      Caller{.socket = sockets_.makeSocket(), .header = {}, .heard = now_()}));
+  const auto gone = [this, &caller] { edge_.runUnasked([&] { left(caller); }); };
+  caller.socket->onDataArrival = [this, &caller] { edge_.runUnasked([&] { arrived(caller); }); };
+  caller.socket->onClose = gone;
+  caller.socket->onError = [gone](int, const std::string&) { gone(); };
+  caller.socket->Accept(requestId);
+  if (onCallers) onCallers();
 }
 
-void TransferReceiver::arrived() {
-  const std::string arrival = socket_->GetData();
-  if (const auto fault = FaultRule::stop().handle([&] { take(arrival); })) {
+void TransferReceiver::arrived(Caller& from) {
+  const std::string arrival = from.socket->GetData();
+  if (const auto fault = FaultRule::stop().handle([&] { take(from, arrival); })) {
     close();
     if (onFault) onFault(*fault);
   }
 }
 
-void TransferReceiver::take(std::string_view arrival) {
-  if (stage_ == Stage::header) {
-    const HeaderReader::Outcome outcome = header_.take(arrival);
-    if (outcome == HeaderReader::Outcome::unfinished) return;
-    if (outcome == HeaderReader::Outcome::refused) {
-      close();
-      if (onRefused) onRefused();
-      return;
+void TransferReceiver::take(Caller& from, std::string_view arrival) {
+  if (&from != sender_.get()) {
+    switch (from.header.take(arrival)) {
+      case HeaderReader::Outcome::unfinished:
+        return;
+      case HeaderReader::Outcome::refused:
+        return forget(from);
+      case HeaderReader::Outcome::whole:
+        break;
     }
+    sender_ = std::move(*std::ranges::find(callers_, &from, &std::unique_ptr<Caller>::get));
+    callers_.clear();
+    listener_->Close();
+    header_ = from.header;
     if (onHeader) onHeader();
     file_ = streams_.receive(header_.name());
-    stage_ = Stage::content;
   }
-  if (stage_ == Stage::content) addContent(arrival);
+  from.heard = now_();
+  if (file_) addContent(arrival);
 }
 
 void TransferReceiver::addContent(std::string_view bytes) {
@@ -63,16 +93,19 @@ void TransferReceiver::addContent(std::string_view bytes) {
   file_->write(bytes);
   received_ += static_cast<std::int64_t>(bytes.size());
   byteCount_ += static_cast<std::int64_t>(bytes.size());
-  if (received_ == header_.size()) {
-    stage_ = Stage::complete;
-    std::exchange(file_, nullptr)->commit();
-  }
+  if (received_ == header_.size()) std::exchange(file_, nullptr)->commit();
   if (onProgress) onProgress();
 }
 
-void TransferReceiver::ended() {
+void TransferReceiver::left(const Caller& who) {
+  if (&who != sender_.get()) return forget(who);
   close();
   if (onEnd) onEnd();
+}
+
+void TransferReceiver::forget(const Caller& who) {
+  std::erase_if(callers_, [&](const auto& each) { return each.get() == &who; });
+  if (onCallers) onCallers();
 }
 
 }  // namespace kelvaron

@@ -1,11 +1,13 @@
 // Receiving a file from another machine: the transfer alone, without a form.
 #pragma once
 
+#include <chrono>
 #include <cstdint>
 #include <functional>
 #include <memory>
 #include <string_view>
 #include <utility>
+#include <vector>
 
 #include "base/non_copyable.h"
 #include "peer/transfer.h"
@@ -15,20 +17,32 @@
 
 namespace kelvaron {
 
-/// Listens; one connection at a time delivers one file. While it lasts nobody else is heard, and
-/// when it has ended, listening is for its owner to begin again.
+/// Listens, and hears whoever connects until one of them has sent a whole header: that one delivers
+/// its file, and while it lasts nobody else is heard. When it has ended, listening is for the owner
+/// to begin again.
 class TransferReceiver : NonCopyable {
  public:
-  /// The ports and the edge, through which its events run, outlive the receiver.
-  TransferReceiver(SocketPort& sockets, FileStreams& streams, Edge& edge);
+  using Time = std::chrono::steady_clock::time_point;
+  /// Whoever takes so long for a header, or sends nothing of a file for so long, is let go.
+  static constexpr std::chrono::seconds kLongestSilence{30};
+  /// Most who are heard at once; one more takes the place of the first.
+  static constexpr std::size_t kMostCallers = 64;
+
+  /// The ports, the edge, through which its events run, and the clock outlive the receiver.
+  TransferReceiver(SocketPort& sockets, FileStreams& streams, Edge& edge,
+                   const std::function<Time()>& now);
   ~TransferReceiver() { close(); }
 
   /// Ends what ran before and listens (port 0: any free one). Faults of `Socket::Listen`.
   void listen(std::uint16_t port);
-  /// Ends listening or connection. A file that isn't whole stays as far as it came.
+  /// Ends listening and connections. A file that isn't whole stays as far as it came.
   void close();
+  /// Lets go whoever has been silent for too long. Whether that was the one whose file came: then
+  /// all is closed.
+  bool letSilentGo();
 
-  SocketState socketState() const { return socket_->State(); }
+  /// Of the connection that is heard, else of listening.
+  SocketState socketState() const;
   /// The port that was listened on last; 0 before.
   std::uint16_t port() const { return port_; }
   /// What the header announced, once it is there.
@@ -38,32 +52,41 @@ class TransferReceiver : NonCopyable {
   /// Bytes that have come since the last call, of whichever file.
   std::int64_t takeByteCount() { return std::exchange(byteCount_, 0); }
 
-  /// Somebody has connected; a header is awaited.
-  std::function<void()> onConnect;
+  /// Somebody has connected, or has gone without a header.
+  std::function<void()> onCallers;
   /// The header is there.
   std::function<void()> onHeader;
   std::function<void()> onProgress;
-  /// Whoever connected sent something else than a header.
-  std::function<void()> onRefused;
-  /// The connection was ended by the other side.
+  /// The connection of the file was ended by the other side.
   std::function<void()> onEnd;
-  /// The connection was ended by a fault.
+  /// It was ended by a fault.
   std::function<void(const Fault&)> onFault;
 
  private:
-  enum class Stage { header, content, complete };
+  struct Caller {
+    std::unique_ptr<Socket> socket;
+    HeaderReader header;
+    // When it connected; of the one whose file comes, when its last bytes came.
+    Time heard;
+  };
 
   void accept(int requestId);
-  void arrived();
-  void take(std::string_view arrival);
+  void arrived(Caller& from);
+  void take(Caller& from, std::string_view arrival);
   void addContent(std::string_view bytes);
-  void ended();
+  void left(const Caller& who);
+  void forget(const Caller& who);
 
+  SocketPort& sockets_;
   FileStreams& streams_;
   Edge& edge_;
-  std::unique_ptr<Socket> socket_;
+  const std::function<Time()>& now_;
+  std::unique_ptr<Socket> listener_;
+  // In the order in which they came; none of them has sent a whole header.
+  std::vector<std::unique_ptr<Caller>> callers_;
+  // Whose file comes.
+  std::unique_ptr<Caller> sender_;
   std::uint16_t port_ = 0;
-  Stage stage_ = Stage::header;
   HeaderReader header_;
   std::int64_t received_ = 0;
   std::int64_t byteCount_ = 0;

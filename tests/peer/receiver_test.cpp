@@ -194,20 +194,42 @@ TEST_F(Receiver, OneAtATime) {
 }
 
 TEST_F(Receiver, WhoeverSaysNothingGivesWay) {
+  auto time = std::chrono::steady_clock::now();
+  bob.client->now = [&] { return time; };
+  const auto pass = [&](int seconds) {
+    time += std::chrono::seconds(seconds);
+    bob.raise(receiver().Timer1.Tick);
+  };
+  // A look at the port ends nothing.
   connect();
-  ASSERT_TRUE(until([&] { return receiver().headerLimit.Enabled.get(); }));
+  ASSERT_TRUE(until([&] { return receiver().Lbl_Status.Caption.get().starts_with("7 "); }));
   hostile->Close();
-  EXPECT_TRUE(until([&] { return !receiver().headerLimit.Enabled; }));
-  bob.raise(receiver().Btn_Listen.Click);
-  connect();
-  ASSERT_TRUE(until([&] { return receiver().headerLimit.Enabled.get(); }));
+  EXPECT_TRUE(until([&] { return receiverListens(); }));
+  connect({"FILE"});
+  pass(29);
   EXPECT_TRUE(receiver().Lbl_Status.Caption.get().starts_with("7 "));
-  EXPECT_EQ(receiver().headerLimit.Interval.get(), 30'000);
-  bob.raise(receiver().headerLimit.Tick);
+  pass(1);
   EXPECT_TRUE(receiverListens());
+  EXPECT_TRUE(cutOff());
   connect({"FILEINFO|2147483647|m|a"});  // the longest
   ASSERT_TRUE(completes("Complete: 0 %"));
-  EXPECT_FALSE(receiver().headerLimit.Enabled) << "content may take its time";
+  pass(29);
+  say({"b"});
+  pass(29);
+  EXPECT_TRUE(receiver().Lbl_Status.Caption.get().starts_with("7 ")) << "something has come";
+  pass(1);
+  EXPECT_TRUE(receiverListens());
+  EXPECT_TRUE(cutOff());
+  EXPECT_TRUE(heard());
+}
+
+TEST_F(Receiver, AnHonestSenderIsHeardBehindManyWhoSayNothing) {
+  std::vector<RawPeer> silent;
+  for (int count = 0; count < 400; ++count) {
+    silent.emplace_back(port());
+    loop.runOnce(std::chrono::milliseconds(0));
+  }
+  EXPECT_TRUE(heard());
 }
 
 TEST_F(Receiver, EndlessSenderIsCutOffOnceTheFileIsWhole) {
