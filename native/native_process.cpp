@@ -25,6 +25,9 @@ using Clock = std::chrono::steady_clock;
 // leave of.
 constexpr milliseconds kBetweenEarlyLooks(100);
 constexpr milliseconds kBetweenLateLooks(1'000);
+// How long the last of what a program has printed is waited for, and how often it's looked for.
+constexpr milliseconds kLongestWaitForOutput(500);
+constexpr milliseconds kBetweenLooksForOutput(10);
 constexpr std::size_t kLongestNameShown = 300;
 
 std::string shown(std::string_view location) {
@@ -68,6 +71,9 @@ struct NativeProcessPort::Running {
   bool early = true;
   Clock::time_point started = Clock::now();
   std::unique_ptr<LoopWatch> nextLook;
+  // Why it is told of, and when it ended.
+  std::string problem;
+  Clock::time_point ended{};
 };
 
 NativeProcessPort::NativeProcessPort(EventLoop& loop) : loop_(loop) {}
@@ -97,6 +103,7 @@ void NativeProcessPort::run(const std::string& command, WindowStyle, std::functi
   if (const int error = spawn(process, start)) {
     return refuse(location + ' ' + spawnProblem(error) + '.');
   }
+  running->printed.started();
   running->failed = std::move(failed);
   running_[process] = std::move(running);
   lookLater(process);
@@ -109,9 +116,9 @@ void NativeProcessPort::leave(const std::string& command) {
   }
 }
 
-void NativeProcessPort::tellLater(std::function<void()> teller) {
+void NativeProcessPort::tellLater(std::function<void()> teller, milliseconds delay) {
   const std::uint64_t id = nextToTell_++;
-  toTell_[id] = loop_.after(milliseconds(0), [this, id, teller = std::move(teller)] {
+  toTell_[id] = loop_.after(delay, [this, id, teller = std::move(teller)] {
     const auto own = toTell_.extract(id);
     teller();
   });
@@ -136,17 +143,27 @@ void NativeProcessPort::look(pid_t process) {
     program.early = Clock::now() - program.started < kEarly;
     return lookLater(process);
   }
-  const auto ended = running_.extract(process);
-  const Running& program = *ended.mapped();
+  auto ended = running_.extract(process);
+  Running& program = *ended.mapped();
   // Where another part of this program has taken the exit status, nothing is known.
   const bool told = WIFEXITED(status) && WEXITSTATUS(status) == kTold;
   if (result < 0 || (!program.early && !told)) return;
-  if (const std::string problem = endProblem(status); !problem.empty()) {
-    if (program.failed) return program.failed();
-    const std::string printed = program.printed.last();
-    tell(program.location + ' ' + problem + '.' +
-         (printed.empty() ? "" : std::string(kLineEnd) + "The last that it said:" + printed));
+  program.problem = endProblem(status);
+  if (program.problem.empty()) return;
+  if (program.failed) return program.failed();
+  program.ended = Clock::now();
+  tellOfEnd(std::move(ended.mapped()));
+}
+
+/// Tells of a program that has ended, when its last lines are there.
+void NativeProcessPort::tellOfEnd(const std::shared_ptr<Running>& program) {
+  if (!program->printed.complete() && Clock::now() - program->ended < kLongestWaitForOutput) {
+    tellLater([this, program] { tellOfEnd(program); }, kBetweenLooksForOutput);
+    return;
   }
+  const std::string printed = program->printed.last();
+  tell(program->location + ' ' + program->problem + '.' +
+       (printed.empty() ? "" : std::string(kLineEnd) + "The last that it said:" + printed));
 }
 
 }  // namespace kelvaron

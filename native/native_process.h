@@ -15,9 +15,9 @@
 
 namespace kelvaron {
 
-/// A started program gets a session of its own, an input at its end, a nameless file for what it
-/// prints, no other open descriptor, and every signal at its default. Its window comes up as it
-/// likes: the window style is for desktops that can tell it.
+/// A started program gets a session of its own, an input at its end, a keeper for the last of what
+/// it prints (see output_capture.h), no other open descriptor, and every signal at its default. Its
+/// window comes up as it likes: the window style is for desktops that can tell it.
 class NativeProcessPort : public ProcessPort {
  public:
   /// How long a program that ends with an error is said to have failed.
@@ -37,8 +37,9 @@ class NativeProcessPort : public ProcessPort {
  private:
   struct Running;
 
-  void tellLater(std::function<void()> teller);
+  void tellLater(std::function<void()> teller, std::chrono::milliseconds delay = {});
   void tell(const std::string& text) const;
+  void tellOfEnd(const std::shared_ptr<Running>& program);
   void lookLater(pid_t process);
   void look(pid_t process);
 

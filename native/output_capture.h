@@ -1,5 +1,5 @@
-// What a program prints, kept in a nameless file: the program can go on printing when this one has
-// ended, and its last lines can be read when it fails.
+// What a program prints: the last of it is kept in a nameless file (see output_keeper.h). The
+// program can go on printing when this one has ended, and its last lines can be read when it fails.
 #pragma once
 
 #include <string>
@@ -10,12 +10,17 @@ namespace kelvaron {
 
 class OutputCapture {
  public:
-  /// Makes the file in the folder for temporary files. Where that fails, what is printed is lost.
+  /// Makes the file in the folder for temporary files. Where that or its keeper fails, what is
+  /// printed is lost.
   OutputCapture();
 
   /// Where the program's output and errors go. Above the three descriptors that programs know; -1
-  /// where this process can open no more.
-  int descriptor() const { return file_.get(); }
+  /// where this process can open no more, and once the program was started.
+  int descriptor() const { return output_.get(); }
+  /// The program has its own descriptor now.
+  void started() { output_.reset(); }
+  /// Whether all is in the file that was printed, by the program and whoever it has started.
+  bool complete() const;
 
   /// Up to the last five lines that hold anything, each behind a line end (CR LF) and cut after 200
   /// characters. Code page 1252; control characters are blanks.
@@ -23,6 +28,9 @@ class OutputCapture {
 
  private:
   FileDescriptor file_;
+  FileDescriptor output_;
+  // At its end when the keeper has gone.
+  FileDescriptor done_;
 };
 
 }  // namespace kelvaron

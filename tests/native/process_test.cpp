@@ -149,6 +149,26 @@ TEST_F(Processes, EarlyErrorsTellTheLastLines) {
   }
 }
 
+TEST_F(Processes, OfWhatIsPrintedTheLastPartIsKept) {
+  std::string plan;
+  for (int line = 0; line < 41; ++line) plan += "say " + std::string(1U << 20U, 'x') + "\n";
+  install("loud.exe", plan + "say the end\nsleep 100\nexit 69");
+  run("@/loud.exe");
+  // The nameless file, while the program still has its pause.
+  std::uintmax_t most = 0;
+  ASSERT_TRUE(runUntil([&] {
+    for (const auto& entry : fs::directory_iterator("/proc/self/fd")) {
+      std::error_code gone;
+      if (fs::read_symlink(entry, gone).string().find("/kelvaron-") == std::string::npos) continue;
+      most = std::max(most, fs::file_size(entry, gone));
+    }
+    return !troubles.empty();
+  }));
+  EXPECT_LE(most, 16U << 20U);
+  EXPECT_GE(most, 8U << 20U);
+  EXPECT_TRUE(troubles[0].ends_with("...\r\nthe end")) << troubles[0].substr(0, 200);
+}
+
 TEST_F(Processes, LaterErrorsAndGoodEndsSayNothingUnlessTheyAskForIt) {
   install("good.exe", "say bye\nexit 0");
   install("late.exe", "say late\nsleep 2300\nmark ended\nexit 3");
