@@ -27,17 +27,17 @@ bool make(const fs::path& folder) {
 ProgramFolders programFolders(const fs::path& program, const std::string& dataHome,
                               const std::string& home) {
   const fs::path installed = program / build::kDataFromPrograms;
+  ProgramFolders folders{program, program, program / "engines", {}};
   std::error_code ignored;  // then it is no such folder
-  if (!fs::is_directory(installed, ignored) && canWrite(program)) {
-    return {program, program, program / "engines", {}};
+  if (fs::is_directory(installed, ignored)) {
+    folders.installed = installed.lexically_normal();
+    folders.engines = (program / build::kEnginesFromPrograms).lexically_normal();
+  } else if (canWrite(program)) {
+    return folders;
   }
-  ProgramFolders folders{{}, installed, program / build::kEnginesFromPrograms, {}};
-  folders.installed = folders.installed.lexically_normal();
-  folders.engines = folders.engines.lexically_normal();
   fs::path data = dataHome;
   if (!data.is_absolute() && !home.empty()) data = fs::path(home) / ".local/share";
   if (!data.is_absolute()) {
-    folders.own = program;
     folders.problem = "Kelvaron can not keep settings and files: this user has no home folder.";
     return folders;
   }

@@ -11,8 +11,7 @@ struct ProgramFolders {
   /// What the core knows as the program's folder: settings, profile, received files, demos, and
   /// sounds of the user's own.
   std::filesystem::path own;
-  /// Where the sounds that were installed lie; the same as `own` for a folder that is carried
-  /// along.
+  /// Where the sounds that it came with lie: installed, or in the program's folder.
   std::filesystem::path installed;
   /// Where the adapters of engines lie; may not be there.
   std::filesystem::path engines;

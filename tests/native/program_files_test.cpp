@@ -230,6 +230,11 @@ TEST_F(Folders, OfAProgramCarriedAlongOrInstalled) {
   EXPECT_EQ(carried.installed, program);
   EXPECT_EQ(carried.engines, program / "engines");
   EXPECT_FALSE(fs::exists(home)) << "nothing is made where nothing is needed";
+  // A copy in which the user can't write.
+  const ProgramFolders copied = programFolders(base / "gone", "", home);
+  EXPECT_EQ(copied.own, home / ".local/share/kelvaron");
+  EXPECT_EQ(copied.installed, base / "gone");
+  EXPECT_EQ(copied.engines, base / "gone/engines");
 
   // Also when it can be written to, as by an administrator.
   fs::create_directories(program / build::kDataFromPrograms);
