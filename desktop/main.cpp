@@ -4,6 +4,8 @@
 #include <QTimer>
 #include <chrono>
 #include <cstdlib>
+#include <sstream>
+#include <utility>
 
 #include "base/code_page.h"
 #include "client/kelvaron_client.h"
@@ -17,6 +19,7 @@
 #include "desktop/shell/caret_rest.h"
 #include "desktop/shell/shell.h"
 #include "desktop/shell/theme.h"
+#include "game/installed_games.h"
 #include "native/echo.h"
 #include "native/file_streams.h"
 #include "native/local_host.h"
@@ -39,6 +42,25 @@ QIcon programIcon() {
     icon.addFile(QStringLiteral(":/pictures/icon_%1.png").arg(size), {size, size});
   }
   return icon;
+}
+
+/// Where the adapters look for engines, and their script for game data.
+template <class Environment>
+kelvaron::GamePlaces gamePlaces(const std::string& engines, const Environment& environment) {
+  kelvaron::GamePlaces places{.engines = kelvaron::fromUtf8(engines)};
+  std::string programs = environment("KELVARON_GAMES");
+  if (programs.empty()) programs = environment("PATH") + ":/usr/games:/usr/local/games";
+  std::string data = environment("KELVARON_GAME_DATA");
+  if (data.empty()) data = "/usr/share/games/doom";
+  data.insert(0, environment("DOOMWADDIR") + ':');
+  for (const auto& [list, folders] :
+       {std::pair(programs, &places.programs), std::pair(data, &places.gameData)}) {
+    std::istringstream parts(list);
+    for (std::string folder; std::getline(parts, folder, ':');) {
+      if (folder.starts_with('/')) folders->push_back(kelvaron::fromUtf8(folder));
+    }
+  }
+  return places;
 }
 
 }  // namespace
@@ -87,6 +109,7 @@ int main(int argc, char** argv) {
                                                                 .streams = streams,
                                                                 .localHost = localHost,
                                                                 .loop = loop});
+  client->lasting<GamePlaces>() = gamePlaces(folders.engines.string(), environment);
   const Shell shell(*client, gate);
   const CaretRest caretRest(kCaretBlinks);
   QTimer::singleShot(kIconDelay, [] { QApplication::setWindowIcon(programIcon()); });

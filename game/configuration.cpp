@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "base/code_page.h"
+#include "game/first_game.h"
 #include "session/client.h"
 
 namespace kelvaron {
@@ -62,6 +63,7 @@ void config::look() {
   Text10.AccessibleName = "CSDoom Server";
   Text11.AccessibleName = "CSDoom Client";
   for (TextBox* onlyLocated : {&Text5, &Text6, &Text7}) onlyLocated->Enabled = false;
+  Label12.WordWrap = true;
   Label9.Visible = false;
   Text9.Visible = false;
   Text12.Visible = false;
@@ -98,14 +100,28 @@ void config::Form_Load() {
   });
 }
 
+void config::focusOnMissing() {
+  const auto empty = [](const TextBox& box) { return box.Text.get().empty(); };
+  const bool engine = !empty(Text1) || !empty(Text2);
+  const bool data = !std::ranges::all_of(
+      std::array{&config::Text3, &config::Text4, &config::Text5, &config::Text6, &config::Text7},
+      [&](TextBox config::*box) { return empty(this->*box); });
+  (engine && !data ? Text3 : Text1).SetFocus();
+}
+
 void config::locate(const Location& location) {
   CommonDialog1.Filter = location.filter;
   // A dismissed dialog leaves the name of the file that was chosen last, and that one is tested.
   CommonDialog1.ShowOpen(client_.ports.dialogs);
   const std::string& name = CommonDialog1.FileName;
   TextBox& target = this->*location.target;
+  Label12.Caption = "";
   if (!upper(name).ends_with(location.expected)) {
     target.Text = "";
+    if (name.empty()) return;
+    Label12.Caption = target.AccessibleName + " takes a file whose name ends in " +
+                      std::string(location.expected) + ", and \"" + nameWithoutFolder(name) +
+                      "\" doesn't.";
     return;
   }
   target.Text = name;
@@ -129,6 +145,7 @@ void config::Command9_Click() {
     return;
   }
   Visible = false;
+  configurationChanged(client_);
   // The file has no way to hold such a value; it is written as it stands all the same.
   if (parseGameConfig(formatGameConfig(typed)).config == typed) return;
   client_.MsgBox(

@@ -59,6 +59,9 @@ class config : public Form {
   TextBox Text11{*this, "Text11", pixels(196, 492, 420, 28)};
   CommandButton Command11{*this, "Command11", pixels(628, 491, 96, 30), "Locate"};
 
+  /// Why a file that was located was not taken; empty for nothing to say.
+  Label Label12{*this, "Label12", pixels(32, 532, 396, 40), ""};
+
   CommandButton Command9{*this, "Command9", pixels(444, 536, 172, 32), "Save Configuration"};
   CommandButton Command10{*this, "Command10", pixels(628, 536, 96, 32), "Cancel"};
 
@@ -67,6 +70,8 @@ class config : public Form {
   CommonDialog CommonDialog1;
 
   void Form_Load() override;
+  /// The keyboard begins at the first location without which there is no game.
+  void focusOnMissing();
 
   /// The boxes in the order of the records.
   static constexpr std::array<TextBox config::*, kGameConfigRecords> kBoxes = {

@@ -1,24 +1,17 @@
 #include "game/wiring.h"
 
-#include <algorithm>
 #include <vector>
 
 #include "chat/main_window.h"
 #include "game/awaiting_verification.h"
-#include "game/configuration.h"
 #include "game/csdoom.h"
+#include "game/first_game.h"
 #include "game/game_selection.h"
 #include "session/client.h"
 #include "session/sending.h"
 
 namespace kelvaron {
 namespace {
-
-// Whether the configuration names enough for at least one of the ten games.
-bool somethingToPlay(Client& client) {
-  const GameConfig config = gameConfigAsItIs(client.ports.files);
-  return std::ranges::any_of(kGames, [&](const Game& game) { return canPlay(game, config); });
-}
 
 std::vector<std::string> selectedUsers(const ListBox& users) {
   std::vector<std::string> selected;
@@ -31,11 +24,12 @@ std::vector<std::string> selectedUsers(const ListBox& users) {
 void requestGame(Client& client, frmMain& room) {
   if (!connectedOrTell(client)) return;
   // A game form with nothing to tick would be a dead end.
-  if (client.loadedForm<game1>() == nullptr && !somethingToPlay(client)) {
+  if (client.loadedForm<game1>() == nullptr && !somethingToPlay(client) &&
+      !offerInstalled(client)) {
     client.MsgBox(
         "Before your first game, please tell Kelvaron where your game engine and your wads are.",
         box_style::kInformation);
-    client.form<config>().Show();
+    configureGames(client);
     return;
   }
   const std::vector<std::string> invited = selectedUsers(room.List1);
@@ -57,9 +51,10 @@ void requestGame(Client& client, frmMain& room) {
 void wireGame(Client& client, frmMain& room) {
   room.Command1.Click = [&] { requestGame(client, room); };
   room.Command2.Click = [&] { returnFromCs(client, room); };
-  room.mnuConfig.Click = [&] { client.form<config>().Show(); };
+  room.mnuConfig.Click = [&] { configureGames(client); };
   room.mnuLaunchCsServer.Click = [&] { launchCsServer(client, room); };
   room.mnuJoinGame.Click = [&] { joinCsGame(client, room); };
+  hintAtFirstGame(client, room);
 }
 
 }  // namespace kelvaron

@@ -41,8 +41,9 @@ struct BoxRequest {
   /// See `box_style`.
   int style = box_style::kPlain;
   std::string title = {};
-  /// Yes and No, of which No is the default, in place of OK.
+  /// Yes and No, of which No is the default unless told, in place of OK.
   bool question = false;
+  bool yesIsDefault = false;
   /// Nobody asked for it: it must not take the keys that are being typed elsewhere.
   bool unasked = false;
   /// Has a further button "Disconnect".

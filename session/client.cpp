@@ -63,6 +63,14 @@ bool Client::confirm(const std::string& text) {
          BoxAnswer::yes;
 }
 
+bool Client::offer(const std::string& text) {
+  return show({.text = text,
+               .style = box_style::kInformation,
+               .title = title,
+               .question = true,
+               .yesIsDefault = true}) == BoxAnswer::yes;
+}
+
 BoxAnswer Client::show(BoxRequest box) {
   const bool byLine = arrivals_.handling();
   if (byLine) {

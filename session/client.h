@@ -89,6 +89,8 @@ class Client : NonCopyable {
               const std::string& boxTitle = {});
   /// A question with the application's title, of which No is the default. Whether it was Yes.
   bool confirm(const std::string& text);
+  /// The same of what does no harm: Yes is the default.
+  bool offer(const std::string& text);
 
   /// How often the connection to the chat server was made.
   std::uint64_t connectionsMade = 0;

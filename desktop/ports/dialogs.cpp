@@ -135,7 +135,8 @@ class KeyGuard : public QObject {
 
 class MessageBox : public QDialog {
  public:
-  MessageBox(const QString& text, int style, const std::string& title, bool question = false)
+  MessageBox(const QString& text, int style, const std::string& title, bool question = false,
+             bool yesIsDefault = false)
       : QDialog(nullptr, kBoxFlags),
         buttons_(*new QDialogButtonBox(
             question ? QDialogButtonBox::Yes | QDialogButtonBox::No : QDialogButtonBox::Ok, this)) {
@@ -155,7 +156,9 @@ class MessageBox : public QDialog {
     grid->addWidget(&buttons_, 1, 0, 1, 2);
     QObject::connect(&buttons_, &QDialogButtonBox::accepted, this, &QDialog::accept);
     QObject::connect(&buttons_, &QDialogButtonBox::rejected, this, &QDialog::reject);
-    QPushButton* usual = buttons_.button(question ? QDialogButtonBox::No : QDialogButtonBox::Ok);
+    QPushButton* usual = buttons_.button(!question      ? QDialogButtonBox::Ok
+                                         : yesIsDefault ? QDialogButtonBox::Yes
+                                                        : QDialogButtonBox::No);
     usual->setDefault(true);
     usual->setFocus();
   }
@@ -201,7 +204,7 @@ bool QtDialogs::askInTurn(QDialog& box) {
 
 BoxAnswer QtDialogs::show(const BoxRequest& request) {
   MessageBox box(shownText(beginningOf(request.text, kMostShownBytes)), request.style,
-                 request.title, request.question);
+                 request.title, request.question, request.yesIsDefault);
   if (request.offersDisconnect) box.offerDisconnect();
   std::optional<KeyGuard> guard;
   if (request.unasked) guard.emplace(box);

@@ -33,10 +33,14 @@ void FormViews::keepInSight(FormFrame& frame) const {
     return widget.parentWidget() == &frame.content() && !widget.isHidden() &&
            widget.geometry().bottom() >= top;
   };
+  const auto speaks = [](const ControlView& view) {
+    return view.control()->kind == ControlKind::label;
+  };
   // Whatever else stands so low belongs to what scrolls.
   if (lowest == 0 || frame.content().height() - top > frame.height() / kMostOfFrame ||
-      std::ranges::any_of(views_,
-                          [&](const auto& view) { return reachesRow(view) && !inRow(*view); })) {
+      std::ranges::any_of(views_, [&](const auto& view) {
+        return reachesRow(view) && !inRow(*view) && !speaks(*view);
+      })) {
     return;
   }
   QWidget& row = frame.splitOff(top);

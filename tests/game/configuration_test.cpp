@@ -55,6 +55,7 @@ TEST_F(Configuration, LocateTakesFilesOfTheExpectedName) {
     EXPECT_EQ(desktop.fileDialogs.back().filter, filter);
     click(form().*button);
     EXPECT_EQ((form().*target).Text.get(), "") << filter;
+    EXPECT_THAT(form().Label12.Caption.get(), HasSubstr("\"other.wad\" doesn't"));
   }
   // A dismissed dialog tests the file that was chosen before.
   desktop.chosenFiles = {"/w/doom.wad"};
@@ -65,6 +66,10 @@ TEST_F(Configuration, LocateTakesFilesOfTheExpectedName) {
   click(form().Command2);
   EXPECT_EQ(form().Text3.Text.get(), "/w/doom.wad");
   EXPECT_EQ(form().Text4.Text.get(), "");
+  EXPECT_EQ(form().Label12.Caption.get(),
+            "Doom2 takes a file whose name ends in DOOM2.WAD, and \"doom.wad\" doesn't.");
+  click(form().Command1);
+  EXPECT_EQ(form().Label12.Caption.get(), "");
   EXPECT_THAT(desktop.boxes, IsEmpty());
 }
 
