@@ -34,7 +34,7 @@ if(KELVARON_SERVER)
   install(FILES ${packaging}/man/kelvaron-server.1 DESTINATION ${man}/man1 COMPONENT server)
 endif()
 
-install(TARGETS engine_adapter DESTINATION ${KELVARON_ENGINES_DIR} COMPONENT engines)
+install(TARGETS engine_adapter doomsday_start DESTINATION ${KELVARON_ENGINES_DIR} COMPONENT engines)
 # One program under four names, with the free game data under the names that the setup asks for.
 foreach(name zdoomgl.exe doomsv.exe doomcl.exe)
   list(APPEND links ${name} zdoom.exe)

@@ -1,16 +1,19 @@
-# One way to build every part: the same warnings, sanitizers and include root.
-add_library(kelvaron_options INTERFACE)
-target_include_directories(kelvaron_options INTERFACE ${CMAKE_SOURCE_DIR} ${CMAKE_BINARY_DIR}/generated)
-target_compile_options(kelvaron_options INTERFACE
+# One way to build every part: the same warnings, sanitizers and include root. What foreign programs
+# load, and what stands in for these, is plain: without sanitizers.
+add_library(kelvaron_plain_options INTERFACE)
+target_include_directories(kelvaron_plain_options INTERFACE ${CMAKE_SOURCE_DIR} ${CMAKE_BINARY_DIR}/generated)
+target_compile_options(kelvaron_plain_options INTERFACE
   -Wall -Wextra -Wpedantic -Wshadow -Wconversion -Wsign-conversion -Wnon-virtual-dtor
   -Woverloaded-virtual -Wcast-qual -Wformat=2)
 if(KELVARON_STRICT)
-  target_compile_options(kelvaron_options INTERFACE -Werror)
+  target_compile_options(kelvaron_plain_options INTERFACE -Werror)
 endif()
 # g++ 12 warns of overlapping copies in std::string's own operator+ (GCC bug 105651).
 if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
-  target_compile_options(kelvaron_options INTERFACE -Wno-restrict)
+  target_compile_options(kelvaron_plain_options INTERFACE -Wno-restrict)
 endif()
+add_library(kelvaron_options INTERFACE)
+target_link_libraries(kelvaron_options INTERFACE kelvaron_plain_options)
 if(KELVARON_SANITIZE)
   target_compile_options(kelvaron_options INTERFACE
     -fsanitize=address,undefined -fno-sanitize-recover=all -fno-omit-frame-pointer)

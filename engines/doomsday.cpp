@@ -38,13 +38,17 @@ int lockOf(const fs::path& folder, int flags) {
   return lock;
 }
 
+/// The folder that this program lies in.
+fs::path programFolder() {
+  std::error_code unknown;
+  return fs::read_symlink("/proc/self/exe", unknown).parent_path();
+}
+
 /// What `-iwad` named, else Doom II's file: beside this program, or where Debian's packages put it.
 fs::path gameFile(const GameCommand& command) {
   if (!command.iwad.empty()) return command.iwad;
-  std::error_code unknown;
-  const fs::path beside = fs::read_symlink("/proc/self/exe", unknown).parent_path();
   for (const fs::path& folder :
-       {beside, variable("DOOMWADDIR"), fs::path("/usr/share/games/doom")}) {
+       {programFolder(), variable("DOOMWADDIR"), fs::path("/usr/share/games/doom")}) {
     for (const char* name : {"DOOM2.WAD", "doom2.wad", "freedoom2.wad"}) {
       if (::access((folder / name).c_str(), R_OK) == 0) return folder / name;
     }
@@ -134,6 +138,15 @@ int OwnFolder::owner(const std::string& name) {
   int process = 0;
   if (free < 0) std::ifstream(folder / kLock) >> process;
   return process;
+}
+
+void preloadStart() {
+  // By a descriptor that is passed on: a path may have blanks, which end a name in the list.
+  const int start = ::open((programFolder() / "doomsday_start.so").c_str(), O_RDONLY);
+  if (start < 0) return;
+  std::string list = "/proc/self/fd/" + std::to_string(start);
+  if (const std::string others = variable("LD_PRELOAD"); !others.empty()) list += ':' + others;
+  ::setenv("LD_PRELOAD", list.c_str(), 1);
 }
 
 Words doomsdayServerWords(const GameCommand& command, const OwnFolder& folder, bool stays) {

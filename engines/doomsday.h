@@ -34,6 +34,10 @@ class OwnFolder {
 /// level 1; a server that stays plays deathmatch unless told.
 Words doomsdayServerWords(const GameCommand& command, const OwnFolder& folder, bool stays);
 
+/// Has what this program starts from here on load preloaded/doomsday_start.cpp, which keeps the
+/// game's start from waiting for ever. Does nothing where that doesn't lie beside this program.
+void preloadStart();
+
 /// Of a player's game at this address.
 Words doomsdayGameWords(const GameCommand& command, const OwnFolder& folder,
                         const std::string& address);

@@ -116,6 +116,7 @@ void startDoomsday(Programs& programs, const GameCommand& command, const std::st
   const OwnFolder folder("game");
   Words words = doomsdayGameWords(command, folder, address);
   words.insert(words.begin(), located("doomsday", need));
+  preloadStart();
   programs.start(Role::game, "Doomsday", std::move(words));
   runWhile(programs, [&] { return doomsdayListens(address); });
 }

@@ -148,7 +148,7 @@ TEST_F(Adapters, SayItInTheWordsOfTheGame) {
 }
 
 TEST_F(Adapters, MoreThanFourPlayOnDoomsday) {
-  install("doomsday");
+  install("doomsday", "load\nmark loaded");
   install("doomsday-server", "sleep 20000");
   start(
       "zdoomgl.exe -width 320 -height 240 -iwad @/tnt.wad -file @/own.wad -skill 4 -warp 07 "
@@ -174,6 +174,7 @@ TEST_F(Adapters, MoreThanFourPlayOnDoomsday) {
       "-cmd sound-volume 0 -nomusic -window -nomaximize -wh 320 240 -connect 127.0.0.1:13209");
   EXPECT_TRUE(runUntil([&] { return startedWith("doomsday") == game; })) << startedWith("doomsday");
   EXPECT_TRUE(fs::exists(base / "data/kelvaron-engines/game-1/iwad/tnt.wad"));
+  EXPECT_TRUE(runUntil([&] { return fs::exists(games / "loaded"); }));
 }
 
 TEST_F(Adapters, AServerThatStaysEndsWhenItsHostIsThrough) {

@@ -10,6 +10,7 @@
 
 #include <algorithm>
 #include <array>
+#include <atomic>
 #include <chrono>
 #include <cstdio>
 #include <cstdlib>
@@ -19,6 +20,8 @@
 #include <span>
 #include <string>
 #include <thread>
+
+#include "tests/engines/doomsday/loop.h"
 
 namespace {
 
@@ -80,6 +83,18 @@ void awaitSignal(int number, const fs::path& mark) {
   ::sigwait(&signals, &number);
 }
 
+std::atomic_bool loaded = false;
+
+/// As Doomsday does, while the machine is at work: the mark is cleared long after the thread began.
+void load() {
+  ::startThread([](void*) { return 0; }, nullptr, [](int) { loaded = true; });
+  std::this_thread::sleep_for(std::chrono::milliseconds(200));
+  loaded = false;
+  ::waitInLoop(&loaded, 0);
+  std::cout << (loaded ? "loaded" : "waits for ever") << std::endl;
+  if (!loaded) std::exit(EXIT_FAILURE);
+}
+
 void act(const std::string& step, const std::string& value, const fs::path& folder) {
   if (step == "say") std::cout << value << std::endl;
   if (step == "warn") std::cerr << value << std::endl;
@@ -87,6 +102,7 @@ void act(const std::string& step, const std::string& value, const fs::path& fold
   if (step == "mark") std::ofstream(folder / value) << "done\n";
   if (step == "kill") ::raise(std::stoi(value));
   if (step == "await") awaitSignal(std::stoi(value), folder / "awaiting");
+  if (step == "load") load();
   if (step == "exit") std::exit(std::stoi(value));
 }
 
