@@ -11,7 +11,7 @@ packages=(build/packages/kelvaron_*.deb build/packages/kelvaron-server_*.deb
   build/packages/kelvaron-engines_*.deb)
 [ -d "$root" ] || debootstrap --variant=minbase bookworm "$root" "$2"
 cp "${packages[@]}" "$root/tmp/"
-cp tools/install_test_inside.sh "$root/tmp/"
+cp tools/install_test_inside.sh tools/test_inside.sh "$root/tmp/"
 mount --bind /dev "$root/dev"
 cleanup() {
   umount -l "$root/dev"

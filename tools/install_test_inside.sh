@@ -1,33 +1,17 @@
 #!/usr/bin/env bash
 # What install_test.sh runs in the fresh Debian.
 set -eu
-export DEBIAN_FRONTEND=noninteractive LC_ALL=C.UTF-8
 # It ends programs by name, so there must be none but its own; they end with it, their first process.
 [ $$ -eq 1 ] || { echo "to be started by install_test.sh" >&2; exit 2; }
-step() { echo "== $1"; }
-fail() {
-  echo "FAILED: $1" >&2
-  xwininfo -display :77 -root -tree 2>/dev/null | grep -o '"[^"]*": ("kelvaron"' >&2
-  exit 1
-}
-# await WHAT COMMAND...: until the command succeeds, for two minutes at most: the first program with text
-# makes the caches of the fonts.
-await() {
-  local what=$1
-  shift
-  for _ in $(seq 1200); do
-    "$@" >/dev/null 2>&1 && return 0
-    sleep 0.1
-  done
-  fail "$what"
-}
+# The first program with text makes the caches of the fonts.
+patience=120
+evidence() { xwininfo -display :77 -root -tree 2>/dev/null | grep -o '"[^"]*": ("kelvaron"'; }
+. "$(dirname "$0")/test_inside.sh"
 
 step "install"
 apt-get update -q >/dev/null
 apt-get install -y -q --no-install-recommends xvfb xdotool openbox libglib2.0-bin dbus x11-utils \
   python3 procps >/dev/null
-find / -xdev \( -path /proc -o -path /tmp -o -path /var/cache -o -path /var/lib/apt \) -prune \
-  -o -print | sort >/tmp/before
 apt-get install -y -q /tmp/kelvaron*.deb >/tmp/apt.log 2>&1 || { tail /tmp/apt.log; fail "apt"; }
 version=$(dpkg-query -W -f '${Version}' kelvaron)
 room="Kelvaron ${version%-*}"
@@ -145,12 +129,8 @@ as_player env SDL_AUDIODRIVER=dummy timeout 8 "$engines/zdoom.exe" -iwad "$engin
 await "no game" grep -q P_Init /tmp/game.log
 
 step "upgrade, removal, purge"
-# The same files under the next version, as a rebuilt package has them.
 for package in /tmp/kelvaron*.deb; do
-  dpkg-deb -R "$package" /tmp/next
-  sed -i 's/^\(Version: .*\|.* (= [0-9][^)]*\)/&+next/; s/)+next/+next)/' /tmp/next/DEBIAN/control
-  dpkg-deb -b /tmp/next "/tmp/next_$(basename "$package")" >/dev/null
-  rm -rf /tmp/next
+  next_version "$package" "/tmp/next_$(basename "$package")"
 done
 apt-get install -y -q /tmp/next_*.deb >/tmp/apt.log 2>&1 || { tail /tmp/apt.log; fail "upgrade"; }
 rm /tmp/next_*.deb

@@ -11,12 +11,7 @@ root=$1
 test=$(mktemp -d)
 trap 'rm -r "$test"' EXIT
 cp build/packages/kelvaron-server_*.deb "$test/server.deb"
-cp tools/service_test_inside.sh "$test/"
-# The same files under the next version, as a rebuilt package has them.
-dpkg-deb -R "$test/server.deb" "$test/next"
-sed -i 's/^Version: .*/&+next/' "$test/next/DEBIAN/control"
-dpkg-deb -b "$test/next" "$test/next.deb" >/dev/null
-rm -r "$test/next"
+cp tools/service_test_inside.sh tools/test_inside.sh "$test/"
 cat >"$root/etc/systemd/system/kelvaron-test.service" <<'EOF'
 [Unit]
 After=multi-user.target

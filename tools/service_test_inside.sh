@@ -1,27 +1,13 @@
 #!/usr/bin/env bash
 # What service_test.sh runs in its container.
 set -eu
-export DEBIAN_FRONTEND=noninteractive LC_ALL=C.UTF-8
 cd "$(dirname "$0")"
 folder=/var/lib/kelvaron-server
-step() { echo "== $1"; }
-fail() {
-  echo "FAILED: $1" >&2
-  journalctl -q -u kelvaron-server -n 20 --no-pager >&2 || true
-  exit 1
-}
+patience=10
+evidence() { journalctl -q -u kelvaron-server -n 20 --no-pager; }
+. ./test_inside.sh
 is() { [ "$(systemctl is-active kelvaron-server)" = "$1" ] || fail "the service is not $1: $2"; }
 answers() { (exec 3<>/dev/tcp/127.0.0.1/3069) 2>/dev/null; }
-# await WHAT COMMAND...: until the command succeeds, for ten seconds at most.
-await() {
-  local what=$1
-  shift
-  for _ in $(seq 100); do
-    "$@" >/dev/null 2>&1 && return 0
-    sleep 0.1
-  done
-  fail "$what"
-}
 logged() { journalctl -q -u kelvaron-server --no-pager | grep -qF "$1"; }
 
 exposure() { systemd-analyze security kelvaron-server --no-pager | tail -1; }
@@ -77,6 +63,7 @@ exposure
 
 step "an upgrade restarts what runs"
 before=$(systemctl show -P MainPID kelvaron-server)
+next_version server.deb next.deb
 dpkg -i next.deb >dpkg.log 2>&1 || { cat dpkg.log; fail "upgrade"; }
 is active "after the upgrade"
 [ "$(systemctl show -P MainPID kelvaron-server)" != "$before" ] || fail "the old program runs on"
