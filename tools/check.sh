@@ -20,4 +20,4 @@ sources=()
 for file in "${files[@]}"; do
   grep -q "/$file\"" "$database/compile_commands.json" && sources+=("$file")
 done
-[ ${#sources[@]} -eq 0 ] || clang-tidy --quiet -p "$database" "${sources[@]}"
+[ ${#sources[@]} -eq 0 ] || clang-tidy --quiet --extra-arg=-Wno-unknown-warning-option -p "$database" "${sources[@]}"
