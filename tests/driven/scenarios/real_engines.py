@@ -121,15 +121,15 @@ def request(host, guests, game):
     host.press(FIRST_WAITING, "GO")
 
 
-def agree(guest):
+def leave(player, window, button):
+    """A game may come up under the mouse: who missed presses again."""
     def left():
-        if guest.has_window(LAST_LOOK):
-            guest.press(LAST_LOOK, "OK")
+        if player.has_window(window):
+            player.press(window, button)
             time.sleep(0.5)
-        return not guest.has_window(LAST_LOOK)
-    guest.window(LAST_LOOK)
-    # The host's game may come up under the mouse: who missed clicks again.
-    until(left, "the last look to be left", 20)
+        return not player.has_window(window)
+    player.window(window)
+    until(left, f"the window {window!r} to be left", 20)
 
 
 def start_game(host, guest, only="chocolate-doom"):
@@ -144,7 +144,7 @@ def start_game(host, guest, only="chocolate-doom"):
         configure(player, zdoom=engine.path, doom2=linked(engine.folder))
     request(host, [guest], "Zdoom / DOOM2")
     begun = time.monotonic()
-    agree(guest)
+    leave(guest, LAST_LOOK, "OK")
     engines[host].says("player 1 of 2", 40)
     engines[guest].says("player 2 of 2", 20)
     tell(only, begun, engines)
@@ -160,11 +160,6 @@ def tell(name, begun, engines):
     time.sleep(float(os.environ.get("KELVARON_LOOK", 0)))
 
 
-def goes_back(player):
-    player.press(IN_GAME, "Resume")
-    player.no_window(IN_GAME)
-
-
 def match(only):
     """Both engines are in one match, with the host's choices, and outlive the way back."""
     ann, bob = two_players("data-" + only)
@@ -172,7 +167,7 @@ def match(only):
     for engine in engines.values():
         engine.says("startskill 3  deathmatch: 1  startmap: 7  startepisode: 1", 10)
     for player in (ann, bob):
-        goes_back(player)
+        leave(player, IN_GAME, "Resume")
     for engine in engines.values():
         engine.signal(0)  # still runs
     # A game whose host has gone ends, and says so.
@@ -211,7 +206,7 @@ def real_seven():
     play = dict(list(engines.items())[:AT_ONCE])
     for player in players:
         if player is not host:
-            agree(player)
+            leave(player, LAST_LOOK, "OK")
         if player in play:
             engines[player].says("Arrived in netgame", 60)
             engines[player].says(r"Map: .*MAP07", 60)
@@ -226,8 +221,8 @@ def real_seven():
         if guest in play:
             engines[guest].loses_its_host()
             guest.answer(("Kelvaron", "OK"), "ended with the error 69")
-        goes_back(guest)
-    goes_back(host)
+        leave(guest, IN_GAME, "Resume")
+    leave(host, IN_GAME, "Resume")
     host.lists(*(player.name for player in players))
 
 
@@ -260,14 +255,14 @@ def real_server():
     games[bob].signal(15)
     games[bob].ends()
     server.says(r"has left, was connected", 20)
-    goes_back(bob)
+    leave(bob, IN_GAME, "Resume")
     games[cid].signal(0)  # still runs
     ann.press(ROOM, "Return from CS")
     server.ends()
     for player in (cid, ann):
         games[player].loses_its_host()
         player.answer(("Kelvaron", "OK"), "ended with the error 69")
-    goes_back(cid)
+    leave(cid, IN_GAME, "Resume")
     ann.lists("ann", "bob", "cid")
 
 
