@@ -57,7 +57,6 @@ types() {
   as_player xdotool type --delay 40 "$1"
   sleep 0.4
 }
-gone() { ! window "$1"; }
 # The menus by keyboard: how often down, and what opens.
 menu() {
   as_player xdotool search --onlyvisible --name "$room" windowactivate --sync
@@ -66,17 +65,6 @@ menu() {
   press "${@:2}"
   await "no window $1" window "$1"
   sleep 0.5
-}
-locate() {
-  press space
-  await "Locate opens no dialog" window '^Open$'
-  sleep 0.7
-  types "$1"
-  press Return
-  # The completion of the name may take the first one.
-  sleep 1.5
-  gone '^Open$' || press Return
-  await "the dialog stays" gone '^Open$'
 }
 engines=$(dirname "$(dpkg -L kelvaron-engines | grep 'zdoom.exe$')")
 
@@ -90,16 +78,14 @@ with socket.create_connection(('127.0.0.1', 5050)) as line:
 await "no file" grep -q hello "$own/received/gift.txt"
 press Escape
 
-step "the first game is two steps: Locate, which opens where the adapters lie, and Save"
-menu "Configure Kelvaron" Down Down Down Down Right Return
-press Tab
-locate zdoom.exe
-press Tab Tab Tab Tab Tab Tab Tab
-locate DOOM.WAD
-# From a text box, where Enter is the default button's.
-press Tab Return
-await "no configuration" grep -qF "$engines/DOOM.WAD" "$own/kvconfig.cfg"
-grep -qF "$engines/zdoom.exe" "$own/kvconfig.cfg" || fail "the engine is not configured"
+step "the first game is one press: Configure Games offers what the packages have brought"
+menu '^Kelvaron$' Down Down Down Down Right Return
+press Return
+await "no configuration" grep -qF "$engines/zdoom.exe" "$own/kvconfig.cfg"
+for each in "$engines/doomsv.exe" "$engines/doomcl.exe" freedoom1.wad freedoom2.wad; do
+  grep -qF "$each" "$own/kvconfig.cfg" || fail "$each is not configured"
+done
+[ -f "$engines/doomsday_start.so" ] || fail "what Doomsday loads is not there"
 
 step "a profile"
 menu "rofile" Down Down Down Down Right Down Return

@@ -9,7 +9,7 @@ import subprocess
 import time
 from shlex import quote
 
-from desk import until, x
+from desk import picture, until, x
 from driver import BIN, LOGIN, QUIET, ROOM, WORK, Client, Program, Server, two_players
 from game_setup import (CHOICE, FIRST_WAITING, IN_GAME, LAST_LOOK, OFFER, RECORDING_ENGINE,
                         configure)
@@ -20,6 +20,7 @@ LINKER = os.path.join(os.path.dirname(__file__), "../../../engines/link_game_dat
 # Seven games drawn without a graphics card are too much for two cores.
 AT_ONCE = int(os.environ.get("KELVARON_GAMES_AT_ONCE", 4))
 # Small windows, so that the clients can be worked beside the game.
+SMALL = " -width 240 -height 180"
 GAME_WINDOW = "fullscreen 0\nwindow_width 640\nwindow_height 480\ngrabmouse 0\n"
 
 
@@ -38,7 +39,7 @@ def needs_game():
 class RealEngine:
     """An adapter, whose output is kept for the eyes of the test."""
 
-    def __init__(self, name, adapter="zdoom.exe", only=None, records=False):
+    def __init__(self, name, adapter="zdoom.exe", only=None, records=False, user=WORK):
         """`only` is the one game that it finds; one that `records` only writes down its start."""
         self.folder = pathlib.Path(WORK, name)
         # A copy of the programs runs from anywhere.
@@ -47,14 +48,14 @@ class RealEngine:
         self.path = str(program)
         adapter = str(self.folder / "my engines" / adapter)
         Program.running.append(self)
-        variables = "LIBGL_ALWAYS_SOFTWARE=1 LP_NUM_THREADS=1"
+        variables = f"LIBGL_ALWAYS_SOFTWARE=1 LP_NUM_THREADS=1 XDG_DATA_HOME={quote(str(user))}"
         if only:
             variables += f" KELVARON_GAMES={quote(str(self.folder))}"
             os.symlink(RECORDING_ENGINE if records else shutil.which(only, path=GAME_PATH),
                        self.folder / only)
-        program.write_text("#!/bin/sh\n"
+        program.write_text("#!/bin/bash\n"
                            f"cd {quote(str(self.folder))} && echo $$ >pid\n"
-                           f"exec env {variables} stdbuf -oL {quote(adapter)} \"$@\" >printed 2>&1\n")
+                           f"exec env {variables} stdbuf -oL {quote(adapter)} \"$@\" > >(tee printed) 2>&1\n")
         program.chmod(0o755)
 
     def says(self, text, patience):
@@ -78,11 +79,13 @@ class RealEngine:
             return not status.exists() or status.read_text().rpartition(")")[2].split()[0] == "Z"
         until(ended, f"the end of {self.path}", 20)
 
-    def resident(self):
-        """MiB of what the adapter has started: a game, or a server and a game."""
+    def started(self):
+        """The processes that the adapter has started: a game, or a server and a game."""
         mine = self.process_id()
-        children = pathlib.Path(f"/proc/{mine}/task/{mine}/children").read_text().split()
-        return sum(resident(child) for child in children)
+        return pathlib.Path(f"/proc/{mine}/task/{mine}/children").read_text().split()
+
+    def resident(self):
+        return sum(resident(process) for process in self.started())
 
     def stop(self, _how=None):
         """As the programs of the test end with it; an engine outlives its client."""
@@ -91,6 +94,7 @@ class RealEngine:
 
 
 def resident(process):
+    """MiB."""
     return int(re.search(r"VmRSS:\s+(\d+)",
                          pathlib.Path(f"/proc/{process}/status").read_text())[1]) // 1024
 
@@ -199,7 +203,7 @@ def real_seven():
         records = number > AT_ONCE
         engine = engines[player] = RealEngine(f"doomsday of {player.name}", "zdoomgl.exe",
                                               "doomsday" if records else None, records)
-        configure(player, gl_zdoom=engine.path + " -width 240 -height 180",
+        configure(player, gl_zdoom=engine.path + SMALL,
                   doom2=linked(engine.folder))
     request(host, guests, "ZGLdoom / DOOM2")
     begun = time.monotonic()
@@ -226,6 +230,13 @@ def real_seven():
     host.lists(*(player.name for player in players))
 
 
+def joins(player, host):
+    player.activate(ROOM)
+    player.click(player.user(host))
+    player.click(player.user(host), button=3)
+    player.click(player.menu_entry("Join CSDOOM Game"))
+
+
 def real_server():
     """A server that one hosts, two join one after the other, one leaves, and its host ends."""
     Server("data-server")
@@ -238,17 +249,14 @@ def real_server():
         player.log_in(player.folder.rpartition("-")[2])
         game = games[player] = RealEngine(f"server's of {player.name}", "doomcl.exe")
         configure(player, cs_server=server.path,
-                  cs_client=game.path + " -width 240 -height 180 -nosfx -nomusic")
+                  cs_client=game.path + SMALL + " -nosfx -nomusic")
     ann, *guests = players
     ann.open_menu("Games", "Launch CSDOOM Server")
     games[ann].says("Arrived in netgame", 40)
     for guest in guests:
         guest.lists("ann[CS]", *(f"{g.name}[IG]" for g in guests[:guests.index(guest)]),
                     *(g.name for g in guests[guests.index(guest):]))
-        guest.activate(ROOM)
-        guest.click(guest.user("ann[CS]"))
-        guest.click(guest.user("ann[CS]"), button=3)
-        guest.click(guest.menu_entry("Join CSDOOM Game"))
+        joins(guest, "ann[CS]")
         games[guest].says("Arrived in netgame", 40)
         games[guest].says(r"Map: .*MAP01", 60)
     bob, cid = guests
@@ -266,4 +274,54 @@ def real_server():
     ann.lists("ann", "bob", "cid")
 
 
-SCENARIOS = [real_engines, real_crispy, real_seven, real_server]
+def real_troubles():
+    """What keeps players from a game is told in a box, and the room is as it was."""
+    ann, bob = two_players("data-troubles")
+
+    def told(player, *words):
+        player.box(("Kelvaron", "OK"))
+        if folder := os.environ.get("KELVARON_PICTURES"):
+            picture(os.path.join(folder, words[-1].replace(" ", "_") + ".png"))
+        player.answer(("Kelvaron", "OK"), *words)
+
+    def serve(player, name, **how):
+        server = RealEngine(name, "doomsv.exe", **how)
+        game = RealEngine("game beside " + name, "doomcl.exe", user=server.folder)
+        configure(player, cs_server=server.path, cs_client=game.path + SMALL)
+        player.open_menu("Games", "Launch CSDOOM Server")
+        return game
+
+    def join(name, words=""):
+        game = RealEngine(name, "doomcl.exe")
+        configure(bob, cs_client=game.path + SMALL + words)
+        joins(bob, "ann[CS]")
+        return game
+
+    # Without Doomsday's server there is none.
+    alone = serve(bob, "no server", only="doomsday")
+    told(bob, "doomsday-server isn't installed")
+    alone.says("trying again", 5)
+    time.sleep(2)  # until which an engine that ends is told of
+    alone.signal(15)
+    bob.press(ROOM, "Return from CS")
+    # On this machine one server runs.
+    serve(ann, "server").says(r"Map: .*MAP01", 60)
+    second = serve(bob, "second server", user=pathlib.Path(WORK, "another user"))
+    told(bob, "another server runs on this machine")
+    second.signal(15)
+    bob.press(ROOM, "Return from CS")
+    bob.lists("ann[CS]", "bob")
+    # The host's game is another one.
+    join("other game", " -iwad /usr/share/games/doom/freedoom1.wad").ends()
+    told(bob, "ended with the error 69", "it has another game file")
+    leave(bob, IN_GAME, "Resume")
+    # The engine crashes.
+    game = join("crash")
+    game.says(r"Map: .*MAP01", 60)
+    os.kill(int(game.started()[0]), 11)
+    told(bob, "ended with the error 69", "Doomsday was ended by signal 11")
+    leave(bob, IN_GAME, "Resume")
+    bob.lists("ann[CS]", "bob")
+
+
+SCENARIOS = [real_engines, real_crispy, real_seven, real_server, real_troubles]
