@@ -158,10 +158,13 @@ Words doomsdayServerWords(const GameCommand& command, const OwnFolder& folder, b
   const std::string level = command.level.empty() ? "1" : command.level;
   std::string episode = "1";
   std::string map = mapOf(std::stoi(level));
+  // In a list of maps to play one after the other it counts from 0.
+  std::string listed = mapOf(std::stoi(level) - 1).substr(3);
   if (edition.game.starts_with("doom1")) {
     const auto [first, second] = episodeAndLevel(level);
     episode = first;
     map = 'E' + first + 'M' + second;
+    listed = std::to_string(std::stoi(first) - 1) + std::to_string(std::stoi(second) - 1);
   }
   const auto skill = given.find("-skill");
   const auto timer = given.find("-timer");
@@ -178,13 +181,15 @@ Words doomsdayServerWords(const GameCommand& command, const OwnFolder& folder, b
       {"server-game-respawn", on("-respawn")},
       {"server-game-jump", on("-jump")},
       {"server-game-mapcycle",
-       timer == given.end() ? "\"\"" : "\"Time:" + timer->second + ' ' + map + '"'},
+       timer == given.end() ? "\"\"" : "\"Time:" + timer->second + ' ' + listed + '"'},
       {"server-player-limit", std::to_string(command.players == 0 ? 15 : command.players)},
       {"server-game-episode", episode},
       {"server-game-map", map},
   }};
   std::string commands;
   for (const auto& [name, value] : settings) commands += std::string(name) + ' ' + value + "; ";
+  // Only a game that has begun can have a list, so this waits for 35 ticks, a second.
+  if (timer != given.end()) commands += "after 35 startcycle; ";
   words.insert(words.end(), {"-stdout", "-port", kDoomsdayPort, "-def",
                              definitionsWithoutTales(folder), "-cmd", commands});
   return words;

@@ -162,8 +162,9 @@ TEST_F(Adapters, MoreThanFourPlayOnDoomsday) {
       placed(data("server-1") +
              " -stdout -port 13209 -def @/data/kelvaron-engines/server-1/start.ded -cmd "
              "server-game-deathmatch 2; server-game-skill 3; server-game-nomonsters 0; "
-             "server-game-respawn 1; server-game-jump 0; server-game-mapcycle \"Time:10 MAP07\"; "
-             "server-player-limit 7; server-game-episode 1; server-game-map MAP07; ");
+             "server-game-respawn 1; server-game-jump 0; server-game-mapcycle \"Time:10 06\"; "
+             "server-player-limit 7; server-game-episode 1; server-game-map MAP07; "
+             "after 35 startcycle; ");
   ASSERT_TRUE(runUntil([&] { return startedWith("doomsday-server") == server; }))
       << startedWith("doomsday-server") << troubles.size();
   EXPECT_EQ(startedWith("doomsday"), "");
@@ -179,15 +180,16 @@ TEST_F(Adapters, MoreThanFourPlayOnDoomsday) {
 
 TEST_F(Adapters, AServerThatStaysEndsWhenItsHostIsThrough) {
   install("doomsday-server", "await 15\nmark ended");
-  const std::string command = "doomsv.exe -iwad @/free.wad -warp 23 -coop -jump";
+  const std::string command = "doomsv.exe -iwad @/free.wad -warp 23 -coop -jump -timer 5";
   start(command);
   ASSERT_TRUE(runUntil([&] { return fs::exists(games / "awaiting"); }));
   EXPECT_THAT(startedWith("doomsday-server"),
               HasSubstr("-game doom1-freedoom -nodiscovery -stdout -port 13209"));
-  EXPECT_THAT(startedWith("doomsday-server"),
-              HasSubstr("server-game-deathmatch 0; server-game-skill 3; server-game-nomonsters 0; "
-                        "server-game-respawn 0; server-game-jump 1; server-game-mapcycle \"\"; "
-                        "server-player-limit 15; server-game-episode 2; server-game-map E2M3; "));
+  EXPECT_THAT(
+      startedWith("doomsday-server"),
+      HasSubstr("server-game-deathmatch 0; server-game-skill 3; server-game-nomonsters 0; "
+                "server-game-respawn 0; server-game-jump 1; server-game-mapcycle \"Time:5 12\"; "
+                "server-player-limit 15; server-game-episode 2; server-game-map E2M3; "));
   const auto answering = std::make_unique<HostPlace>(SOCK_STREAM, kDoomsdayPort);
   // A second start, as after a new start of the client, answers for the first.
   start(command + " -coop");
