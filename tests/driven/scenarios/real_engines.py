@@ -82,7 +82,9 @@ class RealEngine:
     def started(self):
         """The processes that the adapter has started: a game, or a server and a game."""
         mine = self.process_id()
-        return pathlib.Path(f"/proc/{mine}/task/{mine}/children").read_text().split()
+        children = pathlib.Path(f"/proc/{mine}/task/{mine}/children").read_text().split()
+        return [child for child in children
+                if pathlib.Path(f"/proc/{child}/comm").read_text() != "tee\n"]
 
     def resident(self):
         return sum(resident(process) for process in self.started())
