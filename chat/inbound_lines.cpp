@@ -42,7 +42,7 @@ void onStatusText(InboundContext& context) {
   context.rule.step([&] { txtOutput.insert(std::string(line.field(2)) + "\r\n"); });
   context.rule.step([&] {
     if (line.field(2) != kGrant) return;
-    main.Label1.Caption = std::string(kModeratorMarkText) + main.Label1.Caption.get();
+    main.Label1.Caption.change([](std::string& name) { name.insert(0, 1, kModeratorMark); });
   });
 }
 

@@ -1,9 +1,10 @@
 // The list box: sorted entries of which several can be selected.
 //
-// A rebuild (`Clear` and then an `AddItem` for each entry) costs one sort however long it is, done
-// when somebody looks.
+// Entries are sorted as they come, in runs that double, so that neither an `AddItem` nor whoever
+// looks has more to do than to put together runs that are sorted already.
 #pragma once
 
+#include <cstdint>
 #include <functional>
 #include <set>
 #include <string>
@@ -65,12 +66,30 @@ class ListBox : public Control {
   std::string identityOf(std::string_view entry) const {
     return identity ? identity(entry) : std::string(entry);
   }
-  void settle() const;
+  /// What there is of each entry, one behind the other.
+  struct Rows {
+    std::vector<std::string> entries;
+    // The first eight characters in upper case, as a number that orders as they do.
+    std::vector<std::uint64_t> fronts;
+    std::vector<Flags> flags;
 
-  // Entries behind `settled_` wait to be sorted in.
-  mutable std::vector<std::string> entries_;
-  mutable std::vector<Flags> flags_;
-  mutable std::size_t settled_ = 0;
+    std::size_t size() const { return entries.size(); }
+    /// Whether the row belongs in front of another one's.
+    bool isBefore(std::size_t row, const Rows& others, std::size_t other) const;
+    void reserve(std::size_t count);
+    /// Takes a row over.
+    void take(Rows& from, std::size_t row);
+    /// Puts all of `from` in place of the rows from `first` on; there are as many.
+    void replaceFrom(std::size_t first, Rows& from);
+  };
+
+  void settle() const;
+  void sortTail() const;
+  void mergeLastRuns() const;
+
+  mutable Rows rows_;
+  // Where each run of sorted rows ends; what stands behind the last one waits to be sorted.
+  mutable std::vector<std::size_t> runs_;
   // Identities selected, and the one with the focus, when the list was last cleared.
   std::set<std::string> remembered_;
   std::optional<std::string> rememberedCurrent_;

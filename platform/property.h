@@ -46,6 +46,13 @@ class Property : NonCopyable {
     return *this;
   }
 
+  /// Changes the value in its place, for one that is too long to be made anew each time.
+  template <class Change>
+  void change(Change&& how) {
+    how(value_);
+    owner_->propertyChanged(this);
+  }
+
   /// For the shell: takes what the user did on the widget, without telling the widget again.
   void setQuietly(T value) { value_ = std::move(value); }
 

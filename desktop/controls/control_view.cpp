@@ -1,6 +1,7 @@
 #include "desktop/controls/control_view.h"
 
 #include <QKeyEvent>
+#include <QTimer>
 #include <algorithm>
 #include <cmath>
 
@@ -60,8 +61,17 @@ void ControlView::changed() {
     return;
   }
   if (std::exchange(waits_, true)) return;
-  QMetaObject::invokeMethod(
-      this, [this] { settle(); }, Qt::QueuedConnection);
+  const auto inATurn = [this](auto what) {
+    QMetaObject::invokeMethod(this, what, Qt::QueuedConnection);
+  };
+  if (const auto delay = refreshDelay(); delay > delay.zero()) {
+    QTimer::singleShot(delay, this, [this, inATurn] {
+      if (waits_) prepareRefresh();
+      inATurn([this] { settle(); });
+    });
+    return;
+  }
+  inATurn([this] { settle(); });
 }
 
 void ControlView::settle() {

@@ -7,6 +7,7 @@
 #include <QPointer>
 #include <QSize>
 #include <QWidget>
+#include <chrono>
 #include <memory>
 #include <optional>
 #include <utility>
@@ -90,6 +91,10 @@ class ControlView : public QObject {
   /// Reads the control's own properties (`Visible`, `Enabled` and the place are done here).
   virtual void refresh() = 0;
   virtual bool refreshesAtOnce() const { return false; }
+  /// How long a change waits until it is shown; with others that come meanwhile.
+  virtual std::chrono::milliseconds refreshDelay() const { return {}; }
+  /// What can be done for `refresh` in a turn of its own.
+  virtual void prepareRefresh() {}
   /// The Enter key. Returns whether it was used up.
   virtual bool enterPressed(Qt::KeyboardModifiers modifiers);
 

@@ -6,9 +6,17 @@
 #include "desktop/controls/list_box_view.h"
 
 namespace kelvaron {
+namespace {
+
+// The rest follows in turns of its own.
+constexpr int kMostLaidOutAtOnce = 50'000;
+
+}  // namespace
 
 EntryList::EntryList(QWidget* parent) : QListView(parent) {
   setUniformItemSizes(true);
+  setLayoutMode(Batched);
+  setBatchSize(kMostLaidOutAtOnce);
   setEditTriggers(NoEditTriggers);
   setTextElideMode(Qt::ElideRight);
   setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);

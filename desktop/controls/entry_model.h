@@ -11,7 +11,8 @@ namespace kelvaron {
 /// Characters shown of an entry; nobody reads further in a list.
 constexpr std::size_t kMostOfEntry = 256;
 
-/// A copy of the list's entries, taken whole; text is converted as rows come into sight.
+/// A copy of the beginnings of a list's entries, taken at once; text is converted as rows come into
+/// sight.
 class EntryModel : public QAbstractListModel {
  public:
   using QAbstractListModel::QAbstractListModel;
@@ -23,7 +24,9 @@ class EntryModel : public QAbstractListModel {
   QVariant data(const QModelIndex& index, int role) const override;
 
  private:
-  std::vector<std::string> entries_;
+  // One behind the other, and where each ends.
+  std::string text_;
+  std::vector<std::size_t> ends_;
 };
 
 }  // namespace kelvaron

@@ -2,8 +2,10 @@
 
 #include <QItemSelectionModel>
 #include <QScrollBar>
+#include <algorithm>
 #include <utility>
 
+#include "base/scope_exit.h"
 #include "desktop/controls/entry_list.h"
 #include "desktop/qt_values.h"
 
@@ -24,7 +26,25 @@ ListBoxView::ListBoxView(ListBox& box, ViewHost& host, QWidget* parent)
           [this](const QModelIndex& current) { currentChanged(current); });
 }
 
+std::chrono::milliseconds ListBoxView::refreshDelay() const {
+  // A short list is shown in the next turn, however often it changes.
+  constexpr int kFew = 5'000;
+  if (model_.rowCount() < kFew) return {};
+  return std::chrono::ceil<std::chrono::milliseconds>(nextRefresh_ -
+                                                      std::chrono::steady_clock::now());
+}
+
+void ListBoxView::prepareRefresh() { static_cast<void>(box().entries()); }
+
 void ListBoxView::refresh() {
+  constexpr int kShareOfTime = 10;
+  constexpr std::chrono::milliseconds kBetween(100);
+  const auto begun = std::chrono::steady_clock::now();
+  const ScopeExit shown([&] {
+    const auto end = std::chrono::steady_clock::now();
+    nextRefresh_ =
+        begun + std::max<std::chrono::nanoseconds>(kBetween, (end - begun) * kShareOfTime);
+  });
   QPalette palette;
   if (const auto& color = box().ForeColor.get()) palette.setColor(QPalette::Text, toQt(*color));
   if (const auto& color = box().BackColor.get()) palette.setColor(QPalette::Base, toQt(*color));

@@ -12,8 +12,9 @@ namespace kelvaron {
 
 class EntryList;
 
-/// However many entries change in a turn of the event loop, the list is shown anew once; selection
-/// and scroll position stay.
+/// However many entries change in a turn of the event loop, the list is shown anew once; one of
+/// thousands ten times a second at most, and a tenth of the time at most; selection and scroll
+/// position stay.
 ///
 /// The left button and the keyboard select. The right button selects nothing: it raises `MouseUp`
 /// alone, and so do the menu key and Shift+F10. Enter is a double click.
@@ -34,6 +35,8 @@ class ListBoxView : public ControlView {
 
  protected:
   void refresh() override;
+  std::chrono::milliseconds refreshDelay() const override;
+  void prepareRefresh() override;
   bool enterPressed(Qt::KeyboardModifiers modifiers) override;
 
  private:
@@ -45,6 +48,7 @@ class ListBoxView : public ControlView {
 
   EntryList& list_;
   EntryModel model_;
+  std::chrono::steady_clock::time_point nextRefresh_{};
   // The user selected something since `Click` was raised last.
   bool userSelected_ = false;
 };

@@ -39,7 +39,7 @@ def main(arguments):
     if arguments[:1] == ["--stranger"]:
         sys.path.append(os.path.join(os.path.dirname(__file__), "../../bench"))
         import stranger_bench
-        return 0 if passes("stranger", stranger_bench.run) else 1
+        return 0 if passes("stranger", stranger_bench.run, *arguments[1:]) else 1
     chosen = SCENARIOS
     if arguments:
         chosen = [s for s in SCENARIOS + NAMED if s.__name__ in arguments]
