@@ -63,7 +63,7 @@ class Form1 : public Form {
   Shape Shape11{Frame7, "Shape11", kRedPlace};
   Shape Shape12{Frame7, "Shape12", kGreenPlace};
 
-  CommandButton Command1{*this, "Command1", pixels(564, 224, 112, 34), "GO"};
+  CommandButton Command1{*this, "Command1", pixels(564, 224, 112, 30), "GO"};
 
   /// An invitation begins: names the first slots, at most `kSlots`; nobody has been asked yet.
   void invite(const std::vector<std::string>& entries);

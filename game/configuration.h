@@ -62,8 +62,8 @@ class config : public Form {
   /// Why a file that was located was not taken; empty for nothing to say.
   Label Label12{*this, "Label12", pixels(32, 532, 396, 40), ""};
 
-  CommandButton Command9{*this, "Command9", pixels(444, 536, 172, 32), "Save Configuration"};
-  CommandButton Command10{*this, "Command10", pixels(628, 536, 96, 32), "Cancel"};
+  CommandButton Command9{*this, "Command9", pixels(444, 536, 172, 30), "Save Configuration"};
+  CommandButton Command10{*this, "Command10", pixels(628, 536, 96, 30), "Cancel"};
 
   /// Never seen: the location of ZDoomGL alone, as located last.
   TextBox Text12{*this, "Text12", {}};

@@ -19,8 +19,8 @@ class Form3 : public Form {
   TextBox Text1{*this, "Text1", pixels(16, 88, 568, 110)};
   CheckBox Check1{*this, "Check1", pixels(16, 212, 180, 24), "Record a Demo"};
   TextBox Text2{*this, "Text2", pixels(204, 210, 380, 28)};
-  CommandButton Command1{*this, "Command1", pixels(318, 254, 120, 32), "OK"};
-  CommandButton Command2{*this, "Command2", pixels(450, 254, 134, 32), "Cancel Launch"};
+  CommandButton Command1{*this, "Command1", pixels(318, 254, 120, 30), "OK"};
+  CommandButton Command2{*this, "Command2", pixels(450, 254, 134, 30), "Cancel Launch"};
 
   void Form_Load() override;
 

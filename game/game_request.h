@@ -29,8 +29,8 @@ class request : public Form {
   Label Label7{*this, "Label7", pixels(16, 246, 528, 64),
                "You will have one more chance to decline this game and you will be givin a chance "
                "to record your own demo of this game on your next screen."};
-  CommandButton Command1{*this, "Command1", pixels(304, 322, 114, 32), "Accept"};
-  CommandButton Command2{*this, "Command2", pixels(430, 322, 114, 32), "Decline"};
+  CommandButton Command1{*this, "Command1", pixels(304, 322, 114, 30), "Accept"};
+  CommandButton Command2{*this, "Command2", pixels(430, 322, 114, 30), "Decline"};
 
   /// Fills the boxes; an answer goes to whom the user can have read.
   void show(const GameOffer& offer, const PendingOffer& pending);

@@ -78,8 +78,8 @@ class game1 : public Form {
   CheckBox Check23{fraServer, "Check23", pixels(180, 130, 164, 18), "Allow Freelook"};
   CheckBox Check24{fraServer, "Check24", pixels(180, 148, 164, 18), "Friendly Fire"};
 
-  CommandButton Command3{*this, "Command3", pixels(530, 430, 140, 32), "Send Request"};
-  CommandButton Command4{*this, "Command4", pixels(680, 430, 100, 32), "Cancel"};
+  CommandButton Command3{*this, "Command3", pixels(530, 430, 140, 30), "Send Request"};
+  CommandButton Command4{*this, "Command4", pixels(680, 430, 100, 30), "Cancel"};
 
   // Never seen: the skin, the host's command and the guests' options under construction, the
   // game's key, copies of wad and skin for the offer, and the number of invited players.

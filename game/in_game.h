@@ -20,7 +20,7 @@ class Form4 : public Form {
   explicit Form4(Client& client);
 
   Label Label1{*this, "Label1", pixels(20, 24, 320, 40), "Chat Suspended"};
-  CommandButton Command1{*this, "Command1", pixels(124, 82, 112, 34), "Resume"};
+  CommandButton Command1{*this, "Command1", pixels(124, 82, 112, 30), "Resume"};
 
   void Form_Load() override;
   void Form_Click() override { comeBack(); }

@@ -26,9 +26,11 @@ void ButtonView::refresh() {
 
 /// The form's font, or as much of it as the button has room for.
 void ButtonView::fitText() {
-  constexpr QSize kMargins(16, 6);
+  constexpr QSize kMargins(8, 2);
+  // Of the smallest text elsewhere: whole captions in a window made small.
+  constexpr qreal kSmallest = 7.0 / 9;
   constexpr qreal kStep = 0.5;  // in points
-  const qreal smallest = captionFont(formFont()).pointSizeF();
+  const qreal smallest = captionFont(formFont()).pointSizeF() * kSmallest;
   QFont font = formFont();
   const auto fits = [&] {
     const QSize text = QFontMetrics(font).size(Qt::TextShowMnemonic, button_.text());

@@ -3,6 +3,9 @@
 #include <QDir>
 #include <QFileInfo>
 #include <QHeaderView>
+#include <QListView>
+#include <QSplitter>
+#include <QStyle>
 #include <QTreeView>
 
 #include "desktop/controls/combo_accessible.h"
@@ -57,14 +60,13 @@ void prepareFileDialog(QFileDialog& dialog, const FileDialog& told, const QStrin
     files->header()->setSectionResizeMode(0, QHeaderView::Stretch);
     files->hideColumn(kKindColumn);
   }
-}
-
-QString whyNot(const QString& chosen) {
-  if (shownText(storedText(chosen)) == chosen) return {};
-  return QStringLiteral(
-             "Kelvaron can't open this file, because its name or that of its folder has letters "
-             "outside the Western alphabet:\n\n%1\n\nRename it, or choose another file.")
-      .arg(chosen);
+  // The places beside them are as wide as their names.
+  auto* places = dialog.findChild<QListView*>(QStringLiteral("sidebar"));
+  if (auto* halves = dialog.findChild<QSplitter*>(); halves != nullptr && places != nullptr) {
+    const int names = places->sizeHintForColumn(0) + 4 * places->frameWidth() +
+                      places->style()->pixelMetric(QStyle::PM_ScrollBarExtent);
+    halves->setSizes({names, dialog.width() - names});
+  }
 }
 
 }  // namespace kelvaron

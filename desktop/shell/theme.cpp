@@ -162,6 +162,10 @@ QSize Theme::sizeFromContents(ContentsType type, const QStyleOption* option, con
   constexpr int kAirOfEntry = 4;
   QSize result = QProxyStyle::sizeFromContents(type, option, size, widget);
   if (type == CT_ItemViewItem) result.rheight() += kAirOfEntry;
+  // As high as on forms, where their places say how high.
+  constexpr qreal kButton = 30;
+  if (type == CT_PushButton)
+    result.setHeight(std::max(result.height(), qRound(kButton * formScale())));
   return result;
 }
 
@@ -193,6 +197,7 @@ QIcon Theme::standardIcon(StandardPixmap picture, const QStyleOption* option,
     case SP_MessageBoxCritical:
       return boxIcon(picture);
     default:
+      if (const QIcon sign = fileSign(picture); !sign.isNull()) return sign;
       return QProxyStyle::standardIcon(picture, option, widget);
   }
 }

@@ -10,4 +10,7 @@ namespace kelvaron::theme {
 /// size and scale.
 QIcon boxIcon(QStyle::StandardPixmap kind);
 
+/// What files, folders and the ways between them look like; null for anything else.
+QIcon fileSign(QStyle::StandardPixmap kind);
+
 }  // namespace kelvaron::theme
