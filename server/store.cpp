@@ -183,7 +183,7 @@ std::string Store::motd() const {
   std::string joined;
   for (const std::string& line : lines(kMotd)) {
     if (trimmed(line).empty()) continue;
-    if (!joined.empty()) joined += ' ';
+    if (!joined.empty()) joined += '\n';
     joined += cleaned(line);
   }
   return joined;

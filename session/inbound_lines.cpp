@@ -1,7 +1,5 @@
 #include "session/inbound_lines.h"
 
-#include <utility>
-
 #include "build_settings.h"
 #include "session/client.h"
 #include "session/login_window.h"
@@ -69,12 +67,8 @@ void onDouble(InboundContext& context) {
 void onMotd(InboundContext& context) {
   Client& client = context.client;
   context.rule.step([&] { client.form<Form5>().Text1.Text = field(context, 1); });
-  // The first of a login is what the user waits for; others come by themselves.
-  if (std::exchange(client.motdOfConnection, client.connectionsMade) != client.connectionsMade) {
-    client.form<Form5>().Show();
-  } else {
-    client.form<Form5>().ShowQuietly();
-  }
+  // Also after a login: who types to the room at once must not press its button.
+  client.form<Form5>().ShowQuietly();
 }
 
 void onGetIp(InboundContext& context) {

@@ -16,7 +16,7 @@ TEST(Login, TheListComesAtOnceAndTheMessageOfTheDayOnRequest) {
   RunningServer running(folder.path());
   Peer alice(running.port());
   alice.sendRaw("MOTD\r\nMessage\tx: \ttoo early\r\nName\talice\t10.0.0.7\r\nMOTD\r\n");
-  for (const char* line : {"Userscl", "Users\talice", "MOTD\tBe fair. Have fun.",
+  for (const char* line : {"Userscl", "Users\talice", "MOTD\tBe fair.\nHave fun.",
                            "Announce\t[Server] alice has entered Kelvaron"}) {
     EXPECT_EQ(alice.next(), line);
   }
