@@ -20,6 +20,8 @@ inline constexpr Color kLabel{192, 255, 192};
 inline constexpr Color kValue{192, 255, 255};
 inline constexpr Color kStatus{255, 192, 192};
 inline constexpr Color kUsers{128, 255, 128};
+/// While there is no connection: 5 to 1 against black.
+inline constexpr Color kUsersBefore{80, 140, 80};
 inline constexpr Color kWhite{255, 255, 255};
 inline constexpr Color kBlack{0, 0, 0};
 inline constexpr Color kBuffering{0, 255, 0};

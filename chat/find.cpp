@@ -62,4 +62,17 @@ std::optional<TextPosition> findBackward(const StyledText& text, std::string_vie
   return column == kNowhere ? std::nullopt : std::optional(TextPosition{line, column});
 }
 
+MatchCount countMatches(const StyledText& text, std::string_view wanted, TextPosition at) {
+  MatchCount count;
+  for (std::size_t line = 0; line < text.lineCount(); ++line) {
+    const std::string_view bytes = text.line(line);
+    for (std::size_t column = findCaseless(bytes, wanted); column != kNowhere;
+         column = findCaseless(bytes, wanted, column + 1)) {
+      count.before += TextPosition{line, column} < at ? 1U : 0U;
+      ++count.all;
+    }
+  }
+  return count;
+}
+
 }  // namespace kelvaron

@@ -21,4 +21,11 @@ std::optional<TextPosition> findForward(const StyledText& text, std::string_view
 std::optional<TextPosition> findBackward(const StyledText& text, std::string_view wanted,
                                          TextPosition before);
 
+/// How many matches there are, and how many of them lie in front of `at`.
+struct MatchCount {
+  std::size_t before = 0;
+  std::size_t all = 0;
+};
+MatchCount countMatches(const StyledText& text, std::string_view wanted, TextPosition at);
+
 }  // namespace kelvaron

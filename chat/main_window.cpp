@@ -47,10 +47,11 @@ void frmMain::look() {
   txtOutput.BackColor = colors::kBlack;
   txtOutput.AccessibleName = "Chat";
   txtinput.BackColor = colors::kBlack;
+  showConnected(true);
   txtinput.AccessibleName = "Message";
   List1.BackColor = colors::kBlack;
-  List1.ForeColor = colors::kUsers;
   List1.AccessibleName = "Users";
+  List1.CountedAs = "user";
   // Somebody who goes away or into a game between two rebuilds stays selected.
   List1.identity = [](std::string_view entry) { return std::string(nicknameOf(entry)); };
   Command2.Enabled = false;
@@ -71,6 +72,16 @@ void frmMain::Form_Load() {
 void frmMain::Form_Unload() {
   client_.lasting<AskedFor>().onAsked = nullptr;
   leaveWithFarewell(client_);
+}
+
+void frmMain::showConnected(bool connected) {
+  txtinput.Placeholder = connected ? "Message, /? for commands" : "Not connected";
+  List1.ForeColor = connected ? colors::kUsers : colors::kUsersBefore;
+}
+
+void frmMain::radioFailed() {
+  Timer1.Enabled = false;
+  Frame1.Visible = false;
 }
 
 void frmMain::AnswerClock_Tick() {

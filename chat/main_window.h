@@ -115,6 +115,8 @@ class frmMain : public MainWindow {
   Label& serverLocation() override { return Label6; }
   RichTextBox& output() override { return txtOutput; }
   ListBox& users() override { return List1; }
+  void showConnected(bool connected) override;
+  void radioFailed() override;
 
  private:
   void look();

@@ -75,7 +75,7 @@ std::unique_ptr<Client> makeClient(Edge& edge, const Ports& ports) {
   auto made = std::make_unique<Client>(
       edge, ports, kInbound,
       MainWindowSlot{.touch = [](Client& client) -> MainWindow& { return client.form<frmMain>(); },
-                     .loaded = [](const Client& client) -> const MainWindow* {
+                     .loaded = [](const Client& client) -> MainWindow* {
                        return client.loadedForm<frmMain>();
                      }});
   wireForms(*made);

@@ -12,4 +12,12 @@ QString withoutMnemonic(const QString& caption) {
   return plain;
 }
 
+QString whyNot(const QString& chosen) {
+  if (shownText(storedText(chosen)) == chosen) return {};
+  return QStringLiteral(
+             "Kelvaron can't open this file, because its name or that of its folder has letters "
+             "outside the Western alphabet:\n\n%1\n\nRename it, or choose another file.")
+      .arg(chosen);
+}
+
 }  // namespace kelvaron

@@ -14,4 +14,7 @@ inline QColor toQt(Color color) { return {color.red, color.green, color.blue}; }
 /// A caption without the "&" before its mnemonic; "&&" is one "&".
 QString withoutMnemonic(const QString& caption);
 
+/// Why a file that the user chose can't be taken; empty when it can.
+QString whyNot(const QString& chosen);
+
 }  // namespace kelvaron

@@ -178,6 +178,7 @@ class FuzzDesktop : SocketPort,
   [[noreturn]] void End() override { throw ProgramEnd{}; }
   void DoEvents() override { edge.throwIfEnded(); }
   void showPage(const std::string&) override {}
+  void showFolder(const std::string&) override {}
   std::unique_ptr<Echo> send(std::uint32_t, std::string_view, std::chrono::milliseconds,
                              EchoPort::Done) override {
     return std::make_unique<Echo>();

@@ -15,6 +15,7 @@ Frm_Client::Frm_Client(Client& client)
   Txt_File.Locked = true;
   Txt_File.AccessibleName = "Save file to";
   FileBar.AccessibleName = "Progress";
+  Lbl_FileSize.GroupsDigits = true;
   Btn_Listen.Visible = false;
   Txt_Port.Text = "5050";
   Txt_Port.AccessibleName = "Port to listen to";
@@ -23,6 +24,7 @@ Frm_Client::Frm_Client(Client& client)
   Command1.Cancel = true;
 
   Btn_Listen.Click = [this] { Btn_Listen_Click(); };
+  Btn_Folder.Click = [this] { client_.ports.application.showFolder(received("")); };
   Command1.Click = [this] { client_.slots.unload(*this); };
   Timer1.Tick = [this] { Timer1_Tick(); };
   transfer_.onCallers = [this] { showStatus(); };
@@ -71,6 +73,8 @@ void Frm_Client::showHeader() {
   FileBar.Value = 0;
   Lbl_FileSize.Caption = "File Size: " + transfer_.header().sizeText();
   Txt_File.Text = received(transfer_.header().name());
+  // Its end, which is the name, is what shows.
+  Txt_File.SelStart = static_cast<int>(Txt_File.Text.get().size());
 }
 
 void Frm_Client::showProgress() {

@@ -30,6 +30,7 @@ class Frm_Client : public Form {
   Label Lbl_Status{*this, "Lbl_Status", pixels(16, 112, 548, 22), "winsock State"};
   ProgressBar FileBar{*this, "FileBar", pixels(16, 142, 548, 22)};
   CommandButton Btn_Listen{*this, "Btn_Listen", pixels(16, 178, 160, 30), "Listen for file"};
+  CommandButton Btn_Folder{*this, "Btn_Folder", pixels(296, 178, 144, 30), "Open folder"};
   CommandButton Command1{*this, "Command1", pixels(452, 178, 112, 30), "Close"};
   Timer Timer1{*this, "Timer1", 1000, true};
 

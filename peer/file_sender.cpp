@@ -14,6 +14,7 @@ Frm_Server::Frm_Server(Client& client)
   Txt_File.Text = "C:\\";
   Txt_File.AccessibleName = "Selected file";
   Lbl_FileName.AccessibleName = "File name";
+  Lbl_FileSize.GroupsDigits = true;
   FileBar.AccessibleName = "Progress";
   Txt_RemoteIP.Text = "127.0.0.1";
   Txt_RemoteIP.AccessibleName = "Address to connect to";
@@ -47,13 +48,16 @@ void Frm_Server::Form_Unload() {
 
 void Frm_Server::Btn_Browse_Click() {
   Dlg_Browser.ShowOpen(client_.ports.dialogs);
-  // Any fault ends this without a word, as the dialog has shown the user what is there.
+  if (!Dlg_Browser.FileName.empty()) choose(Dlg_Browser.FileName);
+}
+
+void Frm_Server::choose(const std::string& path) {
+  // Any fault ends this without a word, as the user has seen what is there.
   static_cast<void>(FaultRule::stop().handle([&] {
-    if (Dlg_Browser.FileName.empty()) return;
-    Txt_File.Text = Dlg_Browser.FileName;
-    const auto file = client_.ports.streams.open(Dlg_Browser.FileName);
+    Txt_File.Text = path;
+    const auto file = client_.ports.streams.open(path);
     Lbl_FileSize.Caption = "Filesize: " + std::to_string(file->length());
-    Lbl_FileName.Caption = Dlg_Browser.FileTitle;
+    Lbl_FileName.Caption = nameWithoutFolder(path);
   }));
 }
 

@@ -12,6 +12,11 @@ namespace kelvaron {
 
 class Client;
 
+/// The file that the user has dropped on somebody, until that one's address is there.
+struct DroppedFile {
+  std::string path;
+};
+
 /// The side that connects and sends. It stays loaded, hidden or shown, until it is closed.
 class Frm_Server : public Form {
  public:
@@ -46,6 +51,9 @@ class Frm_Server : public Form {
                "(the IP adress you connect to: local 127.0.0.1)"};
 
   void Form_Unload() override;
+
+  /// What is to be sent next. A file that isn't there leaves size and name as they are.
+  void choose(const std::string& path);
 
   /// Whether a transfer is under way.
   bool transferring() const { return transfer_.running(); }

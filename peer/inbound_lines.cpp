@@ -1,6 +1,7 @@
 #include "peer/inbound_lines.h"
 
 #include <algorithm>
+#include <utility>
 
 #include "chat/main_window.h"
 #include "peer/file_receiver.h"
@@ -80,8 +81,11 @@ void onReturnIpForFile(InboundContext& context) {
   context.rule.step([&] { address = context.line.field(1); });
   auto& asked = client.lasting<AskedFor>();
   if (asked.takeAddress(client, Asked::file, address) != AskedFor::Address::usable) return;
-  client.form<Frm_Server>().Txt_RemoteIP.Text = address;
-  showAnswer(client.form<Frm_Server>(), !asked.typedSinceAddress(client));
+  auto& form = client.form<Frm_Server>();
+  form.Txt_RemoteIP.Text = address;
+  const std::string dropped = std::exchange(client.lasting<DroppedFile>().path, {});
+  if (!dropped.empty() && !form.transferring()) form.choose(dropped);
+  showAnswer(form, !asked.typedSinceAddress(client));
 }
 
 void onIpFile(InboundContext&) {}

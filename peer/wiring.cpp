@@ -45,6 +45,7 @@ void mnuPing_Click(Client& client, frmMain& room) {
 
 void mnuSendFile_Click(Client& client, frmMain& room) {
   const std::string entry = room.List1.Text();
+  client.lasting<DroppedFile>().path.clear();
   if (sendOrTell(client, outbound::getIpForFile(entry, room.Label1.Caption.get()))) {
     ask(client, Asked::file, entry);
   }
@@ -68,6 +69,10 @@ void wirePeer(Client& client, frmMain& room) {
   room.mnuGetProfile.Click = [&client, &room] { mnuGetProfile_Click(client, room); };
   room.mnuPing.Click = [&client, &room] { mnuPing_Click(client, room); };
   room.mnuSendFile.Click = [&client, &room] { mnuSendFile_Click(client, room); };
+  room.List1.FileDropped = [&client, &room](const std::string& path) {
+    mnuSendFile_Click(client, room);
+    client.lasting<DroppedFile>().path = path;
+  };
   room.fserv.Click = [&client] { fserv_Click(client); };
 }
 

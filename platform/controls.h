@@ -29,6 +29,8 @@ class Label : public Control {
   /// Unset: the form's own text colour.
   Property<std::optional<Color>> ForeColor{*this, std::nullopt};
   Property<Font> Font_{*this, {}};
+  /// Shows digits in groups, as sizes are read; the caption itself stays.
+  bool GroupsDigits = false;
   Property<Alignment> Alignment_{*this, Alignment::left};
   Property<bool> WordWrap{*this, false};
 };
@@ -68,6 +70,8 @@ class RichTextLine : public TextBox {
   RichTextLine(Container& within, std::string_view name, Place place);
 
   Property<Color> SelColor{*this, {}};
+  /// What stands in the box while it is empty.
+  Property<std::string> Placeholder{*this, {}};
 
   /// What the user should know before Enter; empty for nothing. The text shows that there is one,
   /// and the pointer that rests on it tells.

@@ -28,6 +28,9 @@ class ListBox : public Control {
   Event<> Click;
   Event<> DblClick;
   Event<MouseButton> MouseUp;
+  /// A file was dropped on an entry, which is the only one selected then: its path. Entries take
+  /// files only where there is a handler.
+  Event<std::string> FileDropped;
 
   /// Sorted lists order by upper case, equal entries in order of arrival; duplicates stay.
   void AddItem(std::string_view entry);
@@ -54,6 +57,8 @@ class ListBox : public Control {
   /// Two entries with the same identity are the same thing before and after a rebuild. The whole
   /// entry unless set otherwise.
   std::function<std::string(std::string_view)> identity;
+  /// What one entry is, where their number is to be seen; empty where not.
+  std::string CountedAs;
 
   const bool sorted;
   const Selection selection;

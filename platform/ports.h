@@ -107,6 +107,8 @@ class Application {
   /// Shows an http or https page in the user's browser, without taking the focus where that can be
   /// avoided. Any other address is left alone.
   virtual void showPage(const std::string& address) = 0;
+  /// Shows a folder in the user's file manager, or the one above where it isn't there.
+  virtual void showFolder(const std::string& path) = 0;
 };
 
 /// The ports together; all outlive the client.

@@ -38,7 +38,10 @@ Client::Client(Edge& atEdge, const Ports& usedPorts, std::span<const InboundRow>
     edge.runUnasked([&] { tellTrouble(text); });
   };
   ports.player.onTrouble = [this](const std::string& text) {
-    edge.runUnasked([&] { MsgBox(text, box_style::kExclamation); });
+    edge.runUnasked([&] {
+      if (MainWindow* window = mainWindow_.loaded(*this)) window->radioFailed();
+      MsgBox(text, box_style::kExclamation);
+    });
   };
   edge.onFault = [this](const Fault& fault) { MsgBox(fault.what(), box_style::kCritical); };
   edge.onIdle = [this] { slots.collect(); };
@@ -111,12 +114,18 @@ void Client::connect(const std::string& host) {
 void Client::leaveConnection() {
   arrivals_.drop();
   sckClient_->Close();
+  tellConnected(false);
 }
 
 void Client::closeConnection() {
   if (arrivals_.dropped()) return;
   sckClient_->Close();
+  tellConnected(false);
   arrivals_.connectionClosed();
+}
+
+void Client::tellConnected(bool connected) {
+  if (MainWindow* window = mainWindow_.loaded(*this)) window->showConnected(connected);
 }
 
 void start(Client& client) {

@@ -28,7 +28,7 @@ struct MainWindowSlot {
   /// Makes it at the first touch.
   MainWindow& (*touch)(Client&);
   /// Null while it isn't loaded.
-  const MainWindow* (*loaded)(const Client&);
+  MainWindow* (*loaded)(const Client&);
 };
 
 class Client : NonCopyable {
@@ -70,6 +70,9 @@ class Client : NonCopyable {
   /// Whether the main window is on the screen; makes none.
   bool mainWindowShown() const;
 
+  /// Tells the main window, if there is one, whether there is a connection.
+  void tellConnected(bool connected);
+
   /// The one connection to the chat server; made and closed by the two below.
   Socket& sckClient() { return *sckClient_; }
   /// Begins to connect, in place of the connection before.
@@ -94,8 +97,6 @@ class Client : NonCopyable {
 
   /// How often the connection to the chat server was made.
   std::uint64_t connectionsMade = 0;
-  /// The connection whose message of the day was shown last.
-  std::uint64_t motdOfConnection = 0;
   /// The time as rules that last for a while see it.
   std::function<std::chrono::steady_clock::time_point()> now = std::chrono::steady_clock::now;
   /// How many keys the user has typed so far, in any window; the desktop counts.

@@ -16,11 +16,13 @@ void sckClient_Connect(Client& client) {
   ++client.connectionsMade;
   client.send(outbound::name(client.UserName, client.sckClient().LocalIP()));
   client.mainWindow().Show();
+  client.tellConnected(true);
   client.send(outbound::motd());
   if (auto* login = client.loadedForm<frmLogin>()) client.slots.unload(*login);
 }
 
 void sckClient_Close(Client& client) {
+  client.tellConnected(false);
   RichTextBox& txtOutput = client.mainWindow().output();
   txtOutput.caretToEnd();
   txtOutput.setSelBold(true);

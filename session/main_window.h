@@ -18,6 +18,10 @@ class MainWindow : public Form {
   virtual RichTextBox& output() = 0;
   /// `List1`: the users.
   virtual ListBox& users() = 0;
+  /// Whether there is a connection, once that changes.
+  virtual void showConnected(bool connected) = 0;
+  /// The radio can't play what was opened.
+  virtual void radioFailed() = 0;
 };
 
 }  // namespace kelvaron

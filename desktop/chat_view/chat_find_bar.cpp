@@ -9,9 +9,9 @@
 namespace kelvaron {
 namespace {
 
-QToolButton* makeButton(QWidget* parent, Qt::ArrowType arrow, const QString& name) {
+QToolButton* makeButton(QWidget* parent, char16_t sign, const QString& name) {
   auto* button = new QToolButton(parent);
-  button->setArrowType(arrow);
+  button->setText(QString(QChar(sign)));
   button->setAutoRaise(true);
   button->setFocusPolicy(Qt::NoFocus);
   button->setToolTip(name);
@@ -29,10 +29,9 @@ ChatFindBar::ChatFindBar(QWidget* parent)
   edit_->setAccessibleName(tr("Find"));
   edit_->setClearButtonEnabled(true);
   edit_->installEventFilter(this);
-  QToolButton* previous = makeButton(this, Qt::UpArrow, tr("Find Previous"));
-  QToolButton* next = makeButton(this, Qt::DownArrow, tr("Find Next"));
-  QToolButton* close = makeButton(this, Qt::NoArrow, tr("Close Find Bar"));
-  close->setText(QString(QChar(0xD7)));
+  QToolButton* previous = makeButton(this, u'\x2191', tr("Find Previous"));
+  QToolButton* next = makeButton(this, u'\x2193', tr("Find Next"));
+  QToolButton* close = makeButton(this, u'\xD7', tr("Close Find Bar"));
 
   auto* row = new QHBoxLayout(this);
   row->setContentsMargins(6, 3, 6, 3);

@@ -12,7 +12,7 @@
 namespace kelvaron {
 namespace {
 
-constexpr qreal kLeading = 1.15;
+constexpr qreal kLeading = 1.3;
 
 QFont inBold(QFont font) {
   font.setBold(true);

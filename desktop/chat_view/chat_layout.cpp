@@ -7,6 +7,9 @@ namespace {
 
 /// A few screens full; more is not worth its memory.
 constexpr std::size_t kKnownLines = 512;
+/// Of a hanging row, in widths of a small letter; and the narrowest row that it is taken from.
+constexpr int kIndent = 2;
+constexpr int kNarrowest = 20;
 
 }  // namespace
 
@@ -14,14 +17,21 @@ ChatLayout::ChatLayout(const StyledText& text, const QFont& font) : text_(text),
 
 void ChatLayout::setFont(const QFont& font) {
   font_ = ChatFont(font);
+  setIndent();
   known_.clear();
 }
 
 void ChatLayout::setWidth(qreal width) {
   if (width != width_) {
     width_ = width;
+    setIndent();
     known_.clear();
   }
+}
+
+void ChatLayout::setIndent() {
+  const qreal letter = font_.advance('n', false);
+  indent_ = width_ < kNarrowest * letter ? 0 : kIndent * letter;
 }
 
 void ChatLayout::changed(const StyledText::Change& change) {
@@ -49,6 +59,7 @@ ChatLayout::Starts ChatLayout::wrapped(std::size_t line) const {
   std::size_t wordBegin = 0;
   qreal rowWidth = 0;
   qreal wordWidth = 0;
+  qreal room = width_;
   for (std::size_t i = 0; i < text_.runCount(line); ++i) {
     const StyledText::Run run = text_.run(line, i);
     for (std::size_t column = run.begin; column < run.end; ++column) {
@@ -59,16 +70,18 @@ ChatLayout::Starts ChatLayout::wrapped(std::size_t line) const {
         wordBegin = column + 1;
         continue;
       }
-      if (rowWidth + wordWidth + advance > width_) {
+      if (rowWidth + wordWidth + advance > room) {
         if (wordBegin > result.back()) {
           result.push_back(static_cast<std::uint32_t>(wordBegin));
           rowWidth = 0;
+          room = width_ - indent_;
         }
-        if (wordWidth + advance > width_ && column > result.back()) {
+        if (wordWidth + advance > room && column > result.back()) {
           result.push_back(static_cast<std::uint32_t>(column));
           wordBegin = column;
           rowWidth = 0;
           wordWidth = 0;
+          room = width_ - indent_;
         }
       }
       wordWidth += advance;
@@ -94,7 +107,7 @@ void ChatLayout::walk(ChatRow row, Visit visit) const {
   const Span within = span(row);
   if (within.begin == within.end) return;
   const std::string_view bytes = text_.line(row.line);
-  qreal x = 0;
+  qreal x = indent(row);
   std::size_t column = within.begin;
   for (std::size_t i = text_.runAt(row.line, column); column < within.end; ++i) {
     const StyledText::Run run = text_.run(row.line, i);
@@ -107,7 +120,7 @@ void ChatLayout::walk(ChatRow row, Visit visit) const {
 }
 
 qreal ChatLayout::xOf(ChatRow row, std::size_t column) const {
-  qreal result = 0;
+  qreal result = indent(row);
   walk(row, [&](std::size_t at, qreal x, qreal advance) {
     if (at >= column) return false;
     result = x + advance;
@@ -166,7 +179,8 @@ ChatRow ChatLayout::moved(ChatRow from, std::ptrdiff_t count) const {
 }
 
 ChatRow ChatLayout::lastRow() const {
-  const std::size_t line = text_.lineCount() - 1;
+  std::size_t line = text_.lineCount() - 1;
+  if (line > 0 && text_.line(line).empty()) --line;
   return {line, rowCount(line) - 1};
 }
 

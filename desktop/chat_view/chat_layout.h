@@ -44,6 +44,9 @@ class ChatLayout {
   ChatRow rowOf(TextPosition place) const;
   TextPosition startOf(ChatRow row) const { return {row.line, span(row).begin}; }
 
+  /// Where the text of a row begins: the rows of a line behind its first one hang, where they are
+  /// wide enough.
+  qreal indent(ChatRow row) const { return row.row == 0 ? 0 : indent_; }
   /// From the left edge of the row to the place at `column` of the row's line.
   qreal xOf(ChatRow row, std::size_t column) const;
   /// The place between two characters of the row that is nearest to `x`.
@@ -55,12 +58,14 @@ class ChatLayout {
 
   /// `count` rows down, or up if negative, but not beyond the text.
   ChatRow moved(ChatRow from, std::ptrdiff_t count) const;
+  /// The last one to show: the empty line behind the text's last line end counts for nothing.
   ChatRow lastRow() const;
 
  private:
   using Starts = std::vector<std::uint32_t>;
   const Starts& starts(std::size_t line) const;
   Starts wrapped(std::size_t line) const;
+  void setIndent();
 
   /// Calls `visit(column, x of its left edge, its advance)` for each byte of a row until the
   /// visitor says stop by returning false.
@@ -70,6 +75,7 @@ class ChatLayout {
   const StyledText& text_;
   ChatFont font_;
   qreal width_ = 0;
+  qreal indent_ = 0;
   mutable std::unordered_map<std::size_t, Starts> known_;
 };
 

@@ -54,7 +54,7 @@ void paintRow(QPainter& painter, const ChatLayout& layout, ChatRow row, QPointF 
   std::vector<std::size_t> cuts = {selected.begin, selected.end};
   for (const LinkSpan& link : links) cuts.insert(cuts.end(), {link.begin, link.end});
 
-  QPointF place = topLeft;
+  QPointF place = topLeft + QPointF(layout.indent(row), 0);
   std::size_t column = span.begin;
   std::size_t runIndex = column < span.end ? text.runAt(row.line, column) : 0;
   while (column < span.end) {

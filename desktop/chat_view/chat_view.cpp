@@ -122,7 +122,7 @@ void ChatView::settle() {
 }
 
 std::size_t ChatView::pageRows() const {
-  const int rows = (viewport()->height() - kTopMargin) / layout_.font().rowHeight();
+  const int rows = (viewport()->height() - kTopMargin - kBottomMargin) / layout_.font().rowHeight();
   return static_cast<std::size_t>(std::max(1, rows));
 }
 
@@ -163,7 +163,8 @@ void ChatView::standAt(ChatRow row, ChatRow last) {
   scrolling_ = before;
 
   const bool full = row == last && last > ChatRow{};
-  topY_ = full ? viewport()->height() - page * layout_.font().rowHeight() : kTopMargin;
+  topY_ =
+      full ? viewport()->height() - kBottomMargin - page * layout_.font().rowHeight() : kTopMargin;
   placeNewLines();
   updateHover();
   viewport()->update();
@@ -283,7 +284,9 @@ TextPosition ChatView::placeAt(QPoint point) const {
 }
 
 std::optional<QRect> ChatView::placeRect(TextPosition place) const {
-  const ChatRow row = layout_.rowOf(place);
+  // The place behind the last line end shows at the end of that line.
+  const ChatRow row = std::min(layout_.rowOf(place), layout_.lastRow());
+  if (row.line < place.line) place = {row.line, text_.line(row.line).size()};
   const int height = layout_.font().rowHeight();
   ChatRow shown = top();
   for (int y = topY_; y + height <= viewport()->height(); y += height) {

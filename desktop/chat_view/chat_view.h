@@ -132,6 +132,7 @@ class ChatView : public QAbstractScrollArea {
  private:
   static constexpr int kMargin = 4;  // left and right of the text
   static constexpr int kTopMargin = 2;
+  static constexpr int kBottomMargin = 3;
 
   void textChanged(const StyledText::Change& change);
   /// Brings the scroll state up to what changed since the last turn.

@@ -8,6 +8,12 @@
 #include "desktop/text_conversion.h"
 
 namespace kelvaron {
+namespace {
+
+/// Lines of a text in which matches are counted.
+constexpr std::size_t kMostCounted = 200'000;
+
+}  // namespace
 
 ChatFindBar& ChatView::findBar() {
   if (findBar_ == nullptr) {
@@ -85,7 +91,14 @@ bool ChatView::find(bool backwards, TextPosition from) {
     return false;
   }
   const bool wentRound = backwards ? *match > from : *match < from;
-  findBar().tell(wentRound ? (backwards ? tr("From the end") : tr("From the start")) : QString());
+  QString told = wentRound ? (backwards ? tr("from the end") : tr("from the start")) : QString();
+  // Counting goes through all of the text, which takes longer than finding.
+  if (text_.lineCount() <= kMostCounted) {
+    const MatchCount count = countMatches(text_, bytes, *match);
+    const QString place = tr("%1 of %2").arg(count.before + 1).arg(count.all);
+    told = told.isEmpty() ? place : place + tr(", ") + told;
+  }
+  findBar().tell(told);
   select(*match, {match->line, match->column + bytes.size()});
   showInMiddle(*match);
   return true;

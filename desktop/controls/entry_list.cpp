@@ -1,7 +1,10 @@
 #include "desktop/controls/entry_list.h"
 
 #include <QContextMenuEvent>
+#include <QLabel>
+#include <QMimeData>
 #include <QMouseEvent>
+#include <QUrl>
 
 #include "desktop/controls/list_box_view.h"
 
@@ -10,6 +13,12 @@ namespace {
 
 // The rest follows in turns of its own.
 constexpr int kMostLaidOutAtOnce = 50'000;
+
+/// The one file of this machine that is dragged; empty for anything else.
+QString draggedFile(const QDropEvent& event) {
+  const QList<QUrl> urls = event.mimeData()->urls();
+  return urls.size() == 1 ? urls.front().toLocalFile() : QString();
+}
 
 }  // namespace
 
@@ -70,6 +79,56 @@ void EntryList::focusInEvent(QFocusEvent* event) {
     // The toolkit makes the first entry the current one, but nobody chose it.
     if (none) selectionModel()->setCurrentIndex({}, QItemSelectionModel::NoUpdate);
   });
+}
+
+void EntryList::setHead(const QString& text) {
+  if (head_ == nullptr) {
+    if (text.isEmpty()) return;
+    head_ = new QLabel(this);
+    head_->setIndent(7);
+    head_->setForegroundRole(QPalette::PlaceholderText);
+    head_->setBackgroundRole(QPalette::Base);
+    head_->setAutoFillBackground(true);
+    head_->show();
+  }
+  head_->setText(text);
+  placeHead();
+}
+
+void EntryList::placeHead() {
+  if (head_ == nullptr) return;
+  constexpr int kFewestRows = 5;
+  const int row = head_->sizeHint().height() + 4;
+  const bool room = !head_->text().isEmpty() && height() >= (kFewestRows + 1) * row;
+  head_->setVisible(room);
+  if (const QMargins margins(0, room ? row : 0, 0, 0); viewportMargins() != margins) {
+    setViewportMargins(margins);
+  }
+  const QRect shown = viewport()->geometry();
+  head_->setGeometry(shown.x(), shown.y() - row, shown.width(), row);
+}
+
+void EntryList::resizeEvent(QResizeEvent* event) {
+  QListView::resizeEvent(event);
+  placeHead();
+}
+
+void EntryList::dragEnterEvent(QDragEnterEvent* event) {
+  if (!draggedFile(*event).isEmpty()) event->acceptProposedAction();
+}
+
+void EntryList::dragMoveEvent(QDragMoveEvent* event) {
+  const bool onEntry = indexAt(event->position().toPoint()).isValid();
+  event->setAccepted(onEntry && !draggedFile(*event).isEmpty());
+}
+
+void EntryList::dropEvent(QDropEvent* event) {
+  view->settle();
+  const QModelIndex entry = indexAt(event->position().toPoint());
+  const QString file = draggedFile(*event);
+  if (!entry.isValid() || file.isEmpty()) return;
+  event->acceptProposedAction();
+  view->fileDropped(entry.row(), file);
 }
 
 }  // namespace kelvaron

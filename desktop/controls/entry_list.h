@@ -3,6 +3,8 @@
 
 #include <QListView>
 
+class QLabel;
+
 namespace kelvaron {
 
 class ListBoxView;
@@ -15,6 +17,8 @@ class EntryList : public QListView {
 
   /// Lays out at once what a change of the model has put off.
   void layOut() { executeDelayedItemsLayout(); }
+  /// A line above the entries, where there is room for one; none for an empty text.
+  void setHead(const QString& text);
 
  protected:
   void mousePressEvent(QMouseEvent* event) override;
@@ -23,6 +27,15 @@ class EntryList : public QListView {
   void contextMenuEvent(QContextMenuEvent* event) override;
   void keyPressEvent(QKeyEvent* event) override;
   void focusInEvent(QFocusEvent* event) override;
+  void resizeEvent(QResizeEvent* event) override;
+  void dragEnterEvent(QDragEnterEvent* event) override;
+  void dragMoveEvent(QDragMoveEvent* event) override;
+  void dropEvent(QDropEvent* event) override;
+
+ private:
+  void placeHead();
+
+  QLabel* head_ = nullptr;
 };
 
 }  // namespace kelvaron

@@ -3,12 +3,16 @@
 #include <QKeyEvent>
 
 #include "desktop/chat_view/chat_view.h"
+#include "desktop/qt_values.h"
 
 namespace kelvaron {
 
 InputLineView::InputLineView(TextBox& box, ViewHost& host, QWidget* parent)
-    : TextLineView(box, host, parent) {
-  edit().setPlaceholderText(QStringLiteral("Message, /? for commands"));
+    : TextLineView(box, host, parent) {}
+
+void InputLineView::refreshLook() {
+  TextLineView::refreshLook();
+  edit().setPlaceholderText(shownText(static_cast<const RichTextLine&>(box()).Placeholder.get()));
 }
 
 bool InputLineView::enterPressed(Qt::KeyboardModifiers modifiers) {

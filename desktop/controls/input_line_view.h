@@ -15,6 +15,7 @@ class InputLineView final : public TextLineView {
   InputLineView(TextBox& box, ViewHost& host, QWidget* parent);
 
  protected:
+  void refreshLook() override;
   bool enterPressed(Qt::KeyboardModifiers modifiers) override;
   bool eventFilter(QObject* watched, QEvent* event) override;
 

@@ -1,6 +1,7 @@
 #include "desktop/controls/label_view.h"
 
 #include <QEvent>
+#include <utility>
 
 #include "desktop/qt_values.h"
 
@@ -21,6 +22,17 @@ Qt::Alignment toQt(Alignment alignment) {
 
 // Characters of a caption; no label has room for more.
 constexpr std::size_t kMostOfCaption = 1024;
+
+/// With a separator between each three digits of a number.
+QString inGroups(QString text) {
+  constexpr int kGroup = 3;
+  int digits = 0;
+  for (qsizetype i = text.size() - 1; i >= 0; --i) {
+    digits = text[i].isDigit() ? digits + 1 : 0;
+    if (digits > 0 && digits % kGroup == 0 && i > 0 && text[i - 1].isDigit()) text.insert(i, ',');
+  }
+  return text;
+}
 
 QFont toQt(const Font& font, QFont own, qreal scale) {
   if (font.family == FontFamily::tahoma) own.setFamilies({QStringLiteral("Tahoma"), own.family()});
@@ -64,7 +76,8 @@ void LabelView::refresh() {
 void LabelView::fitText() {
   const auto& label = static_cast<const Label&>(*control());
   label_.setFont(captionFont(toQt(label.Font_, formFont(), host().scale())));
-  const QString caption = shownText(beginningOf(label.Caption.get(), kMostOfCaption));
+  QString caption = shownText(beginningOf(label.Caption.get(), kMostOfCaption));
+  if (label.GroupsDigits) caption = inGroups(std::move(caption));
   // Only a caption of the design has a mnemonic; what others wrote stands as it is.
   const bool designed = label.Caption.get() == label.DesignCaption;
   const QString plain = designed ? withoutMnemonic(caption) : caption;

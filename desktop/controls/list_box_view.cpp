@@ -7,6 +7,7 @@
 
 #include "base/scope_exit.h"
 #include "desktop/controls/entry_list.h"
+#include "desktop/controls/entry_painter.h"
 #include "desktop/qt_values.h"
 
 namespace kelvaron {
@@ -15,6 +16,8 @@ ListBoxView::ListBoxView(ListBox& box, ViewHost& host, QWidget* parent)
     : ControlView(box, host, new EntryList(parent)), list_(static_cast<EntryList&>(widget())) {
   list_.view = this;
   list_.setModel(&model_);
+  list_.setItemDelegate(new EntryPainter(box.identity, &list_));
+  list_.setAcceptDrops(static_cast<bool>(box.FileDropped));
   list_.setSelectionMode(box.selection == ListBox::Selection::several
                              ? QAbstractItemView::ExtendedSelection
                              : QAbstractItemView::SingleSelection);
@@ -59,6 +62,10 @@ void ListBoxView::refresh() {
     const QString told =
         count == 1 ? QStringLiteral("1 entry") : QStringLiteral("%1 entries").arg(count);
     list_.setToolTip(told);
+    if (const std::string& one = box().CountedAs; !one.empty()) {
+      list_.setHead(
+          QStringLiteral("%1 %2").arg(count).arg(shownText(count == 1 ? one : one + "s")));
+    }
     list_.setAccessibleDescription(told);
   }
   showSelection();
@@ -131,6 +138,16 @@ void ListBoxView::leftReleased() {
 
 void ListBoxView::rightReleased() {
   run([this] { box().MouseUp(MouseButton::right); });
+}
+
+/// The one it was dropped on is the only one selected then, as after a click.
+void ListBoxView::fileDropped(int row, const QString& path) {
+  if (const QString why = whyNot(path); !why.isEmpty()) return host().tell(why);
+  run([&] {
+    for (int i = 0; i < box().ListCount(); ++i) box().setSelected(i, i == row);
+    box().setListIndex(row);
+    box().FileDropped(storedText(path));
+  });
 }
 
 void ListBoxView::doubleClicked() {

@@ -30,6 +30,7 @@ class ListBoxView : public ControlView {
   void doubleClicked();
   void menuKeyPressed(QPoint global);
   void keyHandled();
+  void fileDropped(int row, const QString& path);
   /// Runs what changes the widget without the user having chosen anything.
   void showOnly(const std::function<void()>& change);
 

@@ -18,6 +18,9 @@ ProgressBarView::ProgressBarView(ProgressBar& bar, ViewHost& host, QWidget* pare
 
 void ProgressBarView::refresh() {
   const auto& bar = static_cast<const ProgressBar&>(*control());
+  if (bar.Value.get() > 0 || bar.Max.get() != full_) full_ = 0;
+  if (bar.Max.get() > 0 && bar.Value.get() >= bar.Max.get()) full_ = bar.Max.get();
+  if (full_ > 0) return bar_.setValue(kWhole);
   const auto max = static_cast<long double>(bar.Max.get());
   const auto value = static_cast<long double>(bar.Value.get());
   bar_.setValue(max <= 0 ? 0 : static_cast<int>(std::clamp(value / max, 0.0L, 1.0L) * kWhole));

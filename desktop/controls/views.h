@@ -7,6 +7,7 @@
 #include <QLabel>
 #include <QProgressBar>
 #include <QSlider>
+#include <cstdint>
 
 #include "desktop/chat_view/chat_view.h"
 #include "desktop/controls/control_view.h"
@@ -88,6 +89,7 @@ class ImageView : public ControlView {
   QLabel& label_;
 };
 
+/// A bar that was full stays so until something else is under way: its value is empty at once.
 class ProgressBarView : public ControlView {
  public:
   ProgressBarView(ProgressBar& bar, ViewHost& host, QWidget* parent);
@@ -97,6 +99,8 @@ class ProgressBarView : public ControlView {
 
  private:
   QProgressBar& bar_;
+  // What it was full of; 0 while it wasn't.
+  std::int64_t full_ = 0;
 };
 
 class RichTextBoxView : public ControlView {

@@ -2,6 +2,8 @@
 
 #include <QCoreApplication>
 #include <QDesktopServices>
+#include <QDir>
+#include <QFileInfo>
 #include <QUrl>
 
 #include "desktop/text_conversion.h"
@@ -21,6 +23,12 @@ void QtApplication::showPage(const std::string& address) {
   const bool page =
       url.scheme() == QStringLiteral("http") || url.scheme() == QStringLiteral("https");
   if (page && !url.host().isEmpty()) QDesktopServices::openUrl(url);
+}
+
+void QtApplication::showFolder(const std::string& path) {
+  QDir folder(shownText(path));
+  if (!folder.exists()) folder = QFileInfo(folder.path()).dir();
+  QDesktopServices::openUrl(QUrl::fromLocalFile(folder.path()));
 }
 
 }  // namespace kelvaron

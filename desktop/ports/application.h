@@ -19,6 +19,7 @@ class QtApplication final : public Application {
   [[noreturn]] void End() override { throw ProgramEnd{}; }
   void DoEvents() override;
   void showPage(const std::string& address) override;
+  void showFolder(const std::string& path) override;
 
  private:
   EventGate& gate_;

@@ -12,7 +12,4 @@ namespace kelvaron {
 /// names no folder that is there; empty for the user's own folder.
 void prepareFileDialog(QFileDialog& dialog, const FileDialog& told, const QString& folderBefore);
 
-/// Why a file that was chosen can't be taken; empty when it can.
-QString whyNot(const QString& chosen);
-
 }  // namespace kelvaron

@@ -122,5 +122,13 @@ TEST_F(RadioMenu, VolumeMovesWithTheSliderAlone) {
   }
 }
 
+TEST_F(RadioMenu, TheDisplayGoesWhenTheRadioFails) {
+  desktop.raise(room().kkrzplay.Click);
+  tick(37);
+  desktop.player.onTrouble("no library");
+  EXPECT_EQ(display(), "off hidden");
+  EXPECT_EQ(boxTexts(), std::vector<std::string>{"no library"});
+}
+
 }  // namespace
 }  // namespace kelvaron::testing

@@ -1,6 +1,7 @@
 // The room's user list, pop-up menu, private messages and menus.
 #include <gmock/gmock.h>
 
+#include "chat/colors.h"
 #include "chat/private_message.h"
 #include "session/sending.h"
 #include "tests/support/client_test.h"
@@ -126,6 +127,24 @@ TEST_F(Room, SelectionOutlastsARebuildOfTheList) {
   arrive("Userscl\r\nUsers\tdee\r\n");
   arrive("Userscl\r\nUsers\tcy\r\n");
   EXPECT_FALSE(list().Selected(0));
+}
+
+TEST_F(Room, ShowsWhetherThereIsAConnection) {
+  const auto shown = [&] {
+    return room().txtinput.Placeholder.get() +
+           (list().ForeColor.get() == colors::kUsers ? "" : " dim");
+  };
+  EXPECT_EQ(shown(), "Message, /? for commands");
+  room().txtinput.Text = "half a sen";
+  hangUp();
+  EXPECT_EQ(shown(), "Not connected dim");
+  EXPECT_EQ(room().txtinput.Text.get(), "half a sen");
+  EXPECT_EQ(room().Label7.Caption.get(), "Ready To Play");
+  desktop.raise(room().mnuConnect.Click);
+  ASSERT_TRUE(desktop.until([&] { return !offline(); }));
+  EXPECT_EQ(shown(), "Message, /? for commands");
+  desktop.raise(room().mnuDisconnect.Click);
+  EXPECT_EQ(shown(), "Not connected dim");
 }
 
 TEST_F(Room, MenuBarAsDesigned) {

@@ -37,6 +37,21 @@ TEST(ChatLayout, BreaksBehindBlanksAndCutsWhatFitsNoRow) {
   }
 }
 
+TEST(ChatLayout, WrappedRowsHangAndTheEmptyLineAtTheEndIsNoRow) {
+  StyledText text;
+  text.insert(std::string(60, 'n') + "\r\n");
+  ChatLayout layout(text, QGuiApplication::font());
+  const qreal letter = layout.font().advance('n', false);
+  layout.setWidth(30 * letter);
+  EXPECT_EQ(layout.rowCount(0), 3U) << "30, and twice at most 28";
+  EXPECT_EQ(layout.xOf({0, 0}, 0), 0);
+  EXPECT_EQ(layout.xOf({0, 1}, 30), 2 * letter);
+  EXPECT_EQ(layout.placeAt({0, 1}, 3.2 * letter), (TextPosition{0, 31}));
+  EXPECT_EQ(layout.lastRow(), (ChatRow{0, 2}));
+  text.insert("n");
+  EXPECT_EQ(layout.lastRow(), (ChatRow{1, 0}));
+}
+
 TEST(ChatLayout, RowsCoverTheLineWithinTheWidthAndPlacesComeBack) {
   std::mt19937 random(7);
   StyledText text;

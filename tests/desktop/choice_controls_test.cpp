@@ -5,7 +5,9 @@
 #include <QClipboard>
 #include <QComboBox>
 #include <QContextMenuEvent>
+#include <QLabel>
 #include <QListView>
+#include <QMimeData>
 #include <QProgressBar>
 #include <QScrollBar>
 #include <QSignalSpy>
@@ -153,6 +155,8 @@ TEST_F(ChoiceControls, ProgressIsAShareOfAWhole) {
   using Row = std::tuple<std::int64_t, std::int64_t, int>;
   for (const auto& [value, max, thousandths] :
        {Row{50, 100, 500}, Row{0, 0, 0}, Row{5, 0, 0}, Row{-1, 100, 0}, Row{7, 5, 1000},
+        // What was full stays so until something else begins.
+        Row{0, 5, 1000}, Row{0, 6, 0}, Row{6, 6, 1000}, Row{0, 6, 1000}, Row{3, 6, 500},
         Row{3'000'000'000'000, 4'000'000'000'000, 750}, Row{INT64_MAX, INT64_MAX, 1000}}) {
     form.bar.Max = max;
     form.bar.Value = value;
@@ -276,6 +280,50 @@ TEST_F(ListBoxes, ClickBeforeARebuildIsShown) {
   form.people.setListIndex(form.people.ListCount() - 1);
   turn();
   EXPECT_TRUE(list.viewport()->rect().intersects(list.visualRect(list.currentIndex())));
+}
+
+TEST_F(ListBoxes, AFileIsDroppedOnAnEntry) {
+  std::vector<std::string> dropped;
+  form.people.FileDropped = [&](const std::string& path) {
+    dropped.push_back(form.people.Text() + ' ' + path);
+  };
+  // The view asks for the handler when it is made.
+  list.setAcceptDrops(true);
+  click(4);
+  const auto drop = [&](QPointF place, const QList<QUrl>& urls) {
+    QMimeData data;
+    data.setUrls(urls);
+    QDragEnterEvent enters(place.toPoint(), Qt::CopyAction, &data, Qt::LeftButton, {});
+    QApplication::sendEvent(list.viewport(), &enters);
+    QDropEvent event(place, Qt::CopyAction, &data, Qt::LeftButton, {});
+    QApplication::sendEvent(list.viewport(), &event);
+  };
+  const QUrl file("file:///w/a%20file.wad");
+  drop(at(2), {QUrl("http://localhost/a")});
+  drop(at(2), {file, file});
+  drop({5, 5000}, {file});
+  EXPECT_THAT(dropped, ElementsAre());
+  drop(at(2), {file});
+  EXPECT_THAT(dropped, ElementsAre("p102 /w/a file.wad"));
+  EXPECT_THAT(selected(), ElementsAre(2));
+}
+
+TEST_F(ListBoxes, TellTheirNumberWhereThereIsRoom) {
+  form.people.CountedAs = "player";
+  const auto head = [&] {
+    const auto* label = list.findChild<QLabel*>();
+    return label == nullptr || !label->isVisible() ? QString() : label->text();
+  };
+  fill(3);
+  turn();
+  EXPECT_EQ(head(), "") << "a low list needs its rows";
+  form.people.Height = 4500;
+  turn();
+  EXPECT_EQ(head(), "3 players");
+  EXPECT_GE(list.viewport()->y(), list.findChild<QLabel*>()->geometry().bottom());
+  fill(1);
+  turn();
+  EXPECT_EQ(head(), "1 player");
 }
 
 TEST_F(ListBoxes, TheKeyboardAloneChoosesNothing) {

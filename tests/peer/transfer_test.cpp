@@ -104,6 +104,28 @@ TEST_F(Transfer, IsArrangedThroughTheServer) {
   EXPECT_THAT(bob.boxes, IsEmpty());
 }
 
+TEST_F(Transfer, AFileThatIsDroppedOnAUserIsTheOneToSend) {
+  const std::string path = (ann.folder.path() / "a.wad").string();
+  writeFile(path, "12345");
+  ann.room().List1.AddItem("bob");
+  selectOnly(ann.room().List1, 0);
+  ann.raise(ann.room().List1.FileDropped, path);
+  ASSERT_TRUE(until([&] { return !annsServer.lines.empty(); }));
+  EXPECT_THAT(annsServer.lines, ElementsAre("GETIPFT\tbob\tann"));
+  annsServer.say("RETURNFT\t127.0.0.9\r\n");
+  ASSERT_TRUE(until([&] { return ann.shows<Frm_Server>(); }));
+  EXPECT_EQ(sender().Txt_File.Text.get(), path);
+  EXPECT_EQ(sender().Lbl_FileSize.Caption.get(), "Filesize: 5");
+  // It is for that one alone.
+  sender().Txt_File.Text = "other";
+  ann.raise(ann.room().List1.FileDropped, path);
+  ann.raise(ann.room().mnuSendFile.Click);
+  ann.answers = {true, true};
+  annsServer.say("RETURNFT\t127.0.0.7\r\n");
+  ASSERT_TRUE(until([&] { return sender().Txt_RemoteIP.Text.get() == "127.0.0.7"; }));
+  EXPECT_EQ(sender().Txt_File.Text.get(), "other");
+}
+
 TEST_F(Transfer, ReceiverOpensFromTheMenuBelowTheSender) {
   auto& opened = ann.client->form<Frm_Client>();
   ann.raise(ann.room().fserv.Click);
@@ -117,6 +139,8 @@ TEST_F(Transfer, ReceiverOpensFromTheMenuBelowTheSender) {
   EXPECT_EQ(opened.Top.get(), 450 + sender().ScaleHeight.get());
   EXPECT_TRUE(until([&] { return opened.Txt_CurrentIP.Text.get() == "127.0.0.1"; }));
   EXPECT_EQ(opened.Txt_File.Text.get(), ann.folder.path().string() + "/received/");
+  ann.raise(opened.Btn_Folder.Click);
+  EXPECT_THAT(ann.pages, ElementsAre(opened.Txt_File.Text.get()));
 }
 
 TEST_F(Transfer, LookUpOfTheOwnAddressFails) {

@@ -49,6 +49,7 @@ class IdlePorts : private SoundPort, private Application, private ProcessPort {
   [[noreturn]] void End() override { throw ProgramEnd{}; }
   void DoEvents() override {}
   void showPage(const std::string& address) override { pages.push_back(address); }
+  void showFolder(const std::string& path) override { pages.push_back(path); }
   void leave(const std::string& /*command*/) override {}
   void run(const std::string& command, WindowStyle /*style*/,
            std::function<void()> /*failed*/) override {

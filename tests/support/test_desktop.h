@@ -151,6 +151,7 @@ class TestDesktop : private Dialogs,
                              std::chrono::milliseconds timeOut, EchoPort::Done done) override;
   std::unique_ptr<LocalHostLookUp> localHostAddress(LocalHostPort::Done done) override;
   void showPage(const std::string& address) override { pages.push_back(address); }
+  void showFolder(const std::string& path) override { pages.push_back(path); }
 
   std::optional<FormTimers> timers_;
 };
