@@ -30,7 +30,7 @@ void logIn(Lobby& lobby, Client& client, const Fields& fields) {
 
 void messageOfTheDay(Lobby& lobby, Client& client, const Fields& /*fields*/) {
   const std::string& text = lobby.records().motd();
-  if (!text.empty()) client.send(makeLine({"MOTD", text}));
+  if (!text.empty()) client.send(motdLine(text));
 }
 
 // Nobody speaks in another's name: the line's own name field is not used.

@@ -49,6 +49,12 @@ std::string statusLine(Colour colour, std::string_view text) {
   return coloured(colour, std::string(kServerMark) + std::string(text));
 }
 
+std::string motdLine(std::string_view text) {
+  std::string line = "MOTD\t";
+  line += text;
+  return line + "\r\n";
+}
+
 std::string grantLine() { return coloured(Colour::kGrant, kGrantText); }
 
 }  // namespace kelvaron::server

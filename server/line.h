@@ -40,6 +40,8 @@ inline constexpr std::string_view kServerMark = "[Server] ";
 std::string actionLine(std::string_view text);
 /// A text of the server's in the chat view in its own colour, with its mark.
 std::string statusLine(Colour colour, std::string_view text);
+/// The message of the day: its lines, clean already, with a line feed between them.
+std::string motdLine(std::string_view text);
 /// The line on which a client marks its user as a moderator; it compares the text letter for
 /// letter.
 std::string grantLine();

@@ -62,6 +62,11 @@ def name_faults(shown):
                 yield f"{letter} is for {other!r} and {node.name!r}"
 
 
+def stands_in(node, other):
+    """The strip above the chat is a part of it."""
+    return any(above == other for above in (node.parent, node.parent.parent))
+
+
 def place_faults(window, shown):
     frame = extents(window)
     placed = [(n, extents(n)) for n in shown
@@ -72,7 +77,8 @@ def place_faults(window, shown):
             yield f"{node.name!r} is not within the window"
         for other, there in placed[i + 1:]:
             if (box.x < there.x + there.width and there.x < box.x + box.width and
-                    box.y < there.y + there.height and there.y < box.y + box.height):
+                    box.y < there.y + there.height and there.y < box.y + box.height and
+                    not stands_in(other, node)):
                 yield f"{node.name!r} and {other.name!r} overlap"
 
 
