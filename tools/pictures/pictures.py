@@ -45,11 +45,12 @@ def shoot(client, title, path):
 
 
 def pictures(folder, *wanted):
-    """All parts, or those named: room, match, exchange, windows."""
+    """All parts, or those named: room, match, server, exchange, windows."""
     os.makedirs(folder, exist_ok=True)
     at = lambda name: os.path.join(folder, name)
     parts = {"room": lambda: room(at),
              "match": lambda: game_pictures.match(at("game.png")),
+             "server": lambda: game_pictures.server(at("server.png")),
              "exchange": lambda: exchange_pictures.pictures(at, shoot),
              "windows": lambda: window_pictures.small_windows(shoot, at)}
     for part in wanted or parts:
