@@ -27,7 +27,7 @@
 
 #include "base/non_copyable.h"
 #include "base/resident_bytes.h"
-#include "native/file_descriptor.h"
+#include "native/disk_file.h"
 #include "native/socket_setup.h"
 #include "peer/file_receiver.h"
 #include "peer/file_sender.h"

@@ -27,7 +27,7 @@
 #include "native/native_socket.h"
 #include "native/program_files.h"
 #include "native/program_folders.h"
-#include "native/system_information.h"
+#include "native/system_registry.h"
 
 namespace {
 
@@ -90,10 +90,9 @@ int main(int argc, char** argv) {
   ProgramFiles files(folders.own);
   QtApplication program(gate);
   NativeProcessPort processes(loop);
-  const char* searchPath = std::getenv("PATH");
-  SystemInformation registry(searchPath == nullptr ? "" : searchPath);
+  const auto registry = makeRegistry();
   Radio radio(sockets, loop);
-  NativeEcho echo(loop);
+  const auto echo = makeEcho(loop);
   DiskStreams streams(folders.own);
   NativeLocalHost localHost(loop);
 
@@ -103,9 +102,9 @@ int main(int argc, char** argv) {
                                                                 .files = files,
                                                                 .application = program,
                                                                 .processes = processes,
-                                                                .registry = registry,
+                                                                .registry = *registry,
                                                                 .player = radio,
-                                                                .echo = echo,
+                                                                .echo = *echo,
                                                                 .streams = streams,
                                                                 .localHost = localHost,
                                                                 .loop = loop});

@@ -31,7 +31,7 @@ struct Disk {
 
 // Letter for letter, but for what the disk may spell otherwise and for what parts words.
 std::string bare(std::string_view text) {
-  std::string result = withSlashes(upper(text));
+  std::string result = withFolderMarks(upper(text));
   std::erase_if(
       result, [](char each) { return each == ' ' || each == '/' || each == '\r' || each == '\n'; });
   return result;

@@ -1,5 +1,5 @@
 // Fuzz target: what the program ping prints; the byte 0xFF parts two reads.
-#include "native/ping_output.h"
+#include "native/posix/ping_output.h"
 
 #include "fuzz/require.h"
 

@@ -1,3 +1,4 @@
+#include "native/paths.h"
 #include "native/bare_name.h"
 
 #include <algorithm>
@@ -21,7 +22,7 @@ std::optional<std::filesystem::path> findByName(const std::filesystem::path& fol
   std::error_code error;
   std::filesystem::directory_iterator entry(folder, error);
   for (; !error && entry != std::filesystem::directory_iterator(); entry.increment(error)) {
-    const std::string onDisk = entry->path().filename().string();
+    const std::string onDisk = utf8Of(entry->path().filename());
     const std::string coded = fromUtf8(onDisk);
     if (upper(coded) != wanted || toUtf8(coded) != onDisk) continue;
     if (onDisk == exact) return entry->path();

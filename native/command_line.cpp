@@ -109,7 +109,7 @@ class Tokenizer {
     std::optional<DiskName> found;
     std::size_t end = at_;
     while (end < last && !isFile(found)) found = find(join(at_, ++end));
-    result_.arguments.push_back(isFile(found) ? found->path : toUtf8(withSlashes(words_[at_])));
+    result_.arguments.push_back(isFile(found) ? found->path : toUtf8(withFolderMarks(words_[at_])));
     at_ = isFile(found) ? end : at_ + 1;
     return true;
   }
@@ -117,8 +117,8 @@ class Tokenizer {
   /// Whether the words before `end` reach into the name behind a folder that is on the disk.
   bool endsFolder(std::size_t end) {
     if (words_[end - 1].find_first_of("/\\") == std::string_view::npos) return false;
-    const std::string path = withSlashes(join(at_, end));
-    const auto folder = find(path.substr(0, path.rfind('/') + 1));
+    const std::string path = withFolderMarks(join(at_, end));
+    const auto folder = find(path.substr(0, path.rfind(kFolderMark) + 1));
     return folder && folder->kind == Kind::folder;
   }
 
@@ -136,8 +136,8 @@ class Tokenizer {
 
   void takeNewFile() {
     for (std::size_t end = endOfNewFile(); end > at_; --end) {
-      const std::string path = withSlashes(join(at_, end));
-      const std::size_t name = path.rfind('/') + 1;
+      const std::string path = withFolderMarks(join(at_, end));
+      const std::size_t name = path.rfind(kFolderMark) + 1;
       const auto folder = name == 0 ? std::nullopt : find(path.substr(0, name));
       const bool isFolder = folder && folder->kind == Kind::folder;
       if (!isFolder && end > at_ + 1) continue;

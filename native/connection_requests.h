@@ -5,7 +5,7 @@
 #include <map>
 #include <utility>
 
-#include "native/file_descriptor.h"
+#include "native/sockets.h"
 
 namespace kelvaron {
 
@@ -13,20 +13,20 @@ namespace kelvaron {
 class ConnectionRequests {
  public:
   /// Returns the id that travels in `onConnectionRequest`, from 1.
-  int add(FileDescriptor connection) {
+  int add(SocketDescriptor connection) {
     lastId_ = lastId_ == std::numeric_limits<int>::max() ? 1 : lastId_ + 1;
     waiting_.insert_or_assign(lastId_, std::move(connection));
     return lastId_;
   }
 
   /// The connection, or none when the id does not wait (any more).
-  FileDescriptor take(int id) {
+  SocketDescriptor take(int id) {
     auto node = waiting_.extract(id);
-    return node ? std::move(node.mapped()) : FileDescriptor();
+    return node ? std::move(node.mapped()) : SocketDescriptor();
   }
 
  private:
-  std::map<int, FileDescriptor> waiting_;
+  std::map<int, SocketDescriptor> waiting_;
   int lastId_ = 0;
 };
 

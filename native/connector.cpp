@@ -1,7 +1,5 @@
 #include "native/connector.h"
 
-#include <netdb.h>
-
 #include <algorithm>
 #include <cerrno>
 #include <system_error>
@@ -14,9 +12,9 @@ using std::chrono::milliseconds;
 using std::chrono::steady_clock;
 
 /// Connecting to a free local port can, by chance, join a socket to itself.
-bool isJoinedToItself(int descriptor) {
-  const Endpoint local = localEndpoint(descriptor);
-  const Endpoint remote = remoteEndpoint(descriptor);
+bool isJoinedToItself(int socket) {
+  const Endpoint local = localEndpoint(socket);
+  const Endpoint remote = remoteEndpoint(socket);
   return local.port() == remote.port() && local.ip() == remote.ip();
 }
 
@@ -54,11 +52,8 @@ void Connector::tryNext() {
   attemptTimer_.reset();
   while (next_ < endpoints_.size()) {
     const Endpoint& endpoint = endpoints_[next_++];
-    descriptor_ = FileDescriptor(
-        ::socket(endpoint.address.ss_family, SOCK_STREAM | SOCK_NONBLOCK | SOCK_CLOEXEC, 0));
-    if (descriptor_ &&
-        ::connect(descriptor_.get(), reinterpret_cast<const sockaddr*>(&endpoint.address),
-                  endpoint.length) == 0) {
+    descriptor_ = openStream(endpoint.address.ss_family);
+    if (descriptor_ && beginToConnect(descriptor_.get(), endpoint) == 0) {
       return finish(std::nullopt);
     }
     if (errno != EINPROGRESS) {
@@ -79,9 +74,7 @@ void Connector::tryNext() {
 }
 
 void Connector::writable() {
-  int error = 0;
-  socklen_t length = sizeof(error);
-  if (::getsockopt(descriptor_.get(), SOL_SOCKET, SO_ERROR, &error, &length) != 0) error = errno;
+  int error = connectError(descriptor_.get());
   if (error == 0 && isJoinedToItself(descriptor_.get())) error = ECONNREFUSED;
   if (error != 0) return attemptFailed(error);
   finish(std::nullopt);
@@ -97,7 +90,7 @@ void Connector::finish(std::optional<SocketError> error) {
   attemptTimer_.reset();
   watch_.reset();
   lookUp_.reset();
-  FileDescriptor connection = error ? FileDescriptor() : std::move(descriptor_);
+  SocketDescriptor connection = error ? SocketDescriptor() : std::move(descriptor_);
   const Done done = std::move(done_);
   done(std::move(connection), std::move(error));
 }

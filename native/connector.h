@@ -11,7 +11,7 @@
 
 #include "base/liveness.h"
 #include "native/endpoint.h"
-#include "native/file_descriptor.h"
+#include "native/sockets.h"
 #include "native/name_lookup.h"
 #include "platform/event_loop.h"
 
@@ -28,7 +28,7 @@ struct ConnectSettings {
 class Connector {
  public:
   /// Either a connected, non-blocking descriptor or the error of the last address tried.
-  using Done = std::function<void(FileDescriptor connection, std::optional<SocketError> error)>;
+  using Done = std::function<void(SocketDescriptor connection, std::optional<SocketError> error)>;
 
   /// `done` is called once, never from within the constructor; it may destroy this object.
   Connector(EventLoop& loop, const std::string& host, std::uint16_t port,
@@ -48,7 +48,7 @@ class Connector {
   std::size_t next_ = 0;
   std::optional<SocketError> lastError_;
   Liveness liveness_;
-  FileDescriptor descriptor_;
+  SocketDescriptor descriptor_;
   std::unique_ptr<NameLookUp> lookUp_;
   std::unique_ptr<LoopWatch> overallTimer_;
   std::unique_ptr<LoopWatch> attemptTimer_;

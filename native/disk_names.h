@@ -23,10 +23,16 @@ struct DiskName {
 /// is no such path, or when more than 32 of its names differ from the disk's.
 std::optional<DiskName> findOnDisk(std::string_view path);
 
+/// Why a name of code page 1252 can't be that of one file in a folder of this system, as the end of a
+/// sentence; empty when it can.
+std::string fileNameProblem(std::string_view name);
+
 /// Whether a path begins with a drive, such as "C:\GAMES".
 bool namesDrive(std::string_view path);
 
-/// Each "\" as "/".
-std::string withSlashes(std::string_view path);
+/// What parts folders on this system.
+extern const char kFolderMark;
+/// Each "/" and "\" as that.
+std::string withFolderMarks(std::string_view path);
 
 }  // namespace kelvaron

@@ -1,11 +1,5 @@
 #include "native/endpoint.h"
 
-#include <arpa/inet.h>
-#include <ifaddrs.h>
-#include <linux/if.h>
-#include <netdb.h>
-#include <netinet/in.h>
-
 #include <array>
 #include <cerrno>
 #include <cstring>
@@ -20,6 +14,7 @@ Resolution lookUp(const std::string& host, std::uint16_t port, int flags) {
   if (host.size() > kLongestHostName || host.find('\0') != std::string::npos) {
     return {{}, lookUpError(EAI_NONAME, 0)};
   }
+  startSockets();
   addrinfo hints{};
   hints.ai_family = AF_UNSPEC;
   hints.ai_socktype = SOCK_STREAM;
@@ -34,19 +29,18 @@ Resolution lookUp(const std::string& host, std::uint16_t port, int flags) {
     Endpoint endpoint;
     if (entry->ai_addrlen > sizeof(endpoint.address)) continue;
     std::memcpy(&endpoint.address, entry->ai_addr, entry->ai_addrlen);
-    endpoint.length = entry->ai_addrlen;
+    endpoint.length = static_cast<socklen_t>(entry->ai_addrlen);
     resolution.endpoints.push_back(endpoint);
   }
   if (resolution.endpoints.empty()) resolution.error = lookUpError(EAI_NONAME, 0);
   return resolution;
 }
 
-using NameCall = int (*)(int, sockaddr*, socklen_t*);
-
-Endpoint endpointOf(int descriptor, NameCall call) {
+template <class Call>
+Endpoint endpointOf(int socket, Call call) {
   Endpoint endpoint;
   endpoint.length = sizeof(endpoint.address);
-  if (call(descriptor, reinterpret_cast<sockaddr*>(&endpoint.address), &endpoint.length) != 0) {
+  if (call(handleOf(socket), reinterpret_cast<sockaddr*>(&endpoint.address), &endpoint.length) != 0) {
     return {};
   }
   return endpoint;
@@ -85,8 +79,8 @@ std::uint16_t Endpoint::port() const {
   return 0;
 }
 
-Endpoint localEndpoint(int descriptor) { return endpointOf(descriptor, &::getsockname); }
-Endpoint remoteEndpoint(int descriptor) { return endpointOf(descriptor, &::getpeername); }
+Endpoint localEndpoint(int socket) { return endpointOf(socket, &::getsockname); }
+Endpoint remoteEndpoint(int socket) { return endpointOf(socket, &::getpeername); }
 
 std::optional<Endpoint> numericEndpoint(const std::string& host, std::uint16_t port) {
   const Resolution resolution = lookUp(host, port, AI_NUMERICHOST);
@@ -98,20 +92,19 @@ Resolution systemLookUp(const std::string& host, std::uint16_t port) {
   return lookUp(host, port, 0);
 }
 
-std::string firstMachineAddress() {
-  ifaddrs* first = nullptr;
-  if (::getifaddrs(&first) == 0) {
-    const std::unique_ptr<ifaddrs, void (*)(ifaddrs*)> list(first, &::freeifaddrs);
-    for (const ifaddrs* entry = list.get(); entry != nullptr; entry = entry->ifa_next) {
-      if (entry->ifa_addr == nullptr || entry->ifa_addr->sa_family != AF_INET) continue;
-      if ((entry->ifa_flags & IFF_UP) == 0 || (entry->ifa_flags & IFF_LOOPBACK) != 0) continue;
-      Endpoint endpoint;
-      endpoint.length = sizeof(sockaddr_in);
-      std::memcpy(&endpoint.address, entry->ifa_addr, sizeof(sockaddr_in));
-      return endpoint.ip();
-    }
+Resolution internetAddresses(const hostent& answer) {
+  Resolution resolution;
+  if (answer.h_addrtype != AF_INET) return resolution;
+  for (char** address = answer.h_addr_list; *address != nullptr; ++address) {
+    sockaddr_in internet{};
+    internet.sin_family = AF_INET;
+    std::memcpy(&internet.sin_addr, *address, sizeof(internet.sin_addr));
+    Endpoint endpoint;
+    endpoint.length = sizeof(internet);
+    std::memcpy(&endpoint.address, &internet, sizeof(internet));
+    resolution.endpoints.push_back(endpoint);
   }
-  return "127.0.0.1";
+  return resolution;
 }
 
 }  // namespace kelvaron

@@ -1,14 +1,14 @@
 // Addresses of the internet family: look-up, text, and those of a connection.
 #pragma once
 
-#include <sys/socket.h>
-
 #include <cstdint>
 #include <optional>
 #include <string>
 #include <vector>
 
 #include "native/socket_error.h"
+#include "native/socket_headers.h"
+
 
 namespace kelvaron {
 
@@ -25,8 +25,8 @@ struct Endpoint {
 };
 
 /// The two ends of a socket; without an address where it has none.
-Endpoint localEndpoint(int descriptor);
-Endpoint remoteEndpoint(int descriptor);
+Endpoint localEndpoint(int socket);
+Endpoint remoteEndpoint(int socket);
 
 /// An address written as a number, without any look-up; nothing for a name.
 std::optional<Endpoint> numericEndpoint(const std::string& host, std::uint16_t port);
@@ -37,10 +37,13 @@ struct Resolution {
   std::optional<SocketError> error;
 };
 
+/// What some systems want before the first socket or look-up; again, it does nothing.
+void startSockets();
+
 /// Asks the system, which may take many seconds.
 Resolution systemLookUp(const std::string& host, std::uint16_t port);
 
-/// This machine's first IPv4 address that is up and not loopback, else "127.0.0.1".
-std::string firstMachineAddress();
+/// The IPv4 addresses of an answer of the name service, in its order; none where it has others.
+Resolution internetAddresses(const hostent& answer);
 
 }  // namespace kelvaron

@@ -1,8 +1,5 @@
+#include "native/paths.h"
 #include "native/file_streams.h"
-
-#include <fcntl.h>
-#include <sys/stat.h>
-#include <unistd.h>
 
 #include <cerrno>
 #include <system_error>
@@ -10,7 +7,7 @@
 #include "base/code_page.h"
 #include "native/bare_name.h"
 #include "native/disk_names.h"
-#include "native/file_descriptor.h"
+#include "native/disk_file.h"
 #include "native/file_fault.h"
 #include "platform/fault.h"
 
@@ -31,23 +28,15 @@ class DiskReader final : public FileReader {
       : path_(std::move(path)), file_(std::move(file)) {}
 
   std::int64_t length() const override {
-    struct stat status {};
-    if (::fstat(file_.get(), &status) != 0) throwFileFault(path_, "read", errno);
-    return status.st_size;
+    const std::int64_t length = lengthOf(file_.get());
+    if (length < 0) throwFileFault(path_, "read", errno);
+    return length;
   }
 
   std::size_t read(std::span<char> block) override {
-    std::size_t got = 0;
-    while (got < block.size()) {
-      const ssize_t count = ::read(file_.get(), block.data() + got, block.size() - got);
-      if (count == 0) break;
-      if (count > 0) {
-        got += static_cast<std::size_t>(count);
-      } else if (errno != EINTR) {
-        throwFileFault(path_, "read", errno);
-      }
-    }
-    return got;
+    const std::ptrdiff_t got = readFully(file_.get(), block);
+    if (got < 0) throwFileFault(path_, "read", errno);
+    return static_cast<std::size_t>(got);
   }
 
  private:
@@ -64,23 +53,18 @@ class DiskReceived final : public ReceivedFile {
         file_(std::move(file)) {}
 
   void write(std::string_view bytes) override {
-    while (!bytes.empty()) {
-      const ssize_t written = ::write(file_.get(), bytes.data(), bytes.size());
-      if (written >= 0) {
-        bytes.remove_prefix(static_cast<std::size_t>(written));
-      } else if (errno != EINTR) {
-        throwFileFault(name_, "written", errno);
-      }
-    }
+    if (writeAll(file_.get(), bytes) != 0) throwFileFault(name_, "written", errno);
   }
 
   void commit() override {
     file_.reset();
-    if (::rename(beside_.c_str(), target_.c_str()) == 0) return;
+    std::error_code failed;
+    fs::rename(beside_, target_, failed);
+    if (!failed) return;
     throw Fault(fault_number::kPathAccess,
                 "The file " + name_ + " came whole but cannot take its name: " +
-                    fromUtf8(std::generic_category().message(errno)) + ". It is in " +
-                    fromUtf8(beside_.filename().string()) + ".");
+                    fromUtf8(failed.message()) + ". It is in " +
+                    fromUtf8(utf8Of(beside_.filename())) + ".");
   }
 
  private:
@@ -100,7 +84,7 @@ std::unique_ptr<FileReader> DiskStreams::open(const std::string& path) {
   if (found->kind == DiskName::Kind::other) {
     throw Fault(fault_number::kPathAccess, path + " is not a file that can be read");
   }
-  FileDescriptor file(::open(found->path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOCTTY));
+  FileDescriptor file = openToRead(systemPath(found->path));
   if (!file) throwFileFault(path, "read", errno);
   return std::make_unique<DiskReader>(path, std::move(file));
 }
@@ -110,21 +94,20 @@ fs::path DiskStreams::receivedFolder() const {
   fs::path folder = programFolder_ / kFolder;
   std::error_code error;
   fs::create_directory(folder, error);
-  if (error) throwFileFault(std::string(kFolder), "written", error.value());
+  if (error) throwFileFault(std::string(kFolder), "written", error.default_error_condition().value());
   return folder;
 }
 
 std::unique_ptr<ReceivedFile> DiskStreams::receive(const std::string& name) {
-  const bool oneFile = name.find_first_of(std::string_view("/\0", 2)) == std::string::npos &&
-                       !name.empty() && name != "." && name != "..";
-  if (!oneFile) throwFileFault(name, "written", EINVAL);
+  if (const std::string problem = fileNameProblem(name); !problem.empty()) {
+    throw Fault(fault_number::kPathAccess, "The file " + name + " cannot be written: " + problem);
+  }
   const fs::path folder = receivedFolder();
-  fs::path target = findByName(folder, name).value_or(folder / toUtf8(name));
+  fs::path target = findByName(folder, name).value_or(folder / systemPath(toUtf8(name)));
   for (int number = 1; number <= kMostUnfinished; ++number) {
     fs::path beside = target;
     beside += number == 1 ? kUnfinished : "." + std::to_string(number) + kUnfinished;
-    FileDescriptor file(::open(beside.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC,
-                               S_IRUSR | S_IWUSR | S_IRGRP | S_IWGRP | S_IROTH | S_IWOTH));
+    FileDescriptor file = createNew(beside);
     if (file) {
       return std::make_unique<DiskReceived>(name, std::move(target), std::move(beside),
                                             std::move(file));

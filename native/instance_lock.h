@@ -4,7 +4,7 @@
 #include <filesystem>
 #include <string>
 
-#include "native/file_descriptor.h"
+#include "native/disk_file.h"
 
 namespace kelvaron {
 

@@ -1,9 +1,6 @@
 #include "native/name_lookup.h"
 
-#include <sys/eventfd.h>
-
 #include <cerrno>
-#include <system_error>
 #include <thread>
 #include <utility>
 
@@ -11,22 +8,19 @@ namespace kelvaron {
 
 NameLookUp::NameLookUp(EventLoop& loop, LookUp lookUp, const std::string& host, std::uint16_t port,
                        Done done)
-    : signal_(std::make_shared<FileDescriptor>(::eventfd(0, EFD_CLOEXEC | EFD_NONBLOCK))),
-      done_(std::move(done)) {
-  if (!*signal_) throw std::system_error(errno, std::generic_category(), "eventfd");
+    : wakeUp_(std::make_shared<WakeUp>()), done_(std::move(done)) {
   std::promise<Resolution> promise;
   outcome_ = promise.get_future();
-  std::thread([signal = signal_, promise = std::move(promise), lookUp = std::move(lookUp), host,
+  std::thread([wakeUp = wakeUp_, promise = std::move(promise), lookUp = std::move(lookUp), host,
                port]() mutable {
     try {
       promise.set_value(lookUp(host, port));
     } catch (const std::exception& problem) {
       promise.set_value({{}, SocketError{systemSocketError(ENOMEM).number, problem.what()}});
     }
-    // Cannot fail: the descriptor is open as long as this thread holds it, the counter is at 0.
-    static_cast<void>(::eventfd_write(signal->get(), 1));
+    wakeUp->signal();
   }).detach();
-  watch_ = loop.watch(signal_->get(), EventLoop::Readiness::readable,
+  watch_ = loop.watch(wakeUp_->descriptor(), EventLoop::Readiness::readable,
                       liveness_.guard([this] { finished(); }));
 }
 

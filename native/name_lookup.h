@@ -8,7 +8,7 @@
 
 #include "base/liveness.h"
 #include "native/endpoint.h"
-#include "native/file_descriptor.h"
+#include "native/wake_up.h"
 #include "platform/event_loop.h"
 
 namespace kelvaron {
@@ -30,7 +30,7 @@ class NameLookUp {
  private:
   void finished();
 
-  std::shared_ptr<FileDescriptor> signal_;
+  std::shared_ptr<WakeUp> wakeUp_;
   std::future<Resolution> outcome_;
   Done done_;
   Liveness liveness_;

@@ -1,18 +1,12 @@
 #include "native/native_process.h"
 
-#include <signal.h>
-#include <string.h>
-#include <sys/wait.h>
-
 #include <algorithm>
-#include <cerrno>
-#include <system_error>
 #include <utility>
 
 #include "base/code_page.h"
+#include "native/child_process.h"
 #include "native/command_line.h"
 #include "native/output_capture.h"
-#include "native/spawn.h"
 #include "platform/text.h"
 
 namespace kelvaron {
@@ -37,36 +31,13 @@ std::string shown(std::string_view location) {
   return text;
 }
 
-/// Why a file that is there and may be executed did not start.
-std::string spawnProblem(int error) {
-  switch (error) {
-    case ENOEXEC:
-      return "could not be read as a program";
-    case ENOENT:
-      return "needs a program to run it that this system lacks";
-    case E2BIG:
-      return "was not started: the command is too long";
-    default:
-      return "could not be started: " + fromUtf8(std::generic_category().message(error));
-  }
-}
-
-std::string endProblem(int status) {
-  if (WIFSIGNALED(status)) {
-    const char* description = ::sigdescr_np(WTERMSIG(status));
-    return "was ended by signal " + std::to_string(WTERMSIG(status)) +
-           (description == nullptr ? "" : " (" + std::string(description) + ")");
-  }
-  const int code = WIFEXITED(status) ? WEXITSTATUS(status) : 0;
-  return code == 0 ? "" : "ended with the error " + std::to_string(code);
-}
-
 }  // namespace
 
 struct NativeProcessPort::Running {
   std::string command;
   std::string location;
   std::function<void()> failed;
+  std::unique_ptr<ChildProcess> process;
   OutputCapture printed;
   bool early = true;
   Clock::time_point started = Clock::now();
@@ -80,7 +51,8 @@ NativeProcessPort::NativeProcessPort(EventLoop& loop) : loop_(loop) {}
 
 NativeProcessPort::~NativeProcessPort() = default;
 
-void NativeProcessPort::run(const std::string& command, WindowStyle, std::function<void()> failed) {
+void NativeProcessPort::run(const std::string& command, WindowStyle style,
+                            std::function<void()> failed) {
   const auto refuse = [&](std::string text) {
     if (failed) return tellLater(std::move(failed));
     tellLater([this, text = std::move(text)] { tell(text); });
@@ -95,29 +67,25 @@ void NativeProcessPort::run(const std::string& command, WindowStyle, std::functi
   auto running = std::make_unique<Running>();
   running->command = command;
   running->location = location;
-  const ProgramStart start{.path = cut.program->path,
-                           .arguments = cut.arguments,
-                           .output = running->printed.descriptor(),
-                           .environment = std::nullopt};
-  pid_t process = 0;
-  if (const int error = spawn(process, start)) {
-    return refuse(location + ' ' + spawnProblem(error) + '.');
-  }
+  ChildProcess::Started started = ChildProcess::start(cut.program->path, cut.arguments,
+                                                      running->printed.descriptor(), style);
+  if (!started.child) return refuse(location + ' ' + started.problem + '.');
+  running->process = std::move(started.child);
   running->printed.started();
   running->failed = std::move(failed);
-  running_[process] = std::move(running);
-  lookLater(process);
+  const std::uint64_t id = nextId_++;
+  running_[id] = std::move(running);
+  lookLater(id);
 }
 
 void NativeProcessPort::leave(const std::string& command) {
-  // What has ended keeps its number until `look` has taken leave of it.
-  for (const auto& [process, program] : running_) {
-    if (program->command == command) ::kill(process, SIGURG);
+  for (const auto& [id, program] : running_) {
+    if (program->command == command) program->process->leave();
   }
 }
 
 void NativeProcessPort::tellLater(std::function<void()> teller, milliseconds delay) {
-  const std::uint64_t id = nextToTell_++;
+  const std::uint64_t id = nextId_++;
   toTell_[id] = loop_.after(delay, [this, id, teller = std::move(teller)] {
     const auto own = toTell_.extract(id);
     teller();
@@ -129,28 +97,24 @@ void NativeProcessPort::tell(const std::string& text) const {
   if (handler) handler(text);
 }
 
-void NativeProcessPort::lookLater(pid_t process) {
-  Running& program = *running_.at(process);
+void NativeProcessPort::lookLater(std::uint64_t id) {
+  Running& program = *running_.at(id);
   program.nextLook = loop_.after(program.early ? kBetweenEarlyLooks : kBetweenLateLooks,
-                                 [this, process] { look(process); });
+                                 [this, id] { look(id); });
 }
 
-void NativeProcessPort::look(pid_t process) {
-  int status = 0;
-  const pid_t result = ::waitpid(process, &status, WNOHANG);
-  if (result == 0 || (result < 0 && errno == EINTR)) {
-    Running& program = *running_.at(process);
+void NativeProcessPort::look(std::uint64_t id) {
+  const std::optional<ChildProcess::Ending> ending = running_.at(id)->process->ended();
+  if (!ending) {
+    Running& program = *running_.at(id);
     program.early = Clock::now() - program.started < kEarly;
-    return lookLater(process);
+    return lookLater(id);
   }
-  auto ended = running_.extract(process);
+  auto ended = running_.extract(id);
   Running& program = *ended.mapped();
-  // Where another part of this program has taken the exit status, nothing is known.
-  const bool told = WIFEXITED(status) && WEXITSTATUS(status) == kTold;
-  if (result < 0 || (!program.early && !told)) return;
-  program.problem = endProblem(status);
-  if (program.problem.empty()) return;
+  if ((!program.early && ending->code != kTold) || ending->problem.empty()) return;
   if (program.failed) return program.failed();
+  program.problem = ending->problem;
   program.ended = Clock::now();
   tellOfEnd(std::move(ended.mapped()));
 }

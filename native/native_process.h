@@ -1,8 +1,6 @@
 // Starting programs on this system.
 #pragma once
 
-#include <sys/types.h>
-
 #include <chrono>
 #include <cstdint>
 #include <functional>
@@ -16,8 +14,8 @@
 namespace kelvaron {
 
 /// A started program gets a session of its own, an input at its end, a keeper for the last of what
-/// it prints (see output_capture.h), no other open descriptor, and every signal at its default. Its
-/// window comes up as it likes: the window style is for desktops that can tell it.
+/// it prints (see output_capture.h), no other open descriptor, and every signal at its default.
+/// Where the system can't tell it the window style, its window comes up as it likes.
 class NativeProcessPort : public ProcessPort {
  public:
   /// How long a program that ends with an error is said to have failed.
@@ -31,7 +29,7 @@ class NativeProcessPort : public ProcessPort {
 
   void run(const std::string& command, WindowStyle style,
            std::function<void()> failed = {}) override;
-  /// By SIGURG, which every program passes over unless it has asked for it.
+  /// As `ChildProcess::leave`.
   void leave(const std::string& command) override;
 
  private:
@@ -40,13 +38,13 @@ class NativeProcessPort : public ProcessPort {
   void tellLater(std::function<void()> teller, std::chrono::milliseconds delay = {});
   void tell(const std::string& text) const;
   void tellOfEnd(const std::shared_ptr<Running>& program);
-  void lookLater(pid_t process);
-  void look(pid_t process);
+  void lookLater(std::uint64_t id);
+  void look(std::uint64_t id);
 
   EventLoop& loop_;
-  std::map<pid_t, std::unique_ptr<Running>> running_;
+  std::map<std::uint64_t, std::unique_ptr<Running>> running_;
   std::map<std::uint64_t, std::unique_ptr<LoopWatch>> toTell_;
-  std::uint64_t nextToTell_ = 0;
+  std::uint64_t nextId_ = 0;
 };
 
 }  // namespace kelvaron

@@ -1,13 +1,12 @@
 #include "native/native_socket.h"
 
-#include <sys/socket.h>
-
 #include <algorithm>
 #include <array>
 #include <cerrno>
 #include <limits>
 
 #include "base/scope_exit.h"
+#include "native/machine.h"
 #include "native/socket_error.h"
 #include "native/socket_setup.h"
 #include "platform/fault.h"
@@ -52,20 +51,20 @@ void NativeSocket::Connect(const std::string& host, std::uint16_t port) {
   if (host.empty()) throw Fault(socket_error_number::kAddressInvalid, "No host was given");
   connector_ = std::make_unique<Connector>(
       loop_, host, port, settings_,
-      liveness_.guard([this](FileDescriptor connection, std::optional<SocketError> error) {
+      liveness_.guard([this](SocketDescriptor connection, std::optional<SocketError> error) {
         connectorDone(std::move(connection), std::move(error));
       }));
   state_ = SocketState::connecting;
 }
 
-void NativeSocket::connectorDone(FileDescriptor connection, std::optional<SocketError> error) {
+void NativeSocket::connectorDone(SocketDescriptor connection, std::optional<SocketError> error) {
   const auto done = std::move(connector_);  // it is the caller
   if (error) return fail(*error);
   takeOver(std::move(connection));
   raise(onConnect);
 }
 
-void NativeSocket::takeOver(FileDescriptor connection) {
+void NativeSocket::takeOver(SocketDescriptor connection) {
   descriptor_ = std::move(connection);
   setConnectionOptions(descriptor_.get());
   const Endpoint local = localEndpoint(descriptor_.get());
@@ -94,8 +93,7 @@ void NativeSocket::watchRequests() {
 }
 
 void NativeSocket::request() {
-  FileDescriptor connection(
-      ::accept4(descriptor_.get(), nullptr, nullptr, SOCK_NONBLOCK | SOCK_CLOEXEC));
+  SocketDescriptor connection = acceptOne(descriptor_.get());
   if (!connection) {
     const bool exhausted =
         errno == EMFILE || errno == ENFILE || errno == ENOBUFS || errno == ENOMEM;
@@ -112,7 +110,7 @@ void NativeSocket::request() {
 
 void NativeSocket::Accept(int requestId) {
   requireClosed();
-  FileDescriptor connection = requests_->take(requestId);
+  SocketDescriptor connection = requests_->take(requestId);
   if (!connection) throw Fault(fault_number::kInvalidCall, "No such connection is waiting");
   takeOver(std::move(connection));
 }
@@ -144,7 +142,8 @@ void NativeSocket::readAvailable(std::size_t limit) {
       readWatch_.reset();
       return;
     }
-    const auto count = ::recv(descriptor_.get(), chunk.data(), std::min(left, chunk.size()), 0);
+    const auto count = 
+        receiveSome(descriptor_.get(), std::span(chunk).first(std::min(left, chunk.size())));
     if (count > 0) {
       const auto length = static_cast<std::size_t>(count);
       arrivals_.append({chunk.data(), length}, steady_clock::now());
@@ -239,7 +238,7 @@ bool NativeSocket::SendNow(std::string_view bytes) {
 /// Returns how many bytes the system took; fewer than given when it takes no more for now.
 std::size_t NativeSocket::trySend(std::string_view bytes) {
   if (bytes.empty()) return 0;
-  const auto count = ::send(descriptor_.get(), bytes.data(), bytes.size(), MSG_NOSIGNAL);
+  const auto count = sendSome(descriptor_.get(), bytes);
   if (count < 0 && !wouldBlock(errno)) sendingFailed(errno);
   const std::size_t sent = count < 0 ? 0 : static_cast<std::size_t>(count);
   if (sent < bytes.size() && !sendErrno_ && !writeWatch_) {

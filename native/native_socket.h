@@ -11,7 +11,7 @@
 #include "native/arrival_buffer.h"
 #include "native/connection_requests.h"
 #include "native/connector.h"
-#include "native/file_descriptor.h"
+#include "native/sockets.h"
 #include "native/send_queue.h"
 #include "platform/event_loop.h"
 #include "platform/socket.h"
@@ -50,8 +50,8 @@ class NativeSocket : public Socket {
 
  private:
   void requireClosed() const;
-  void connectorDone(FileDescriptor connection, std::optional<SocketError> error);
-  void takeOver(FileDescriptor connection);
+  void connectorDone(SocketDescriptor connection, std::optional<SocketError> error);
+  void takeOver(SocketDescriptor connection);
 
   void watchRequests();
   void request();
@@ -92,7 +92,7 @@ class NativeSocket : public Socket {
   std::optional<SocketError> error_;  // how the stream ended, for `ended`
 
   Liveness liveness_;
-  FileDescriptor descriptor_;
+  SocketDescriptor descriptor_;
   std::unique_ptr<Connector> connector_;
   std::unique_ptr<LoopWatch> readWatch_;
   std::unique_ptr<LoopWatch> writeWatch_;  // set while the system takes no more

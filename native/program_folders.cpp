@@ -1,26 +1,16 @@
+#include "native/paths.h"
 #include "native/program_folders.h"
-
-#include <sys/stat.h>
-#include <unistd.h>
 
 #include <cerrno>
 #include <system_error>
 
 #include "build_settings.h"
+#include "native/disk_file.h"
 
 namespace kelvaron {
 namespace {
 
 namespace fs = std::filesystem;
-
-bool canWrite(const fs::path& folder) { return ::access(folder.c_str(), W_OK | X_OK) == 0; }
-
-/// Makes the folder, and those above it, for the user alone. Whether it is there.
-bool make(const fs::path& folder) {
-  std::error_code ignored;  // the folder itself tells
-  fs::create_directories(folder.parent_path(), ignored);
-  return ::mkdir(folder.c_str(), S_IRWXU) == 0 || errno == EEXIST;
-}
 
 }  // namespace
 
@@ -32,7 +22,7 @@ ProgramFolders programFolders(const fs::path& program, const std::string& dataHo
   if (fs::is_directory(installed, ignored)) {
     folders.installed = installed.lexically_normal();
     folders.engines = (program / build::kEnginesFromPrograms).lexically_normal();
-  } else if (canWrite(program)) {
+  } else if (canWriteTo(program)) {
     return folders;
   }
   fs::path data = dataHome;
@@ -42,9 +32,9 @@ ProgramFolders programFolders(const fs::path& program, const std::string& dataHo
     return folders;
   }
   folders.own = data / "kelvaron";
-  if (!make(folders.own) || !canWrite(folders.own)) {
+  if (!makePrivateFolder(folders.own) || !canWriteTo(folders.own)) {
     folders.problem = "Kelvaron can not keep settings and files: the folder " +
-                      folders.own.string() + " can not be written to (" +
+                      utf8Of(folders.own) + " can not be written to (" +
                       std::generic_category().message(errno) + ").";
   }
   return folders;

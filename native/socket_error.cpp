@@ -1,11 +1,11 @@
 #include "native/socket_error.h"
 
-#include <netdb.h>
-
 #include <algorithm>
 #include <array>
 #include <cerrno>
 #include <system_error>
+
+#include "native/socket_headers.h"
 
 namespace kelvaron {
 namespace {
@@ -35,7 +35,9 @@ constexpr std::array kSystemErrors{
     Row{ENOMEM, 10055, "The system has no memory for the connection"},
     Row{ETIMEDOUT, 10060, "The connection timed out"},
     Row{ECONNREFUSED, 10061, "The connection was refused"},
+#ifdef EHOSTDOWN
     Row{EHOSTDOWN, 10064, "The host is down"},
+#endif
     Row{EHOSTUNREACH, 10065, "The host cannot be reached"},
 };
 
@@ -44,10 +46,23 @@ constexpr std::array kLookUpErrors{
     Row{EAI_AGAIN, 11002, "The name server did not answer"},
     Row{EAI_FAIL, 11003, "The name server could not look the host up"},
     Row{EAI_MEMORY, 10055, "The system has no memory for the look-up"},
-#ifdef EAI_NODATA
+#if defined(EAI_NODATA) && EAI_NODATA != EAI_NONAME
     Row{EAI_NODATA, 11004, "The host has no address"},
 #endif
 };
+
+// What says that errno has the reason; a system without it says so itself.
+#ifdef EAI_SYSTEM
+constexpr int kErrnoSays = EAI_SYSTEM;
+#else
+constexpr int kErrnoSays = 0;
+#endif
+
+#ifdef _WIN32
+std::string lookUpWords(int result) { return std::system_category().message(result); }
+#else
+std::string lookUpWords(int result) { return ::gai_strerror(result); }
+#endif
 
 template <std::size_t kSize>
 const Row* find(const std::array<Row, kSize>& rows, int system) {
@@ -64,9 +79,9 @@ SocketError systemSocketError(int errnoValue) {
 }
 
 SocketError lookUpError(int result, int errnoValue) {
-  if (result == EAI_SYSTEM) return systemSocketError(errnoValue);
+  if (result == kErrnoSays) return systemSocketError(errnoValue);
   if (const Row* row = find(kLookUpErrors, result)) return {row->number, row->text};
-  return {11003, ::gai_strerror(result)};
+  return {11003, lookUpWords(result)};
 }
 
 }  // namespace kelvaron

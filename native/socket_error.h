@@ -18,7 +18,7 @@ inline constexpr int kAddressInvalid = 10049;
 /// From `errno`. One that the family lacks keeps its own number and the system's words.
 SocketError systemSocketError(int errnoValue);
 
-/// From what getaddrinfo(3) returned; `errnoValue` counts when that is EAI_SYSTEM.
+/// From what getaddrinfo(3) returned; `errnoValue` counts when that says so.
 SocketError lookUpError(int result, int errnoValue);
 
 }  // namespace kelvaron

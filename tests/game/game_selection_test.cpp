@@ -168,7 +168,8 @@ TEST_F(Selection, PressesThatOpenNoGameForm) {
 }
 
 TEST_F(Selection, ShortConfigurationIsToldOnce) {
-  std::ofstream(desktop.folder.path() / kGameConfigFile) << "/e/z\r\n\r\n/w/doom.wad\r\n";
+  std::ofstream(desktop.folder.path() / kGameConfigFile, std::ios::binary)
+      << "/e/z\r\n\r\n/w/doom.wad\r\n";
   open(1);
   EXPECT_EQ(enabledGames(), "zdoom");
   EXPECT_THAT(boxTexts(), ElementsAre(HasSubstr("only 3 of its 11 lines")));

@@ -33,7 +33,7 @@ class DiskTest : public ::testing::Test {
   void make(const std::string& name, const std::string& content = "x",
             fs::perms permissions = fs::perms(0600)) const {
     fs::create_directories((base / name).parent_path());
-    std::ofstream(base / name) << content;
+    std::ofstream(base / name, std::ios::binary) << content;
     fs::permissions(base / name, permissions);
   }
   std::string contents(const std::string& name) const {

@@ -4,6 +4,7 @@
 #include <random>
 #include <thread>
 
+#include "native/machine.h"
 #include "tests/support/raw_peer.h"
 
 namespace kelvaron::testing {

@@ -18,7 +18,7 @@ namespace kelvaron::testing {
 
 class IdlePorts : private SoundPort, private Application, private ProcessPort {
  public:
-  explicit IdlePorts(EventLoop& loop) : loop_(loop), echo_(loop), localHost_(loop) {}
+  explicit IdlePorts(EventLoop& loop) : loop_(loop), echo_(makeEcho(loop)), localHost_(loop) {}
 
   /// All of a client's ports; with a player that plays nothing unless told.
   Ports with(SocketPort& sockets, Dialogs& dialogs, MediaPlayer* player = nullptr) {
@@ -30,7 +30,7 @@ class IdlePorts : private SoundPort, private Application, private ProcessPort {
             .processes = *this,
             .registry = registry_,
             .player = player == nullptr ? player_ : *player,
-            .echo = echo_,
+            .echo = *echo_,
             .streams = streams_,
             .localHost = localHost_,
             .loop = loop_};
@@ -59,7 +59,7 @@ class IdlePorts : private SoundPort, private Application, private ProcessPort {
   EventLoop& loop_;
   EmptyRegistry registry_;
   SilentPlayer player_;
-  NativeEcho echo_;
+  std::unique_ptr<EchoPort> echo_;
   DiskStreams streams_{folder.path()};
   NativeLocalHost localHost_;
 };

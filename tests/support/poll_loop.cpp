@@ -1,7 +1,5 @@
 #include "tests/support/poll_loop.h"
 
-#include <poll.h>
-
 #include <algorithm>
 #include <cerrno>
 #include <cstdint>
@@ -11,10 +9,34 @@
 #include <utility>
 #include <vector>
 
+#ifdef _WIN32
+#include <winsock2.h>
+
+#include <thread>
+#else
+#include <poll.h>
+#endif
+
 namespace kelvaron {
 
 using std::chrono::milliseconds;
 using std::chrono::steady_clock;
+
+#ifdef _WIN32
+using PollNumber = SOCKET;
+
+static int pollSystem(std::vector<pollfd>& polled, int wait) {
+  if (!polled.empty()) return ::WSAPoll(polled.data(), static_cast<ULONG>(polled.size()), wait);
+  std::this_thread::sleep_for(milliseconds(wait));
+  return 0;
+}
+#else
+using PollNumber = int;
+
+static int pollSystem(std::vector<pollfd>& polled, int wait) {
+  return ::poll(polled.data(), polled.size(), wait);
+}
+#endif
 
 struct PollLoop::State {
   struct Watched {
@@ -95,12 +117,11 @@ void PollLoop::callReady(milliseconds wait) {
   std::vector<pollfd> polled;
   std::vector<std::shared_ptr<State::Watched>> watched;
   for (const auto& [id, watch] : state_->watches) {
-    polled.push_back({watch->descriptor, watch->events, 0});
+    polled.push_back({static_cast<PollNumber>(watch->descriptor), watch->events, 0});
     watched.push_back(watch);
   }
   constexpr milliseconds kDay(86'400'000);  // within the range of poll's argument
-  const int count =
-      ::poll(polled.data(), polled.size(), static_cast<int>(std::min(wait, kDay).count()));
+  const int count = pollSystem(polled, static_cast<int>(std::min(wait, kDay).count()));
   if (count < 0 && errno != EINTR) throw std::system_error(errno, std::generic_category(), "poll");
   if (count <= 0) return;
 

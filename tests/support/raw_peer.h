@@ -2,7 +2,6 @@
 #pragma once
 
 #include <gtest/gtest.h>
-#include <sys/socket.h>
 
 #include <algorithm>
 #include <array>
@@ -14,8 +13,9 @@
 #include <system_error>
 #include <vector>
 
-#include "native/endpoint.h"
 #include "native/native_socket.h"
+#include "native/socket_headers.h"
+#include "native/sockets.h"
 #include "tests/support/poll_loop.h"
 
 namespace kelvaron::testing {
@@ -27,37 +27,39 @@ using Log = std::vector<std::string>;
 /// Longest wait for anything that must happen.
 inline constexpr std::chrono::seconds kPatience{5};
 
+/// Whether the system tells a reset from an end. Under Wine, a read that meets one sees an end, and
+/// a write behind an end a reset.
+#ifdef _WIN32
+inline constexpr bool kResetsAreTold = false;
+#else
+inline constexpr bool kResetsAreTold = true;
+#endif
+
 inline void require(bool good, const char* what) {
   if (!good) throw std::system_error(errno, std::generic_category(), what);
 }
 
-inline FileDescriptor streamSocket() {
-  FileDescriptor opened(::socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0));
+/// One that blocks.
+inline SocketDescriptor streamSocket() {
+  SocketDescriptor opened(static_cast<int>(::socket(AF_INET, SOCK_STREAM, 0)));
   require(static_cast<bool>(opened), "socket");
   return opened;
 }
 
-/// Calls bind(2) or connect(2) with a port of loopback.
-template <class Call>
-void onLoopback(Call call, const FileDescriptor& descriptor, std::uint16_t port) {
-  const Endpoint end = *numericEndpoint("127.0.0.1", port);
-  const int result =
-      call(descriptor.get(), reinterpret_cast<const sockaddr*>(&end.address), end.length);
-  require(result == 0, "bind or connect");
-}
+inline Endpoint loopback(std::uint16_t port) { return *numericEndpoint("127.0.0.1", port); }
 
 /// A connection to the socket under test. Calls block.
 class RawPeer {
  public:
-  explicit RawPeer(FileDescriptor descriptor) : descriptor_(std::move(descriptor)) {}
+  explicit RawPeer(SocketDescriptor descriptor) : descriptor_(std::move(descriptor)) {}
   /// Connects to a port of loopback.
   explicit RawPeer(std::uint16_t port) : descriptor_(streamSocket()) {
-    onLoopback(::connect, descriptor_, port);
+    require(beginToConnect(descriptor_.get(), loopback(port)) == 0, "connect");
   }
 
   void send(std::string_view bytes) {
     while (!bytes.empty()) {
-      const auto count = ::send(descriptor_.get(), bytes.data(), bytes.size(), MSG_NOSIGNAL);
+      const auto count = sendSome(descriptor_.get(), bytes);
       require(count > 0, "send");
       bytes.remove_prefix(static_cast<std::size_t>(count));
     }
@@ -65,7 +67,7 @@ class RawPeer {
   /// What is there, waiting for at least one byte; empty at the end of the stream.
   std::string receive() {
     std::array<char, 65536> chunk;
-    const auto count = ::recv(descriptor_.get(), chunk.data(), chunk.size(), 0);
+    const auto count = receiveSome(descriptor_.get(), chunk);
     require(count >= 0, "recv");
     return {chunk.data(), static_cast<std::size_t>(count)};
   }
@@ -74,34 +76,35 @@ class RawPeer {
     for (std::string part = receive(); !part.empty(); part = receive()) all += part;
     return all;
   }
-  void endSending() { require(::shutdown(descriptor_.get(), SHUT_WR) == 0, "shutdown"); }
+  void endSending() { kelvaron::endSending(descriptor_.get()); }
   void close() { descriptor_.reset(); }
   void reset() {
     const linger abort{1, 0};
-    ::setsockopt(descriptor_.get(), SOL_SOCKET, SO_LINGER, &abort, sizeof(abort));
+    ::setsockopt(handleOf(descriptor_.get()), SOL_SOCKET, SO_LINGER,
+                 reinterpret_cast<const char*>(&abort), sizeof(abort));
     descriptor_.reset();
   }
 
  private:
-  FileDescriptor descriptor_;
+  SocketDescriptor descriptor_;
 };
 
 /// A listening socket on loopback.
 class RawListener {
  public:
   explicit RawListener(int backlog = 16) : descriptor_(streamSocket()) {
-    onLoopback(::bind, descriptor_, 0);
-    require(::listen(descriptor_.get(), backlog) == 0, "listen");
+    require(bindAndListen(descriptor_.get(), loopback(0), backlog) == 0, "listen");
   }
   std::uint16_t port() const { return localEndpoint(descriptor_.get()).port(); }
   RawPeer accept() {
-    FileDescriptor accepted(::accept4(descriptor_.get(), nullptr, nullptr, SOCK_CLOEXEC));
+    SocketDescriptor accepted(static_cast<int>(
+        ::accept(handleOf(descriptor_.get()), nullptr, nullptr)));
     require(static_cast<bool>(accepted), "accept");
     return RawPeer(std::move(accepted));
   }
 
  private:
-  FileDescriptor descriptor_;
+  SocketDescriptor descriptor_;
 };
 
 /// A port of loopback that nobody listens on.

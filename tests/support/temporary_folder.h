@@ -1,11 +1,11 @@
 // A folder that goes with the object, and all that is in it.
 #pragma once
 
-#include <stdlib.h>
-
+#include <chrono>
 #include <filesystem>
 #include <stdexcept>
 #include <string>
+#include <system_error>
 
 #include "base/non_copyable.h"
 
@@ -14,11 +14,16 @@ namespace kelvaron::testing {
 class TemporaryFolder : NonCopyable {
  public:
   TemporaryFolder() {
-    std::string name = (std::filesystem::temp_directory_path() / "kelvaron-XXXXXX").string();
-    if (::mkdtemp(name.data()) == nullptr) throw std::runtime_error("no temporary folder");
-    path_ = name;
+    static int number = 0;
+    const auto now = std::chrono::system_clock::now().time_since_epoch().count();
+    path_ = std::filesystem::temp_directory_path() /
+            ("kelvaron-" + std::to_string(now) + '-' + std::to_string(++number));
+    if (!std::filesystem::create_directory(path_)) throw std::runtime_error("no temporary folder");
   }
-  ~TemporaryFolder() { std::filesystem::remove_all(path_); }
+  ~TemporaryFolder() {
+    std::error_code ignored;  // the system's own folder is cleared in time
+    std::filesystem::remove_all(path_, ignored);
+  }
   const std::filesystem::path& path() const { return path_; }
 
  private:

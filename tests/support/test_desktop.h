@@ -122,8 +122,8 @@ class TestDesktop : private Dialogs,
   ProgramFiles files{folder.path()};
   DiskStreams streams{folder.path()};
   /// What sends the echoes; a test may put another in its place.
-  NativeEcho nativeEcho{loop};
-  EchoPort* echoes = &nativeEcho;
+  std::unique_ptr<EchoPort> nativeEcho = makeEcho(loop);
+  EchoPort* echoes = nativeEcho.get();
   /// What looking this machine's name up gives.
   LocalHostAnswer localHost{"127.0.0.1", 0};
   std::vector<std::string> sounds;

@@ -1,4 +1,4 @@
-#include "native/spawn.h"
+#include "native/posix/spawn.h"
 
 #include <fcntl.h>
 #include <signal.h>

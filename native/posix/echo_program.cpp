@@ -1,4 +1,4 @@
-#include "native/echo_program.h"
+#include "native/posix/echo_program.h"
 
 #include <fcntl.h>
 #include <signal.h>
@@ -13,7 +13,7 @@
 #include <vector>
 
 #include "base/code_page.h"
-#include "native/spawn.h"
+#include "native/posix/spawn.h"
 
 namespace kelvaron {
 namespace {

@@ -1,10 +1,10 @@
 // Echoes by each way that this system permits, and the machine's own address.
-#include "native/echo.h"
+#include "native/posix/socket_echo.h"
 
 #include <optional>
 #include <tuple>
 
-#include "native/echo_packet.h"
+#include "native/posix/echo_packet.h"
 #include "native/endpoint.h"
 #include "native/local_host.h"
 #include "tests/native/native_test.h"

@@ -7,7 +7,7 @@
 
 #include "native/bare_name.h"
 #include "native/command_line.h"
-#include "native/system_information.h"
+#include "native/posix/system_information.h"
 #include "tests/native/native_test.h"
 
 namespace kelvaron::testing {

@@ -1,4 +1,4 @@
-#include "native/echo_packet.h"
+#include "native/posix/echo_packet.h"
 
 #include <linux/icmp.h>
 

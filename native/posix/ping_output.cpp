@@ -1,4 +1,4 @@
-#include "native/ping_output.h"
+#include "native/posix/ping_output.h"
 
 #include <algorithm>
 #include <array>

@@ -1,4 +1,4 @@
-#include "native/output_keeper.h"
+#include "native/posix/output_keeper.h"
 
 #include <fcntl.h>
 #include <sys/wait.h>

@@ -7,7 +7,7 @@
 
 #include <thread>
 
-#include "native/file_descriptor.h"
+#include "native/disk_file.h"
 #include "native/native_process.h"
 #include "tests/native/native_test.h"
 #include "tests/support/poll_loop.h"

@@ -1,4 +1,4 @@
-#include "native/echo.h"
+#include "native/posix/socket_echo.h"
 
 #include <linux/icmp.h>
 #include <netinet/in.h>
@@ -10,9 +10,10 @@
 #include <cstring>
 #include <utility>
 
-#include "native/echo_packet.h"
+#include "native/disk_file.h"
+#include "native/echo.h"
 #include "native/endpoint.h"
-#include "native/file_descriptor.h"
+#include "native/posix/echo_packet.h"
 #include "native/socket_error.h"
 
 namespace kelvaron {
@@ -141,6 +142,8 @@ class SocketEcho final : public Echo {
 
 NativeEcho::NativeEcho(EventLoop& loop, std::vector<EchoWay> ways, std::string program)
     : loop_(loop), ways_(std::move(ways)), program_(std::move(program)) {}
+
+std::unique_ptr<EchoPort> makeEcho(EventLoop& loop) { return std::make_unique<NativeEcho>(loop); }
 
 std::optional<EchoWay> NativeEcho::choose() const {
   for (const EchoWay way : ways_) {

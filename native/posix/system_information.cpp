@@ -1,8 +1,9 @@
-#include "native/system_information.h"
+#include "native/posix/system_information.h"
 
 #include <unistd.h>
 
 #include <array>
+#include <cstdlib>
 #include <filesystem>
 #include <sstream>
 #include <string_view>
@@ -10,6 +11,7 @@
 
 #include "base/code_page.h"
 #include "native/disk_names.h"
+#include "native/system_registry.h"
 
 namespace kelvaron {
 namespace {
@@ -29,6 +31,11 @@ bool isProgram(const std::filesystem::path& path) {
 }
 
 }  // namespace
+
+std::unique_ptr<Registry> makeRegistry() {
+  const char* searchPath = std::getenv("PATH");
+  return std::make_unique<SystemInformation>(searchPath == nullptr ? "" : searchPath);
+}
 
 std::string SystemInformation::findTool() const {
   for (const char* tool : kTools) {

@@ -9,8 +9,8 @@
 #include <string>
 #include <string_view>
 
-#include "native/file_descriptor.h"
-#include "native/ping_output.h"
+#include "native/disk_file.h"
+#include "native/posix/ping_output.h"
 #include "platform/echo.h"
 #include "platform/event_loop.h"
 
