@@ -4,7 +4,7 @@
 #include <stdlib.h>
 #include <sys/socket.h>
 
-#include "native/file_descriptor.h"
+#include "native/disk_file.h"
 #include "native/native_process.h"
 #include "tests/native/native_test.h"
 #include "tests/support/poll_loop.h"
