@@ -1,10 +1,10 @@
-#include "native/paths.h"
 #include "native/bare_name.h"
 
 #include <algorithm>
 #include <system_error>
 
 #include "base/code_page.h"
+#include "native/paths.h"
 
 namespace kelvaron {
 

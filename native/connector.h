@@ -11,8 +11,8 @@
 
 #include "base/liveness.h"
 #include "native/endpoint.h"
-#include "native/sockets.h"
 #include "native/name_lookup.h"
+#include "native/sockets.h"
 #include "platform/event_loop.h"
 
 namespace kelvaron {

@@ -23,8 +23,8 @@ struct DiskName {
 /// is no such path, or when more than 32 of its names differ from the disk's.
 std::optional<DiskName> findOnDisk(std::string_view path);
 
-/// Why a name of code page 1252 can't be that of one file in a folder of this system, as the end of a
-/// sentence; empty when it can.
+/// Why a name of code page 1252 can't be that of one file in a folder of this system, as the end of
+/// a sentence; empty when it can.
 std::string fileNameProblem(std::string_view name);
 
 /// Whether a path begins with a drive, such as "C:\GAMES".

@@ -40,7 +40,8 @@ template <class Call>
 Endpoint endpointOf(int socket, Call call) {
   Endpoint endpoint;
   endpoint.length = sizeof(endpoint.address);
-  if (call(handleOf(socket), reinterpret_cast<sockaddr*>(&endpoint.address), &endpoint.length) != 0) {
+  if (call(handleOf(socket), reinterpret_cast<sockaddr*>(&endpoint.address), &endpoint.length) !=
+      0) {
     return {};
   }
   return endpoint;

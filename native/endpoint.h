@@ -9,7 +9,6 @@
 #include "native/socket_error.h"
 #include "native/socket_headers.h"
 
-
 namespace kelvaron {
 
 /// An IPv4 or IPv6 address with its port.

@@ -1,4 +1,3 @@
-#include "native/paths.h"
 #include "native/file_streams.h"
 
 #include <cerrno>
@@ -6,9 +5,10 @@
 
 #include "base/code_page.h"
 #include "native/bare_name.h"
-#include "native/disk_names.h"
 #include "native/disk_file.h"
+#include "native/disk_names.h"
 #include "native/file_fault.h"
+#include "native/paths.h"
 #include "platform/fault.h"
 
 namespace kelvaron {
@@ -62,9 +62,9 @@ class DiskReceived final : public ReceivedFile {
     fs::rename(beside_, target_, failed);
     if (!failed) return;
     throw Fault(fault_number::kPathAccess,
-                "The file " + name_ + " came whole but cannot take its name: " +
-                    fromUtf8(failed.message()) + ". It is in " +
-                    fromUtf8(utf8Of(beside_.filename())) + ".");
+                "The file " + name_ +
+                    " came whole but cannot take its name: " + fromUtf8(failed.message()) +
+                    ". It is in " + fromUtf8(utf8Of(beside_.filename())) + ".");
   }
 
  private:
@@ -94,7 +94,8 @@ fs::path DiskStreams::receivedFolder() const {
   fs::path folder = programFolder_ / kFolder;
   std::error_code error;
   fs::create_directory(folder, error);
-  if (error) throwFileFault(std::string(kFolder), "written", error.default_error_condition().value());
+  if (error)
+    throwFileFault(std::string(kFolder), "written", error.default_error_condition().value());
   return folder;
 }
 

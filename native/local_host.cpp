@@ -21,7 +21,8 @@ class PendingLookUp final : public LocalHostLookUp {
     try {
       lookUp_ = std::make_unique<NameLookUp>(
           loop, [](const std::string& host, std::uint16_t) { return addressesInOrder(host); }, name,
-          0, [this](const Resolution& found) {
+          0,
+          [this](const Resolution& found) {
             tell({found.endpoints.empty() ? "" : found.endpoints.back().ip(), 0});
           });
     } catch (const std::system_error&) {

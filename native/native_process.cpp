@@ -67,8 +67,8 @@ void NativeProcessPort::run(const std::string& command, WindowStyle style,
   auto running = std::make_unique<Running>();
   running->command = command;
   running->location = location;
-  ChildProcess::Started started = ChildProcess::start(cut.program->path, cut.arguments,
-                                                      running->printed.descriptor(), style);
+  ChildProcess::Started started =
+      ChildProcess::start(cut.program->path, cut.arguments, running->printed.descriptor(), style);
   if (!started.child) return refuse(location + ' ' + started.problem + '.');
   running->process = std::move(started.child);
   running->printed.started();
@@ -99,8 +99,8 @@ void NativeProcessPort::tell(const std::string& text) const {
 
 void NativeProcessPort::lookLater(std::uint64_t id) {
   Running& program = *running_.at(id);
-  program.nextLook = loop_.after(program.early ? kBetweenEarlyLooks : kBetweenLateLooks,
-                                 [this, id] { look(id); });
+  program.nextLook =
+      loop_.after(program.early ? kBetweenEarlyLooks : kBetweenLateLooks, [this, id] { look(id); });
 }
 
 void NativeProcessPort::look(std::uint64_t id) {

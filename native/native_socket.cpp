@@ -142,7 +142,7 @@ void NativeSocket::readAvailable(std::size_t limit) {
       readWatch_.reset();
       return;
     }
-    const auto count = 
+    const auto count =
         receiveSome(descriptor_.get(), std::span(chunk).first(std::min(left, chunk.size())));
     if (count > 0) {
       const auto length = static_cast<std::size_t>(count);

@@ -11,8 +11,8 @@
 #include "native/arrival_buffer.h"
 #include "native/connection_requests.h"
 #include "native/connector.h"
-#include "native/sockets.h"
 #include "native/send_queue.h"
+#include "native/sockets.h"
 #include "platform/event_loop.h"
 #include "platform/socket.h"
 

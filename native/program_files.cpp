@@ -1,4 +1,3 @@
-#include "native/paths.h"
 #include "native/program_files.h"
 
 #include <array>
@@ -9,6 +8,7 @@
 #include "native/bare_name.h"
 #include "native/disk_file.h"
 #include "native/file_fault.h"
+#include "native/paths.h"
 #include "platform/fault.h"
 
 namespace kelvaron {
@@ -44,8 +44,8 @@ void ProgramFiles::replace(const std::string& name, const std::string& content) 
   FileBeside beside = createBeside(target);
   if (!beside.file) throwFileFault(name, "written", errno);
   const int file = beside.file.get();
-  const bool written = writeAll(file, content) == 0 && writeToDisk(file) == 0 &&
-                       giveRightsOf(file, target) == 0;
+  const bool written =
+      writeAll(file, content) == 0 && writeToDisk(file) == 0 && giveRightsOf(file, target) == 0;
   std::error_code failed(written ? 0 : errno, std::generic_category());
   beside.file.reset();
   if (written) std::filesystem::rename(beside.path, target, failed);

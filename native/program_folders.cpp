@@ -1,4 +1,3 @@
-#include "native/paths.h"
 #include "native/program_folders.h"
 
 #include <cerrno>
@@ -6,6 +5,7 @@
 
 #include "build_settings.h"
 #include "native/disk_file.h"
+#include "native/paths.h"
 
 namespace kelvaron {
 namespace {

@@ -41,13 +41,13 @@ constexpr std::array kSystemErrors{
     Row{EHOSTUNREACH, 10065, "The host cannot be reached"},
 };
 
-constexpr std::array kLookUpErrors{
-    Row{EAI_NONAME, 11001, "The host was not found"},
-    Row{EAI_AGAIN, 11002, "The name server did not answer"},
-    Row{EAI_FAIL, 11003, "The name server could not look the host up"},
-    Row{EAI_MEMORY, 10055, "The system has no memory for the look-up"},
+constexpr std::array kLookUpErrors {
+  Row{EAI_NONAME, 11001, "The host was not found"},
+      Row{EAI_AGAIN, 11002, "The name server did not answer"},
+      Row{EAI_FAIL, 11003, "The name server could not look the host up"},
+      Row{EAI_MEMORY, 10055, "The system has no memory for the look-up"},
 #if defined(EAI_NODATA) && EAI_NODATA != EAI_NONAME
-    Row{EAI_NODATA, 11004, "The host has no address"},
+      Row{EAI_NODATA, 11004, "The host has no address"},
 #endif
 };
 

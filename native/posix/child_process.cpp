@@ -60,9 +60,9 @@ ChildProcess::Started ChildProcess::start(const std::string& path,
                                           const std::vector<std::string>& arguments, int output,
                                           WindowStyle) {
   pid_t process = 0;
-  const int error = spawn(
-      process,
-      {.path = path, .arguments = arguments, .output = output, .environment = std::nullopt});
+  const int error =
+      spawn(process,
+            {.path = path, .arguments = arguments, .output = output, .environment = std::nullopt});
   if (error != 0) return {nullptr, spawnProblem(error)};
   return {std::make_unique<PosixChild>(process), {}};
 }

@@ -91,10 +91,10 @@ class WindowsChild final : public ChildProcess {
     // What the system ends has the reason as its code.
     constexpr DWORD kFirstReason = 0xC0000000U;
     if (code >= kFirstReason) {
-      return Ending{std::nullopt, "was ended by " + (code == EXCEPTION_ACCESS_VIOLATION
-                                                         ? "an access violation"
-                                                         : "the system, reason " +
-                                                               std::to_string(code))};
+      return Ending{std::nullopt,
+                    "was ended by " + (code == EXCEPTION_ACCESS_VIOLATION
+                                           ? "an access violation"
+                                           : "the system, reason " + std::to_string(code))};
     }
     return Ending{static_cast<int>(code),
                   code == 0 ? "" : "ended with the error " + std::to_string(code)};
@@ -116,7 +116,8 @@ ChildProcess::Started ChildProcess::start(const std::string& path,
   constexpr std::size_t kLongest = 32'767;
   const std::wstring program = std::filesystem::absolute(systemPath(path)).native();
   std::wstring command = quoted(program);
-  for (const std::string& argument : arguments) command += L' ' + quoted(systemPath(argument).native());
+  for (const std::string& argument : arguments)
+    command += L' ' + quoted(systemPath(argument).native());
   if (command.size() >= kLongest) return {nullptr, startProblem(ERROR_FILENAME_EXCED_RANGE)};
 
   const Handle input(openNothing());

@@ -20,9 +20,9 @@ constexpr int kTries = 1000;                                // names of files be
 
 FileDescriptor openFile(const std::filesystem::path& path, int flags) {
   int number = -1;
-  const errno_t error = ::_wsopen_s(&number, longPath(path).c_str(),
-                                    flags | _O_BINARY | _O_NOINHERIT, _SH_DENYNO,
-                                    _S_IREAD | _S_IWRITE);
+  const errno_t error =
+      ::_wsopen_s(&number, longPath(path).c_str(), flags | _O_BINARY | _O_NOINHERIT, _SH_DENYNO,
+                  _S_IREAD | _S_IWRITE);
   if (error != 0) errno = error;
   return FileDescriptor(number);
 }
@@ -55,9 +55,8 @@ FileDescriptor createNameless() {
   const auto folder = std::filesystem::temp_directory_path(failed);
   for (int number = 1; !failed && number <= kTries; ++number) {
     // Goes when the last who has it open closes it.
-    FileDescriptor made =
-        openFile(folder / ("kelvaron-" + std::to_string(number) + ".tmp"),
-                 _O_RDWR | _O_CREAT | _O_EXCL | _O_TEMPORARY | _O_SHORT_LIVED);
+    FileDescriptor made = openFile(folder / ("kelvaron-" + std::to_string(number) + ".tmp"),
+                                   _O_RDWR | _O_CREAT | _O_EXCL | _O_TEMPORARY | _O_SHORT_LIVED);
     if (made) return made;
     if (errno != EEXIST && errno != EACCES) break;
   }
@@ -69,9 +68,8 @@ std::int64_t lengthOf(int file) { return ::_filelengthi64(file); }
 std::ptrdiff_t readFully(int file, std::span<char> bytes) {
   std::size_t got = 0;
   while (got < bytes.size()) {
-    const int count =
-        ::_read(file, bytes.data() + got,
-                static_cast<unsigned>(std::min(bytes.size() - got, kMostAtOnce)));
+    const int count = ::_read(file, bytes.data() + got,
+                              static_cast<unsigned>(std::min(bytes.size() - got, kMostAtOnce)));
     if (count < 0) return -1;
     if (count == 0) break;
     got += static_cast<std::size_t>(count);
@@ -97,8 +95,8 @@ std::ptrdiff_t readEnd(int file, std::span<char> bytes) {
 
 int writeAll(int file, std::string_view bytes) {
   while (!bytes.empty()) {
-    const int count = ::_write(file, bytes.data(),
-                               static_cast<unsigned>(std::min(bytes.size(), kMostAtOnce)));
+    const int count =
+        ::_write(file, bytes.data(), static_cast<unsigned>(std::min(bytes.size(), kMostAtOnce)));
     if (count < 0) return -1;
     bytes.remove_prefix(static_cast<std::size_t>(count));
   }

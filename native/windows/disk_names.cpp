@@ -30,17 +30,18 @@ const char kFolderMark = '\\';
 std::string fileNameProblem(std::string_view name) {
   constexpr std::array kDevices = {"CON", "PRN", "AUX", "NUL", "CONIN$", "CONOUT$", "CLOCK$"};
   constexpr std::string_view kMarks = R"(<>:"/\|?*)";
-  const bool marked = name.find_first_of(kMarks) != std::string_view::npos ||
-                      std::ranges::any_of(name, isControl);
+  const bool marked =
+      name.find_first_of(kMarks) != std::string_view::npos || std::ranges::any_of(name, isControl);
   if (name.empty() || marked) return "it is not the name of a file";
   // The system would drop them, and write to the file of the name before.
-  if (name.ends_with('.') || name.ends_with(' ')) return "a name here can't end in a dot or a blank";
+  if (name.ends_with('.') || name.ends_with(' '))
+    return "a name here can't end in a dot or a blank";
   // A device answers to its name whatever stands behind the first dot.
   std::string stem = upper(name.substr(0, name.find('.')));
   while (stem.ends_with(' ')) stem.pop_back();
-  const bool numbered = stem.size() == 4 && (stem.starts_with("COM") || stem.starts_with("LPT")) &&
-                        std::string_view("0123456789\xB9\xB2\xB3").find(stem[3]) !=
-                            std::string_view::npos;
+  const bool numbered =
+      stem.size() == 4 && (stem.starts_with("COM") || stem.starts_with("LPT")) &&
+      std::string_view("0123456789\xB9\xB2\xB3").find(stem[3]) != std::string_view::npos;
   const bool device = numbered || std::ranges::find(kDevices, stem) != kDevices.end();
   return device ? "this system keeps the name for a device" : "";
 }

@@ -1,10 +1,5 @@
 #include "native/echo.h"
 
-#include "native/socket_headers.h"
-// Need the types of the one before.
-#include <iphlpapi.h>
-#include <icmpapi.h>
-
 #include <future>
 #include <string>
 #include <system_error>
@@ -14,6 +9,7 @@
 
 #include "base/code_page.h"
 #include "base/liveness.h"
+#include "native/socket_headers.h"
 #include "native/wake_up.h"
 
 namespace kelvaron {

@@ -39,8 +39,8 @@ InstanceLock::InstanceLock(const std::filesystem::path& folder) {
   }
   takenByAnother_ = error == EACCES && std::filesystem::exists(folder / "instance.lock");
   problem_ = takenByAnother_ ? "Kelvaron is already running"
-                             : "The lock file in " + utf8Of(folder) + " cannot be opened: " +
-                                   std::generic_category().message(error);
+                             : "The lock file in " + utf8Of(folder) +
+                                   " cannot be opened: " + std::generic_category().message(error);
 }
 
 }  // namespace kelvaron

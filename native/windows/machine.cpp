@@ -1,14 +1,11 @@
 #include "native/machine.h"
 
-#include "native/socket_headers.h"
-// Needs the types of the one before.
-#include <iphlpapi.h>
-
 #include <array>
 #include <cerrno>
 #include <cstring>
 #include <vector>
 
+#include "native/socket_headers.h"
 #include "native/windows/winsock.h"
 
 namespace kelvaron {

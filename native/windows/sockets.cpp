@@ -1,7 +1,5 @@
 #include "native/sockets.h"
 
-#include <mstcpip.h>
-
 #include <algorithm>
 #include <cerrno>
 #include <limits>
@@ -13,8 +11,8 @@
 namespace kelvaron {
 namespace {
 
-constexpr DWORD kIdleMs = 60'000;      // before the first probe of a silent line
-constexpr DWORD kProbeMs = 15'000;     // between probes
+constexpr DWORD kIdleMs = 60'000;     // before the first probe of a silent line
+constexpr DWORD kProbeMs = 15'000;    // between probes
 constexpr DWORD kUserTimeoutS = 120;  // unacknowledged for so long: the line is dead
 // Of ws2ipdef.h, which mingw has without it.
 constexpr int kTcpMaxRt = 5;
@@ -46,7 +44,8 @@ SocketDescriptor prepared(SOCKET opened) {
     return {};
   }
   setNonBlocking(opened);
-  static_cast<void>(::SetHandleInformation(reinterpret_cast<HANDLE>(opened), HANDLE_FLAG_INHERIT, 0));
+  static_cast<void>(
+      ::SetHandleInformation(reinterpret_cast<HANDLE>(opened), HANDLE_FLAG_INHERIT, 0));
   return SocketDescriptor(static_cast<int>(opened));
 }
 

@@ -1,10 +1,15 @@
 // The system's declarations, without the macros that stand in the way of ours.
 #pragma once
 
-// Before windows.h, which would bring in the sockets of an older version.
+// Each needs those before it.
+// clang-format off
 #include <winsock2.h>
 #include <ws2tcpip.h>
-
+#include <mstcpip.h>
 #include <windows.h>
+#include <iphlpapi.h>
+#include <icmpapi.h>
+#include <shellapi.h>
+// clang-format on
 
 #undef HKEY_LOCAL_MACHINE

@@ -41,8 +41,7 @@ class WindowsRegistry final : public Registry {
     DWORD type = 0;
     auto size = static_cast<DWORD>(room);
     if (::RegQueryValueExA(found->second, name.c_str(), nullptr, &type,
-                           reinterpret_cast<BYTE*>(value.bytes.data()),
-                           &size) != ERROR_SUCCESS) {
+                           reinterpret_cast<BYTE*>(value.bytes.data()), &size) != ERROR_SUCCESS) {
       return std::nullopt;
     }
     value.type = type;

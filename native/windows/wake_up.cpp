@@ -23,8 +23,6 @@ WakeUp::WakeUp() {
 }
 
 // Room for one byte is always there.
-void WakeUp::signal() const {
-  static_cast<void>(::send(handleOf(descriptor_.get()), "", 1, 0));
-}
+void WakeUp::signal() const { static_cast<void>(::send(handleOf(descriptor_.get()), "", 1, 0)); }
 
 }  // namespace kelvaron

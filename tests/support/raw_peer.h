@@ -97,8 +97,8 @@ class RawListener {
   }
   std::uint16_t port() const { return localEndpoint(descriptor_.get()).port(); }
   RawPeer accept() {
-    SocketDescriptor accepted(static_cast<int>(
-        ::accept(handleOf(descriptor_.get()), nullptr, nullptr)));
+    SocketDescriptor accepted(
+        static_cast<int>(::accept(handleOf(descriptor_.get()), nullptr, nullptr)));
     require(static_cast<bool>(accepted), "accept");
     return RawPeer(std::move(accepted));
   }

@@ -1,12 +1,11 @@
 // Echoes by each way that this system permits, and the machine's own address.
-#include "native/posix/socket_echo.h"
-
 #include <optional>
 #include <tuple>
 
-#include "native/posix/echo_packet.h"
 #include "native/endpoint.h"
 #include "native/local_host.h"
+#include "native/posix/echo_packet.h"
+#include "native/posix/socket_echo.h"
 #include "tests/native/native_test.h"
 #include "tests/support/poll_loop.h"
 

@@ -59,8 +59,8 @@ TEST_F(Names, OfPathsAsPlayersTypeThem) {
 
 TEST_F(Names, OfReceivedFilesThatTheSystemWouldTakeForOthers) {
   DiskStreams streams(base);
-  for (const char* name : {"CON", "nul.wad", "Com1.txt", "LPT9", "aux .wad", "a:b", "dot.", "blank ",
-                           "a\\b", "a/b", "what?", "", "..", "."}) {
+  for (const char* name : {"CON", "nul.wad", "Com1.txt", "LPT9", "aux .wad", "a:b", "dot.",
+                           "blank ", "a\\b", "a/b", "what?", "", "..", "."}) {
     EXPECT_EQ(faultOf([&] { streams.receive(name); }), fault_number::kPathAccess) << name;
   }
   for (const char* name : {"CONSOLE.wad", "com10.txt", "a.b.c", "stra\337e"}) {
@@ -144,7 +144,8 @@ TEST_F(Programs, GetTheirArgumentsWhole) {
   const std::vector<std::pair<std::string, std::string>> cases = {
       {" -skill 4 -file " + wads + "plain file.wad -warp 07",
        "-skill\n4\n-file\n" + wads + "plain file.wad\n-warp\n07\n"},
-      {" a\\\\b \"c d\" e\\ -name \\\\server\\share\\x y", "a\\\\b\n\"c\nd\"\ne\\\n-name\n\\\\server\\share\\x\ny\n"},
+      {" a\\\\b \"c d\" e\\ -name \\\\server\\share\\x y",
+       "a\\\\b\n\"c\nd\"\ne\\\n-name\n\\\\server\\share\\x\ny\n"},
       {" & | %PATH% ^ ; $(x) `y`", "&\n|\n%PATH%\n^\n;\n$(x)\n`y`\n"},
   };
   for (const auto& [arguments, expected] : cases) {
@@ -162,10 +163,10 @@ TEST_F(Programs, ThatFailAreTold) {
   troubles.clear();
   make("no program.exe", "a text");
   make("shell.bat", "a text");
-  for (const auto& [name, problem] : std::vector<std::pair<std::string, std::string>>{
-           {"no program.exe", "could not be"},
-           {"shell.bat", "is not executable"},
-           {"gone.exe", "was not found"}}) {
+  for (const auto& [name, problem] :
+       std::vector<std::pair<std::string, std::string>>{{"no program.exe", "could not be"},
+                                                        {"shell.bat", "is not executable"},
+                                                        {"gone.exe", "was not found"}}) {
     port.run(utf8Of(base / name), WindowStyle::minimizedNoFocus);
     ASSERT_TRUE(runUntil([&] { return !troubles.empty(); })) << name;
     EXPECT_THAT(troubles.front(), HasSubstr(problem)) << name;
@@ -179,7 +180,8 @@ TEST(Machine, AnswersForItself) {
   PollLoop loop;
   NativeLocalHost localHost(loop);
   std::optional<LocalHostAnswer> answer;
-  const auto lookUp = localHost.localHostAddress([&](const LocalHostAnswer& told) { answer = told; });
+  const auto lookUp =
+      localHost.localHostAddress([&](const LocalHostAnswer& told) { answer = told; });
   ASSERT_TRUE(loop.runUntil([&] { return answer.has_value(); }, 20s));
   const auto echo = makeEcho(loop);
   std::vector<EchoOutcome> outcomes;

@@ -1,13 +1,11 @@
 // A stand-in for programs that are started: writes down, beside itself, what it was given, and does
 // what "-print TEXT", "-sleep MILLISECONDS" and "-exit CODE" among it say.
-#include <windows.h>
-
-#include <shellapi.h>
-
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
 #include <iostream>
+
+#include "native/windows/system_headers.h"
 
 int main() {
   int count = 0;
