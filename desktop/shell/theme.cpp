@@ -163,9 +163,10 @@ QSize Theme::sizeFromContents(ContentsType type, const QStyleOption* option, con
   QSize result = QProxyStyle::sizeFromContents(type, option, size, widget);
   if (type == CT_ItemViewItem) result.rheight() += kAirOfEntry;
   // As high as on forms, where their places say how high.
-  constexpr qreal kButton = 30;
-  if (type == CT_PushButton)
-    result.setHeight(std::max(result.height(), qRound(kButton * formScale())));
+  constexpr qreal kHeightOfButton = 30;
+  if (type == CT_PushButton) {
+    result.setHeight(std::max(result.height(), qRound(kHeightOfButton * formScale())));
+  }
   return result;
 }
 
@@ -197,7 +198,7 @@ QIcon Theme::standardIcon(StandardPixmap picture, const QStyleOption* option,
     case SP_MessageBoxCritical:
       return boxIcon(picture);
     default:
-      if (const QIcon sign = fileSign(picture); !sign.isNull()) return sign;
+      if (QIcon sign = fileSign(picture); !sign.isNull()) return sign;
       return QProxyStyle::standardIcon(picture, option, widget);
   }
 }

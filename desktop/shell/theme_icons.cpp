@@ -129,7 +129,7 @@ QPainterPath outline(QStyle::StandardPixmap kind) {
 
 class FileSign final : public QIconEngine {
  public:
-  explicit FileSign(QPainterPath path) : path_(std::move(path)) {}
+  explicit FileSign(const QPainterPath& path) : path_(path) {}
 
   QIconEngine* clone() const override { return new FileSign(path_); }
 
@@ -163,8 +163,8 @@ class FileSign final : public QIconEngine {
 QIcon boxIcon(QStyle::StandardPixmap kind) { return QIcon(new BoxSign(kind)); }
 
 QIcon fileSign(QStyle::StandardPixmap kind) {
-  QPainterPath path = outline(kind);
-  return path.isEmpty() ? QIcon() : QIcon(new FileSign(std::move(path)));
+  const QPainterPath path = outline(kind);
+  return path.isEmpty() ? QIcon() : QIcon(new FileSign(path));
 }
 
 }  // namespace kelvaron::theme

@@ -26,7 +26,7 @@ class HintsTest : public ClientTest {
     time_ += std::chrono::seconds(seconds);
     desktop.client->now = [this] { return time_; };
     if (room().AnswerClock.Enabled) desktop.raise(room().AnswerClock.Tick);
-    const std::string told = shown();
+    std::string told = shown();
     room().hints.passed();
     return told;
   }

@@ -47,7 +47,9 @@ TEST(InstalledGames, WhatIsThere) {
       if (found) seen += found->config.*record + '|';
     }
     EXPECT_EQ(seen, records);
-    const auto withoutAdapters = [&](const std::string& path) { return others.contains(path); };
+    const auto withoutAdapters = [&theirs = others](const std::string& path) {
+      return theirs.contains(path);
+    };
     EXPECT_FALSE(findInstalled(places, withoutAdapters));
   }
 }
