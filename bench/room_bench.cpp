@@ -161,6 +161,9 @@ void rebuilds(Desk& desk, std::size_t users) {
   Paints paints(list);
   std::vector<double> ours;
   for (std::size_t i = 0; i < kRuns; ++i) {
+    // A long list is shown ten times a second; each rebuild is to find the last one shown.
+    const auto rested = Clock::now() + std::chrono::milliseconds(120);
+    while (Clock::now() < rested) QCoreApplication::processEvents();
     const int before = paints.count;
     const auto begun = Clock::now();
     desk.gate().runUnattended([&] {
