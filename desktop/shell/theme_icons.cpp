@@ -14,12 +14,9 @@ namespace {
 constexpr QColor kWarningSign{255, 190, 92};
 constexpr QColor kCriticalSign{255, 116, 116};
 
-class BoxSign final : public QIconEngine {
+/// An icon that is its drawing, at any size.
+class Sign : public QIconEngine {
  public:
-  explicit BoxSign(QStyle::StandardPixmap kind) : kind_(kind) {}
-
-  QIconEngine* clone() const override { return new BoxSign(kind_); }
-
   QPixmap pixmap(const QSize& size, QIcon::Mode mode, QIcon::State state) override {
     QPixmap picture(size);
     picture.fill(Qt::transparent);
@@ -27,6 +24,13 @@ class BoxSign final : public QIconEngine {
     paint(&painter, QRect(QPoint(), size), mode, state);
     return picture;
   }
+};
+
+class BoxSign final : public Sign {
+ public:
+  explicit BoxSign(QStyle::StandardPixmap kind) : kind_(kind) {}
+
+  QIconEngine* clone() const override { return new BoxSign(kind_); }
 
   void paint(QPainter* painter, const QRect& rect, QIcon::Mode, QIcon::State) override {
     painter->save();
@@ -127,19 +131,11 @@ QPainterPath outline(QStyle::StandardPixmap kind) {
   return path;
 }
 
-class FileSign final : public QIconEngine {
+class FileSign final : public Sign {
  public:
   explicit FileSign(const QPainterPath& path) : path_(path) {}
 
   QIconEngine* clone() const override { return new FileSign(path_); }
-
-  QPixmap pixmap(const QSize& size, QIcon::Mode mode, QIcon::State state) override {
-    QPixmap picture(size);
-    picture.fill(Qt::transparent);
-    QPainter painter(&picture);
-    paint(&painter, QRect(QPoint(), size), mode, state);
-    return picture;
-  }
 
   void paint(QPainter* painter, const QRect& rect, QIcon::Mode mode, QIcon::State) override {
     constexpr qreal kSide = 16;

@@ -1,4 +1,4 @@
-// The icons of boxes, drawn in the theme's colours.
+// The icons of boxes and of the file dialog, drawn in the theme's colours.
 #pragma once
 
 #include <QIcon>
