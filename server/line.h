@@ -29,6 +29,7 @@ enum class Colour : std::uint32_t {
   kRefusal = 0x7878FF,  // light red: what was asked for is not to be had
   kAnswer = 0xFFD890,   // light blue: what was asked for
   kGrant = 0x80FF80,    // light green: moderator rights
+  kTalk = 0xF1F660,     // cyan, as clients write what is said in the room
 };
 
 /// What stands before each text of the server's in the room; no user's line can begin so, as no

@@ -167,12 +167,17 @@ void Lobby::enter(Client& client) {
   client.phase = Phase::member;
   room_.join(client);
   room_.announce(client.nick + " has entered Kelvaron");
-  if (settings_.moderatorProofMs == 0 || records_.moderator(client.nick) == nullptr) return;
-  const std::chrono::milliseconds time(settings_.moderatorProofMs);
-  client.proofEnds = Clock::now() + time;
-  refuse(client, "This nickname is a moderator's. Request the operator status within " +
-                     std::to_string(std::chrono::ceil<std::chrono::seconds>(time).count()) +
-                     " seconds, or you will be disconnected.");
+  if (settings_.moderatorProofMs > 0 && records_.moderator(client.nick) != nullptr) {
+    const std::chrono::milliseconds time(settings_.moderatorProofMs);
+    client.proofEnds = Clock::now() + time;
+    refuse(client, "This nickname is a moderator's. Request the operator status within " +
+                       std::to_string(std::chrono::ceil<std::chrono::seconds>(time).count()) +
+                       " seconds, or you will be disconnected.");
+  }
+  // Announcements take the colour of the line before them: from here on that of the talk, for
+  // everybody alike.
+  client.send(
+      statusLine(Colour::kTalk, "Welcome, " + client.nick + ". Type /? to see the commands."));
 }
 
 void Lobby::dismiss(Client& client, std::string lastLines) {

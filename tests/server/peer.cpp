@@ -75,7 +75,7 @@ Peer::Peer(std::uint16_t port) : socket_(io_) {
 Peer::Peer(std::uint16_t port, std::string nick) : Peer(port) {
   nick_ = std::move(nick);
   logIn(nick_);
-  EXPECT_TRUE(gets("Users\t" + nick_)) << nick_ << " can't log in";
+  EXPECT_TRUE(gets(welcome(nick_))) << nick_ << " can't log in";
 }
 
 std::string Peer::loginAnswer(std::uint16_t port, const std::string& nick) {

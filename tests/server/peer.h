@@ -33,6 +33,10 @@ Settings quickSettings(Changes changes = {});
 inline std::string refusal(const std::string& text) {
   return "STATUSTEXT\t7895295\t[Server] " + text;
 }
+/// What it tells a newcomer before anything that it announces.
+inline std::string welcome(const std::string& nick) {
+  return "STATUSTEXT\t15857248\t[Server] Welcome, " + nick + ". Type /? to see the commands.";
+}
 inline const std::string kGranted =
     "STATUSTEXT\t8454016\tModerator Privlidges Granted - You are now a moderator.";
 

@@ -16,8 +16,9 @@ TEST(Login, TheListComesAtOnceAndTheMessageOfTheDayOnRequest) {
   RunningServer running(folder.path());
   Peer alice(running.port());
   alice.sendRaw("MOTD\r\nMessage\tx: \ttoo early\r\nName\talice\t10.0.0.7\r\nMOTD\r\n");
-  for (const char* line : {"Userscl", "Users\talice", "MOTD\tBe fair.\nHave fun.",
-                           "Announce\t[Server] alice has entered Kelvaron"}) {
+  for (const std::string& line :
+       Lines{"Userscl", "Users\talice", welcome("alice"), "MOTD\tBe fair.\nHave fun.",
+             "Announce\t[Server] alice has entered Kelvaron"}) {
     EXPECT_EQ(alice.next(), line);
   }
   alice.send("Name\tother\t10.0.0.7");
