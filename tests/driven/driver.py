@@ -269,7 +269,8 @@ class Client(Program):
         """The text of a message box."""
         return until(lambda: " ".join(node.name for node in walk(self.window(title))
                                       if node.getRoleName() == "label" and node.name),
-                     f"a text in the box {title!r}")
+                     lambda: f"a text in the box {title!r} of {os.path.basename(self.folder)}, "
+                             f"with {[w.name for w in self.windows()]}")
 
     def answer(self, title, *words):
         """Reads a message box, which must have these words, and closes it by keyboard."""
@@ -282,7 +283,10 @@ class Client(Program):
             # A box that came by itself takes no key at first. The next may have the same title.
             if self.ended() or not self.has_window(title) or self.box(title) != text:
                 return True
-            key("Return")
+            # Once this box is closed the keyboard can be at somebody else's.
+            if x("getactivewindow", "getwindowpid") == str(self.process.pid):
+                key("Return")
+                time.sleep(0.3)
             return self.ended()
 
         until(gone, f"the box {title!r} to go")
