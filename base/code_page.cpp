@@ -70,6 +70,7 @@ char32_t nextCharacter(std::string_view utf8, std::size_t& at) {
 std::string upper(std::string_view text) { return mapped(text, kToUpper); }
 std::string lower(std::string_view text) { return mapped(text, kToLower); }
 char upper(char character) { return kToUpper.at(static_cast<unsigned char>(character)); }
+char lower(char character) { return kToLower.at(static_cast<unsigned char>(character)); }
 
 char16_t unicodeOf(unsigned char byte) {
   return byte >= 128 && byte < 160 ? kUpperControls.at(byte - 128U) : byte;

@@ -11,6 +11,7 @@ namespace kelvaron {
 std::string upper(std::string_view text);
 std::string lower(std::string_view text);
 char upper(char character);
+char lower(char character);
 
 /// The Unicode character of a byte. The five bytes that the code page leaves open (129, 141, 143,
 /// 144, 157) are their own numbers.

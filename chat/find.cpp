@@ -25,18 +25,22 @@ std::size_t findLastIn(std::string_view bytes, std::string_view wanted, std::siz
 
 std::size_t findCaseless(std::string_view bytes, std::string_view wanted, std::size_t from) {
   if (wanted.empty() || bytes.size() < wanted.size()) return kNowhere;
+  const std::size_t last = bytes.size() - wanted.size();
+  // The library looks for one byte many at a time.
+  const char small = lower(wanted.front());
   const char capital = upper(wanted.front());
-  const char small = lower(wanted.substr(0, 1)).front();
-  const auto* const begin = bytes.data();
-  const auto* const end = begin + (bytes.size() - wanted.size() + 1);
-  for (const auto* at = begin + from; at < end; ++at) {
-    at = std::find_if(at, end, [=](char each) { return each == capital || each == small; });
-    if (at == end) break;
-    if (std::equal(wanted.begin(), wanted.end(), at, sameLetter)) {
-      return static_cast<std::size_t>(at - begin);
+  std::size_t nextSmall = bytes.find(small, from);
+  std::size_t nextCapital = bytes.find(capital, from);
+  while (true) {
+    const std::size_t at = std::min(nextSmall, nextCapital);
+    if (at > last) return kNowhere;
+    if (std::equal(wanted.begin(), wanted.end(), bytes.begin() + static_cast<std::ptrdiff_t>(at),
+                   sameLetter)) {
+      return at;
     }
+    if (at == nextSmall) nextSmall = bytes.find(small, at + 1);
+    if (at == nextCapital) nextCapital = bytes.find(capital, at + 1);
   }
-  return kNowhere;
 }
 
 std::optional<TextPosition> findForward(const StyledText& text, std::string_view wanted,
