@@ -19,3 +19,5 @@ done
 for size in 16 32 48 64 128 256; do
   rsvg-convert --width $size --height $size --output "pictures/icon_$size.png" icon.svg
 done
+# The icon of the program for Windows. Needs ImageMagick.
+convert $(printf 'pictures/icon_%s.png ' 16 32 48 64 128 256) kelvaron.ico

@@ -8,6 +8,11 @@ target_compile_options(kelvaron_plain_options INTERFACE
 if(KELVARON_STRICT)
   target_compile_options(kelvaron_plain_options INTERFACE -Werror)
 endif()
+if(WIN32)
+  # Windows 10, without the macros that hide the standard library's names.
+  target_compile_definitions(kelvaron_plain_options INTERFACE
+    _WIN32_WINNT=0x0A00 NOMINMAX WIN32_LEAN_AND_MEAN UNICODE _UNICODE)
+endif()
 # g++ 12 warns of overlapping copies in std::string's own operator+ (GCC bug 105651).
 if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
   target_compile_options(kelvaron_plain_options INTERFACE -Wno-restrict)

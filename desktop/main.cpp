@@ -3,9 +3,6 @@
 #include <QIcon>
 #include <QTimer>
 #include <chrono>
-#include <cstdlib>
-#include <sstream>
-#include <utility>
 
 #include "base/code_page.h"
 #include "client/kelvaron_client.h"
@@ -15,18 +12,19 @@
 #include "desktop/ports/qt_event_loop.h"
 #include "desktop/ports/radio.h"
 #include "desktop/ports/sounds.h"
+#include "desktop/ports/system_frames.h"
+#include "desktop/ports/system_places.h"
 #include "desktop/ports/vlc_library.h"
 #include "desktop/shell/caret_rest.h"
 #include "desktop/shell/shell.h"
 #include "desktop/shell/theme.h"
-#include "game/installed_games.h"
 #include "native/echo.h"
 #include "native/file_streams.h"
 #include "native/local_host.h"
 #include "native/native_process.h"
 #include "native/native_socket.h"
+#include "native/paths.h"
 #include "native/program_files.h"
-#include "native/program_folders.h"
 #include "native/system_registry.h"
 
 namespace {
@@ -44,25 +42,6 @@ QIcon programIcon() {
   return icon;
 }
 
-/// Where the adapters look for engines, and their script for game data.
-template <class Environment>
-kelvaron::GamePlaces gamePlaces(const std::string& engines, const Environment& environment) {
-  kelvaron::GamePlaces places{.engines = kelvaron::fromUtf8(engines)};
-  std::string programs = environment("KELVARON_GAMES");
-  if (programs.empty()) programs = environment("PATH") + ":/usr/games:/usr/local/games";
-  std::string data = environment("KELVARON_GAME_DATA");
-  if (data.empty()) data = "/usr/share/games/doom";
-  data.insert(0, environment("DOOMWADDIR") + ':');
-  for (const auto& [list, folders] :
-       {std::pair(programs, &places.programs), std::pair(data, &places.gameData)}) {
-    std::istringstream parts(list);
-    for (std::string folder; std::getline(parts, folder, ':');) {
-      if (folder.starts_with('/')) folders->push_back(kelvaron::fromUtf8(folder));
-    }
-  }
-  return places;
-}
-
 }  // namespace
 
 int main(int argc, char** argv) {
@@ -73,19 +52,17 @@ int main(int argc, char** argv) {
   QApplication::setDesktopFileName(QStringLiteral("kelvaron"));
   QApplication::setQuitOnLastWindowClosed(false);
   applyTheme(application);
+  darkenFrames(application);
   setFormScale(formScaleFor(QApplication::font()));
 
-  const auto environment = [](const char* name) {
-    return qEnvironmentVariable(name).toStdString();
-  };
   const ProgramFolders folders =
-      programFolders(QCoreApplication::applicationDirPath().toStdString(),
-                     environment("XDG_DATA_HOME"), environment("HOME"));
+      foldersOfProgram(QCoreApplication::applicationDirPath().toStdString());
+  const std::string engines = utf8Of(folders.engines);
   Edge edge;
   EventGate gate(edge);
   QtEventLoop loop;
   NativeSocketPort sockets(loop);
-  QtDialogs dialogs(gate, QString::fromStdString(folders.engines.string()));
+  QtDialogs dialogs(gate, QString::fromStdString(engines));
   WaveSounds sounds(folders.own, folders.installed);
   ProgramFiles files(folders.own);
   QtApplication program(gate);
@@ -108,7 +85,7 @@ int main(int argc, char** argv) {
                                                                 .streams = streams,
                                                                 .localHost = localHost,
                                                                 .loop = loop});
-  client->lasting<GamePlaces>() = gamePlaces(folders.engines.string(), environment);
+  client->lasting<GamePlaces>() = gamePlaces(engines);
   const Shell shell(*client, gate);
   const CaretRest caretRest(kCaretBlinks);
   QTimer::singleShot(kIconDelay, [] { QApplication::setWindowIcon(programIcon()); });

@@ -1,6 +1,7 @@
 #include "desktop/controls/entry_list.h"
 
 #include <QContextMenuEvent>
+#include <QDir>
 #include <QLabel>
 #include <QMimeData>
 #include <QMouseEvent>
@@ -17,7 +18,7 @@ constexpr int kMostLaidOutAtOnce = 50'000;
 /// The one file of this machine that is dragged; empty for anything else.
 QString draggedFile(const QDropEvent& event) {
   const QList<QUrl> urls = event.mimeData()->urls();
-  return urls.size() == 1 ? urls.front().toLocalFile() : QString();
+  return urls.size() == 1 ? QDir::toNativeSeparators(urls.front().toLocalFile()) : QString();
 }
 
 }  // namespace

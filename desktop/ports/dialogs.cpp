@@ -3,6 +3,7 @@
 #include <QApplication>
 #include <QDialog>
 #include <QDialogButtonBox>
+#include <QDir>
 #include <QElapsedTimer>
 #include <QEventLoop>
 #include <QFileInfo>
@@ -232,7 +233,7 @@ std::optional<std::string> QtDialogs::openFile(const FileDialog& told) {
   QFileDialog dialog;
   prepareFileDialog(dialog, told, folder_);
   while (ask(dialog)) {
-    const QString chosen = dialog.selectedFiles().value(0);
+    const QString chosen = QDir::toNativeSeparators(dialog.selectedFiles().value(0));
     const QString why = whyNot(chosen);
     if (why.isEmpty()) {
       folder_ = QFileInfo(chosen).absolutePath();

@@ -3,6 +3,7 @@
 #include <cstddef>
 #include <utility>
 
+#include "desktop/ports/system_sound.h"
 #include "radio/asx_playlist.h"
 
 namespace kelvaron {

@@ -1,30 +1,28 @@
 #include "desktop/ports/vlc_library.h"
 
-#include <dlfcn.h>
-
+#include <QLibrary>
 #include <cstdarg>
-#include <cstdlib>
-#include <filesystem>
 #include <optional>
-#include <system_error>
+#include <string>
 #include <vector>
+
+#include "desktop/ports/system_sound.h"
 
 namespace kelvaron {
 namespace {
 
-// The interface version of libVLC 3.
-constexpr const char* kLibrary = "libvlc.so.5";
-
 template <class Function>
-bool resolve(void* library, const char* name, Function& function) {
+bool resolve(QLibrary& library, const char* name, Function& function) {
   // The one way from an address to a function.
-  function = reinterpret_cast<Function>(dlsym(library, name));
+  function = reinterpret_cast<Function>(library.resolve(name));
   return function != nullptr;
 }
 
 std::optional<VlcLibrary> open() {
-  void* library = dlopen(kLibrary, RTLD_NOW | RTLD_LOCAL);
-  if (library == nullptr) return std::nullopt;
+  QLibrary library;
+  prepareVlc(library);
+  library.setLoadHints(QLibrary::ResolveAllSymbolsHint);
+  if (!library.load()) return std::nullopt;
   VlcLibrary vlc;
   const bool complete =
       resolve(library, "libvlc_new", vlc.newInstance) &&
@@ -60,26 +58,11 @@ std::optional<VlcLibrary> open() {
 void dropMessage(void* /*data*/, int /*level*/, const libvlc_log_t* /*context*/,
                  const char* /*format*/, va_list /*arguments*/) {}
 
-// The sound system's own library prints an error for each attempt without a device.
-bool hasSoundCard() {
-  std::error_code error;
-  return std::filesystem::exists("/dev/snd/timer", error);
-}
-
 }  // namespace
 
 void dropEmptyProxy() {
   constexpr const char* kProxy = "http_proxy";
-  const char* proxy = std::getenv(kProxy);
-  if (proxy != nullptr && *proxy == '\0') unsetenv(kProxy);
-}
-
-bool hasSoundDevice() {
-  if (hasSoundCard() || std::getenv("PULSE_SERVER") != nullptr) return true;
-  const char* session = std::getenv("XDG_RUNTIME_DIR");
-  std::error_code error;
-  return session != nullptr &&
-         std::filesystem::exists(std::filesystem::path(session) / "pulse" / "native", error);
+  if (qEnvironmentVariableIsSet(kProxy) && qEnvironmentVariableIsEmpty(kProxy)) qunsetenv(kProxy);
 }
 
 const VlcLibrary* VlcLibrary::load() {
@@ -91,12 +74,8 @@ libvlc_instance_t* VlcLibrary::makeInstance(Output output) const {
   std::vector<const char*> options = {
       "--quiet", "--no-video", "--no-xlib", "--intf=dummy", "--no-media-library",
   };
-  if (output == Output::silent) {
-    // A device that keeps time and volume as a real one does.
-    options.insert(options.end(), {"--aout=alsa,adummy", "--alsa-audio-device=null"});
-  } else {
-    options.push_back(hasSoundCard() ? "--aout=pulse,alsa,adummy" : "--aout=pulse,adummy");
-  }
+  const std::vector<std::string> devices = vlcDevices(output == Output::silent);
+  for (const std::string& device : devices) options.push_back(device.c_str());
   libvlc_instance_t* instance = newInstance(static_cast<int>(options.size()), options.data());
   if (instance != nullptr) logSet(instance, dropMessage, nullptr);
   return instance;

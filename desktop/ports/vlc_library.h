@@ -49,7 +49,4 @@ struct VlcLibrary {
 /// the library a proxy without an address, and no station answers. Only while there is one thread.
 void dropEmptyProxy();
 
-/// Whether there is a sound card or a sound server to play on.
-bool hasSoundDevice();
-
 }  // namespace kelvaron

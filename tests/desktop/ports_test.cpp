@@ -14,6 +14,7 @@
 #include "desktop/ports/qt_event_loop.h"
 #include "desktop/ports/radio.h"
 #include "desktop/ports/sounds.h"
+#include "desktop/ports/system_sound.h"
 #include "native/native_socket.h"
 #include "tests/support/temporary_folder.h"
 
