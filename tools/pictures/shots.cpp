@@ -340,9 +340,14 @@ bool shoot(const Shot& shot, const std::filesystem::path& folder) {
   desk.edge.run([&] {
     Form& form = shot.make(desk);
     form.Show();
+    QTest::qWait(20);
+    QWidget& frame = *desk.shell.shown(form)->frame();
+    if (!QTest::qWaitForWindowActive(&frame, 2000)) {
+      std::fprintf(stderr, "%s: the window did not get the focus\n", shot.name);
+    }
     QTest::qWait(60);
     const std::string file = (folder / (std::string(shot.name) + ".png")).string();
-    saves = desk.shell.shown(form)->frame()->grab().save(QString::fromStdString(file));
+    saves = frame.grab().save(QString::fromStdString(file));
   });
   std::printf("%s %s\n", saves ? "made  " : "FAILED", shot.name);
   return saves;
