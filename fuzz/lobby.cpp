@@ -21,12 +21,12 @@
 namespace kelvaron::server {
 namespace {
 
-constexpr std::array<std::string_view, 29> kKeywords = {
-    "BANUSER", "STATUSTEXT", "BAD",         "banned",    "XCEPT",   "Announce",
-    "Message", "Kicked",     "Kicker",      "DOUBLE",    "Users",   "Userscl",
-    "MOTD",    "PM",         "GAME",        "START",     "DECLINE", "PROFILE",
-    "getip",   "BANIP",      "GETPROFILE2", "PING",      "THEPING", "GETUSERIP",
-    "GETIPFT", "OKUSERIP",   "RETURNFT",    "PLAYSOUND", "MSGBOX"};
+constexpr std::array kKeywords = std::to_array<std::string_view>(
+    {"BANUSER", "STATUSTEXT", "BAD",         "banned",    "XCEPT",   "Announce",
+     "Message", "Kicked",     "Kicker",      "DOUBLE",    "Users",   "Userscl",
+     "MOTD",    "PM",         "GAME",        "START",     "DECLINE", "PROFILE",
+     "getip",   "BANIP",      "GETPROFILE2", "PING",      "THEPING", "GETUSERIP",
+     "GETIPFT", "OKUSERIP",   "RETURNFT",    "PLAYSOUND", "MSGBOX"});
 
 void checkLine(std::string_view line) {
   require(std::ranges::find(kKeywords, line.substr(0, line.find('\t'))) != kKeywords.end());

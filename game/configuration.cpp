@@ -45,7 +45,7 @@ config::config(Client& client)
     : Form({.name = "config",
             .caption = "Configure Kelvaron",
             .width = 756 * kTwipsPerPixel,
-            .height = 584 * kTwipsPerPixel}),
+            .height = 564 * kTwipsPerPixel}),
       client_(client) {
   look();
   wire();

@@ -30,40 +30,40 @@ class config : public Form {
   CheckBox Check2{Frame2, "Check2", pixels(310, 68, 130, 24), "Voodoo2/3"};
   CheckBox Check3{Frame2, "Check3", pixels(450, 68, 100, 24), "AGP"};
 
-  Frame Frame1{*this, "Frame1", pixels(16, 174, 724, 266), "WAD Locations"};
-  Label Label3{Frame1, "Label3", pixels(16, 34, 160, 22), "Doom"};
-  TextBox Text3{Frame1, "Text3", pixels(180, 30, 420, 28)};
-  CommandButton Command1{Frame1, "Command1", pixels(612, 29, 96, 30), "Locate"};
-  Label Label4{Frame1, "Label4", pixels(16, 72, 160, 22), "Doom2"};
-  TextBox Text4{Frame1, "Text4", pixels(180, 68, 420, 28)};
-  CommandButton Command2{Frame1, "Command2", pixels(612, 67, 96, 30), "Locate"};
-  Label Label5{Frame1, "Label5", pixels(16, 110, 160, 22), "Final Doom"};
-  TextBox Text5{Frame1, "Text5", pixels(180, 106, 420, 28)};
-  CommandButton Command3{Frame1, "Command3", pixels(612, 105, 96, 30), "Locate"};
-  Label Label6{Frame1, "Label6", pixels(16, 148, 160, 22), "Plutonia Experiment"};
-  TextBox Text6{Frame1, "Text6", pixels(180, 144, 420, 28)};
-  CommandButton Command4{Frame1, "Command4", pixels(612, 143, 96, 30), "Locate"};
-  Label Label7{Frame1, "Label7", pixels(16, 186, 160, 22), "Evilution"};
-  TextBox Text7{Frame1, "Text7", pixels(180, 182, 420, 28)};
-  CommandButton Command5{Frame1, "Command5", pixels(612, 181, 96, 30), "Locate"};
-  Label Label8{Frame1, "Label8", pixels(16, 224, 160, 22), "External Wad Location"};
-  TextBox Text8{Frame1, "Text8", pixels(180, 220, 420, 28)};
+  Frame Frame1{*this, "Frame1", pixels(16, 174, 724, 249), "WAD Locations"};
+  Label Label3{Frame1, "Label3", pixels(16, 32, 160, 22), "Doom"};
+  TextBox Text3{Frame1, "Text3", pixels(180, 28, 420, 28)};
+  CommandButton Command1{Frame1, "Command1", pixels(612, 27, 96, 30), "Locate"};
+  Label Label4{Frame1, "Label4", pixels(16, 67, 160, 22), "Doom2"};
+  TextBox Text4{Frame1, "Text4", pixels(180, 63, 420, 28)};
+  CommandButton Command2{Frame1, "Command2", pixels(612, 62, 96, 30), "Locate"};
+  Label Label5{Frame1, "Label5", pixels(16, 102, 160, 22), "Final Doom"};
+  TextBox Text5{Frame1, "Text5", pixels(180, 98, 420, 28)};
+  CommandButton Command3{Frame1, "Command3", pixels(612, 97, 96, 30), "Locate"};
+  Label Label6{Frame1, "Label6", pixels(16, 137, 160, 22), "Plutonia Experiment"};
+  TextBox Text6{Frame1, "Text6", pixels(180, 133, 420, 28)};
+  CommandButton Command4{Frame1, "Command4", pixels(612, 132, 96, 30), "Locate"};
+  Label Label7{Frame1, "Label7", pixels(16, 172, 160, 22), "Evilution"};
+  TextBox Text7{Frame1, "Text7", pixels(180, 168, 420, 28)};
+  CommandButton Command5{Frame1, "Command5", pixels(612, 167, 96, 30), "Locate"};
+  Label Label8{Frame1, "Label8", pixels(16, 207, 160, 22), "External Wad Location"};
+  TextBox Text8{Frame1, "Text8", pixels(180, 203, 420, 28)};
   // Never seen: a second folder of extra wads, which only passes through.
-  Label Label9{Frame1, "Label9", pixels(16, 224, 160, 22), "External Wad Location"};
-  TextBox Text9{Frame1, "Text9", pixels(180, 220, 420, 28)};
+  Label Label9{Frame1, "Label9", pixels(16, 207, 160, 22), "External Wad Location"};
+  TextBox Text9{Frame1, "Text9", pixels(180, 203, 420, 28)};
 
-  Label Label10{*this, "Label10", pixels(32, 458, 160, 22), "CSDoom Server"};
-  TextBox Text10{*this, "Text10", pixels(196, 454, 420, 28)};
-  CommandButton Command6{*this, "Command6", pixels(628, 453, 96, 30), "Locate"};
-  Label Label11{*this, "Label11", pixels(32, 496, 160, 22), "CSDoom Client"};
-  TextBox Text11{*this, "Text11", pixels(196, 492, 420, 28)};
-  CommandButton Command11{*this, "Command11", pixels(628, 491, 96, 30), "Locate"};
+  Label Label10{*this, "Label10", pixels(32, 441, 160, 22), "CSDoom Server"};
+  TextBox Text10{*this, "Text10", pixels(196, 437, 420, 28)};
+  CommandButton Command6{*this, "Command6", pixels(628, 436, 96, 30), "Locate"};
+  Label Label11{*this, "Label11", pixels(32, 476, 160, 22), "CSDoom Client"};
+  TextBox Text11{*this, "Text11", pixels(196, 472, 420, 28)};
+  CommandButton Command11{*this, "Command11", pixels(628, 471, 96, 30), "Locate"};
 
   /// Why a file that was located was not taken; empty for nothing to say.
-  Label Label12{*this, "Label12", pixels(32, 532, 396, 40), ""};
+  Label Label12{*this, "Label12", pixels(32, 512, 396, 40), ""};
 
-  CommandButton Command9{*this, "Command9", pixels(444, 536, 172, 30), "Save Configuration"};
-  CommandButton Command10{*this, "Command10", pixels(628, 536, 96, 30), "Cancel"};
+  CommandButton Command9{*this, "Command9", pixels(444, 516, 172, 30), "Save Configuration"};
+  CommandButton Command10{*this, "Command10", pixels(628, 516, 96, 30), "Cancel"};
 
   /// Never seen: the location of ZDoomGL alone, as located last.
   TextBox Text12{*this, "Text12", {}};

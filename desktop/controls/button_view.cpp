@@ -2,7 +2,6 @@
 
 #include <QEvent>
 #include <QFontMetrics>
-#include <algorithm>
 
 #include "desktop/qt_values.h"
 
@@ -27,19 +26,10 @@ void ButtonView::refresh() {
 /// The form's font, or as much of it as the button has room for.
 void ButtonView::fitText() {
   constexpr QSize kMargins(8, 2);
-  // Of the smallest text elsewhere: whole captions in a window made small.
-  constexpr qreal kSmallest = 7.0 / 9;
-  constexpr qreal kStep = 0.5;  // in points
-  const qreal smallest = captionFont(formFont()).pointSizeF() * kSmallest;
-  QFont font = formFont();
-  const auto fits = [&] {
+  button_.setFont(fittingFont(formFont(), [&](const QFont& font) {
     const QSize text = QFontMetrics(font).size(Qt::TextShowMnemonic, button_.text());
     return text.boundedTo(button_.size() - kMargins) == text;
-  };
-  while (font.pointSizeF() > smallest && !fits()) {
-    font.setPointSizeF(std::max(smallest, font.pointSizeF() - kStep));
-  }
-  button_.setFont(font);
+  }));
 }
 
 bool ButtonView::press(PressedBy key) {

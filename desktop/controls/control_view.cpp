@@ -109,6 +109,17 @@ QFont ControlView::captionFont(QFont font) const {
   return font;
 }
 
+QFont ControlView::fittingFont(QFont font, const std::function<bool(const QFont&)>& fits) const {
+  // Of the smallest text elsewhere: whole captions in a window made small.
+  constexpr qreal kSmallest = 7.0 / 9;
+  constexpr qreal kStep = 0.5;  // in points
+  const qreal smallest = captionFont(formFont()).pointSizeF() * kSmallest;
+  while (font.pointSizeF() > smallest && !fits(font)) {
+    font.setPointSizeF(std::max(smallest, font.pointSizeF() - kStep));
+  }
+  return font;
+}
+
 bool ControlView::enterPressed(Qt::KeyboardModifiers /*modifiers*/) {
   return host_.press(PressedBy::enter);
 }

@@ -8,6 +8,7 @@
 #include <QSize>
 #include <QWidget>
 #include <chrono>
+#include <functional>
 #include <memory>
 #include <optional>
 #include <utility>
@@ -106,6 +107,8 @@ class ControlView : public QObject {
   /// smaller where a window that can be resized is smaller than designed, down to what it is on a
   /// desktop with small text.
   QFont captionFont(QFont font) const;
+  /// `font`, or as much smaller as it takes to fit, down to the smallest that can be read.
+  QFont fittingFont(QFont font, const std::function<bool(const QFont&)>& fits) const;
   /// The font of the form's texts.
   QFont formFont() const { return widget_->window()->font(); }
 

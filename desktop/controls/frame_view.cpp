@@ -1,4 +1,5 @@
 #include <QEvent>
+#include <QFontMetrics>
 
 #include "desktop/controls/views.h"
 #include "desktop/qt_values.h"
@@ -20,7 +21,14 @@ void FrameView::refresh() {
 }
 
 bool FrameView::eventFilter(QObject* watched, QEvent* event) {
-  if (event->type() == QEvent::Resize && attached()) widget().setFont(captionFont(formFont()));
+  if (event->type() == QEvent::Resize && attached()) {
+    // A caption stands in the upper border, which goes on beside it.
+    constexpr int kBorder = 32;
+    const QString caption = static_cast<QGroupBox&>(widget()).title();
+    widget().setFont(fittingFont(captionFont(formFont()), [&](const QFont& font) {
+      return QFontMetrics(font).horizontalAdvance(caption) + kBorder <= widget().width();
+    }));
+  }
   return ControlView::eventFilter(watched, event);
 }
 

@@ -1,6 +1,7 @@
 #include "desktop/controls/text_box_view.h"
 
 #include <QApplication>
+#include <QFontMetrics>
 #include <QKeyEvent>
 #include <QTextDocument>
 #include <algorithm>
@@ -136,6 +137,16 @@ TextLineView::TextLineView(TextBox& box, ViewHost& host, QWidget* parent)
   edit_.setTextMargins(kTextMargin, 0, kTextMargin, 0);
   connect(&edit_, &QLineEdit::textChanged, this, [this] { textEdited(); });
   connect(&edit_, &QLineEdit::cursorPositionChanged, this, [this] { caretMoved(); });
+}
+
+bool TextLineView::eventFilter(QObject* watched, QEvent* event) {
+  if (watched == &edit_ && event->type() == QEvent::Resize && attached()) {
+    constexpr int kBorders = 4;
+    edit_.setFont(fittingFont(formFont(), [this](const QFont& font) {
+      return QFontMetrics(font).height() + kBorders <= edit_.height();
+    }));
+  }
+  return TextBoxView::eventFilter(watched, event);
 }
 
 std::string TextLineView::toControl(const QString& text) const {

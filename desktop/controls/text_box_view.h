@@ -82,6 +82,7 @@ class TextLineView : public TextBoxView {
   std::string toControl(const QString& text) const override;
   QString toWidget(const std::string& text) const override;
   void refreshLook() override;
+  bool eventFilter(QObject* watched, QEvent* event) override;
   QLineEdit& edit() const { return edit_; }
 
  private:

@@ -56,9 +56,11 @@ void RoomHeader::layOut(const QFont& font) const {
   QFont lineFont = font;
   lineFont.setPointSizeF(smallest);
   std::vector<HeadLine> lines = {{&room_.Label2, &room_.Label1}, {&room_.Label4, &room_.Label7}};
-  const bool allLines = 3 * QFontMetrics(lineFont).height() <= height - margin;
+  const int lowest = QFontMetrics(lineFont).height();
+  const bool allLines = 3 * lowest <= height - margin;
   if (allLines) lines.insert(lines.begin() + 1, {&room_.Label5, &room_.Label6});
-  const int lineHeight = (height - 2 * margin) / static_cast<int>(lines.size());
+  const int count = static_cast<int>(lines.size());
+  const int lineHeight = std::max(lowest, (height - 2 * margin) / count);
 
   const auto captionsWidth = [&](const QFont& each) {
     int width = 0;
@@ -94,7 +96,7 @@ void RoomHeader::layOut(const QFont& font) const {
   const int leftmost = markLeft + markWidth + kGap + captions + kGap;
   const int rightmost = std::max(leftmost, right - valuesWidth(lineFont));
   const int values = std::clamp(toPixels(room_.Label1.Left), leftmost, rightmost);
-  int top = margin;
+  int top = std::min(margin, (height - count * lineHeight) / 2);
   for (const HeadLine& line : lines) {
     place(*line.caption, {values - kGap - captions, top, captions, lineHeight}, lineFont);
     place(*line.value, {values, top, std::max(0, right - values), lineHeight}, lineFont);

@@ -1,6 +1,7 @@
 // The about box: its texts, its pointer, and the way to the system's information tool.
 #include <gmock/gmock.h>
 
+#include "build_settings.h"
 #include "chat/about_box.h"
 #include "tests/support/client_test.h"
 
@@ -23,7 +24,7 @@ class About : public ClientTest {
 TEST_F(About, TextsAndPointer) {
   EXPECT_EQ(about().Caption.get(), "About Kelvaron");
   EXPECT_EQ(about().lblTitle.Caption.get(), "Kelvaron");
-  EXPECT_EQ(about().lblVersion.Caption.get(), "Version 4.1");
+  EXPECT_EQ(about().lblVersion.Caption.get(), "Version " + std::string(build::kVersion));
   desktop.raise(about().Image1.MouseMove);
   EXPECT_EQ(about().MousePointer_.get(), MousePointer::noDrop);
   about().Form_MouseMove();

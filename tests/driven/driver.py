@@ -23,7 +23,9 @@ QUIET = dict(os.environ, HOME=WORK, XDG_DATA_HOME=WORK, XDG_CONFIG_HOME=WORK,
 
 # A window is told by its title, or by its title and the name of something in it.
 LOGIN = "Kelvaron Login"
-ROOM = ("Kelvaron 4.1", "Chat")
+VERSION = subprocess.run([os.path.join(BIN, "kelvaron-server"), "--version"], check=True,
+                         capture_output=True, text=True).stdout.split()[-1]
+ROOM = ("Kelvaron " + VERSION, "Chat")
 MOTD = "Message Of The Day"
 
 

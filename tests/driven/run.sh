@@ -5,7 +5,7 @@
 #   run.sh BIN-FOLDER --stranger              measures what a stranger's lines cost
 #   run.sh BIN-FOLDER --pictures FOLDER [PART...]
 #                                             makes the pictures of the documents, all or only
-#                                             those of profiles, pings and files
+#                                             parts: room, match, server, exchange, windows
 #
 # The client looks for its server on port 3069 of loopback, so everything runs in a network of its
 # own where the system allows that. A scenario that fails leaves the screen in KELVARON_FAILURES,

@@ -32,7 +32,8 @@ inline void selectOnly(ListBox& list, int index) {
   list.setListIndex(index);
 }
 
-/// Sockets whose connections to the port of chat servers go to a port of the test's own.
+/// Sockets whose connections to the port of chat servers go to a port of the test's own, and that
+/// listen at a free port in place of the one for files.
 class RoutedSocketPort : public SocketPort {
  public:
   RoutedSocketPort(EventLoop& loop, std::uint16_t port) : loop_(loop), port_(port) {}

@@ -121,7 +121,7 @@ def windows():
     write("win")
     win.press("Return", leads_to="Message Of The Day")
     ann.lists("ann", "win")
-    win.press("Escape", leads_to="Kelvaron 4.1")
+    win.press("Escape", leads_to=ROOM[0])
     write("hello from windows")
     win.press("Return")
     ann.reads("win: hello from windows")
@@ -129,15 +129,15 @@ def windows():
     ann.reads("ann: hello, windows")
 
     def chat():
-        win.activate("Kelvaron 4.1")
-        win.click("Kelvaron 4.1", 0.3, 0.4)
+        win.activate(ROOM[0])
+        win.click(ROOM[0], 0.3, 0.4)
         win.press("ctrl+a", "ctrl+c")
         return "ann: hello, windows" in clipboard()
     until(chat, "what ann said, in the chat under Wine", PATIENCE)
 
     def to_user(name):
-        win.activate("Kelvaron 4.1")
-        win.click("Kelvaron 4.1", 0.3, 0.92)
+        win.activate(ROOM[0])
+        win.click(ROOM[0], 0.3, 0.92)
         win.press("Tab")
         write(name)
 
@@ -168,7 +168,7 @@ def windows():
     ann.no_window("Kelvaron File Server")
     time.sleep(CALM)  # until then ann's room takes the keyboard
 
-    win.activate("Kelvaron 4.1")
+    win.activate(ROOM[0])
     win.press("alt+t", "f", leads_to="Kelvaron File Server")
     ann.select("win")
     ann.click(ann.user("win"), button=3)
@@ -200,7 +200,7 @@ def windows():
 
     win.activate("Game Launch in Progress")
     win.press("space")
-    win.activate("Kelvaron 4.1")
+    win.activate(ROOM[0])
     win.press("alt+F4")
     ann.lists("ann[IG]")
     until(win.ended, "the end of Kelvaron under Wine", PATIENCE)
@@ -219,7 +219,7 @@ def windows_lines():
         else:
             client.activate("Kelvaron Login")
             write("ann")
-            client.press("Return", leads_to="Kelvaron 4.1")
+            client.press("Return", leads_to=ROOM[0])
         connection = server.connections[-1]
         begun = time.monotonic()
         connection.sendall(lines + b"getip\r\n")
