@@ -49,6 +49,14 @@ bool writeAll(int descriptor, std::string_view bytes) {
   return true;
 }
 
+/// The administrator's commands leave the files to the user whose folder it is; whether that went
+/// well.
+bool giveToOwner(int file, const std::filesystem::path& folder) {
+  struct stat status {};
+  return ::geteuid() != 0 || ::stat(folder.c_str(), &status) != 0 ||
+         ::fchown(file, status.st_uid, status.st_gid) == 0;
+}
+
 }  // namespace
 
 std::optional<std::string> readFile(const std::filesystem::path& path) {
@@ -70,10 +78,7 @@ void replaceFile(const std::filesystem::path& path, std::string_view bytes) {
   const std::filesystem::path beside = path.string() + ".new";
   Descriptor file(beside, O_WRONLY | O_CREAT | O_TRUNC);
   if (!file.is_open()) fail(beside, "can't be written");
-  // The administrator's commands leave the files to the user whose folder it is.
-  struct stat folderStatus {};
-  if (::geteuid() == 0 && ::stat(path.parent_path().c_str(), &folderStatus) == 0 &&
-      ::fchown(file.number(), folderStatus.st_uid, folderStatus.st_gid) != 0) {
+  if (!giveToOwner(file.number(), path.parent_path())) {
     fail(beside, "can't be given to the folder's owner");
   }
   if (!writeAll(file.number(), bytes) || ::fsync(file.number()) != 0 || !file.close() ||
@@ -102,7 +107,11 @@ FolderLock::~FolderLock() { ::close(number_); }
 FolderClaim::FolderClaim(const std::filesystem::path& folder)
     : number_(::open((folder / "lock").c_str(), O_RDWR | O_CREAT | O_CLOEXEC, 0600)) {
   if (number_ < 0) fail(folder / "lock", "can't be opened");
-  if (::flock(number_, LOCK_EX | LOCK_NB) == 0) return;
+  if (::flock(number_, LOCK_EX | LOCK_NB) == 0) {
+    if (giveToOwner(number_, folder)) return;
+    ::close(number_);
+    fail(folder / "lock", "can't be given to the folder's owner");
+  }
   const bool taken = errno == EWOULDBLOCK;
   ::close(number_);
   if (taken) throw StoreError(folder.string() + ": another server runs on this folder");

@@ -66,11 +66,19 @@ void tellServer(const Store& store, const std::string& what) {
   kelvaron::server::tellServer(store.folder(), commander() + " commands: " + what);
 }
 
-/// A password as typed or piped; nothing of it shows on a terminal.
+termios shown;
+
+extern "C" void showAgainAndEnd(int signal) {
+  tcsetattr(STDIN_FILENO, TCSANOW, &shown);
+  std::signal(signal, SIG_DFL);
+  std::raise(signal);
+}
+
+/// A password as typed or piped; nothing of it shows on a terminal, also when it is broken off.
 std::string readPassword() {
-  termios shown{};
   const bool terminal = tcgetattr(STDIN_FILENO, &shown) == 0;
   if (terminal) {
+    for (const int signal : {SIGINT, SIGTERM, SIGHUP}) std::signal(signal, showAgainAndEnd);
     termios hidden = shown;
     hidden.c_lflag &= ~static_cast<tcflag_t>(ECHO);
     tcsetattr(STDIN_FILENO, TCSAFLUSH, &hidden);
@@ -80,6 +88,7 @@ std::string readPassword() {
   std::getline(std::cin, password);
   if (terminal) {
     tcsetattr(STDIN_FILENO, TCSAFLUSH, &shown);
+    for (const int signal : {SIGINT, SIGTERM, SIGHUP}) std::signal(signal, SIG_DFL);
     std::cerr << '\n';
   }
   if (password.ends_with('\r')) password.pop_back();

@@ -6,6 +6,7 @@
 #include <asio/ip/address.hpp>
 #include <charconv>
 
+#include "server/address.h"
 #include "server/store.h"
 #include "server/text.h"
 
@@ -57,10 +58,20 @@ void setRemovedModerator(CommandLine& line, Values values) {
 }
 void setNewBan(CommandLine& line, Values values) {
   line.newBan = {.who = textOf(values[0]), .reason = cleaned(textOf(values[1])), .until = {}};
+  const std::string& who = line.newBan->who;
+  const std::string quoted = '"' + std::string(values[0]) + '"';
   std::error_code error;
-  asio::ip::make_address(line.newBan->who, error);
-  if (error && !isValidNick(line.newBan->who)) {
-    throw UsageError("\"" + std::string(values[0]) + "\" is neither a nickname nor an address");
+  asio::ip::make_address(who, error);
+  if (!error && isLoopback(who)) {
+    throw UsageError(quoted + " is this machine itself, which no ban keeps out");
+  }
+  // A nickname could be written so, but it's hardly meant.
+  if (error && who.find_first_of(".:/") != std::string::npos &&
+      who.find_first_not_of("0123456789.:/") == std::string::npos) {
+    throw UsageError(quoted + " is no address of one machine");
+  }
+  if (error && !isValidNick(who)) {
+    throw UsageError(quoted + " is neither a nickname nor an address");
   }
 }
 void setUntil(CommandLine& line, Values values) {
@@ -68,6 +79,9 @@ void setUntil(CommandLine& line, Values values) {
   if (!time || !line.newBan) {
     throw UsageError("--until, behind --ban, reads as 2026-12-31 or 2026-12-31T18:30, in UTC");
   }
+  // In seconds, as nanoseconds end in the year 2262.
+  const auto now = std::chrono::floor<std::chrono::seconds>(std::chrono::system_clock::now());
+  if (*time <= now) throw UsageError("--until is over already");
   line.newBan->until = time;
 }
 void setLog(CommandLine& line, Values values) { line.log = values[0]; }

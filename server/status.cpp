@@ -24,6 +24,7 @@ constexpr const char* kSocket = "status";
 constexpr std::string_view kHealthy = "\"problems\": []}";
 constexpr std::size_t kLongestRequest = 1024;
 constexpr double kBytesOfAMiB = 1'048'576;
+constexpr std::chrono::milliseconds kPause{100};
 constexpr timeval kPatience{.tv_sec = 2, .tv_usec = 0};
 
 std::string inQuotes(std::string_view text) {
@@ -69,7 +70,7 @@ std::string Status::json() const {
 
 StatusSocket::StatusSocket(asio::io_context& io, const std::filesystem::path& folder,
                            std::function<Status()> status)
-    : acceptor_(io), status_(std::move(status)) {
+    : acceptor_(io), pause_(io), status_(std::move(status)) {
   const std::filesystem::path path = folder / kSocket;
   std::error_code ignored;  // then the bind tells
   std::filesystem::remove(path, ignored);
@@ -83,6 +84,7 @@ StatusSocket::StatusSocket(asio::io_context& io, const std::filesystem::path& fo
 void StatusSocket::close() {
   std::error_code ignored;
   acceptor_.close(ignored);
+  pause_.cancel();
 }
 
 // An empty line asks, any other is a note. Two lines always fit a fresh socket, so nobody is waited
@@ -91,8 +93,15 @@ void StatusSocket::accept() {
   acceptor_.async_accept(
       alive_.guard([this](std::error_code error, stream_protocol::socket socket) {
         if (error == asio::error::operation_aborted) return;
+        if (error) {
+          // Such as one of no descriptors, which whoever asks waits out.
+          pause_.expires_after(kPause);
+          pause_.async_wait(alive_.guard([this](std::error_code cancelled) {
+            if (!cancelled) accept();
+          }));
+          return;
+        }
         accept();
-        if (error) return;
         auto asker = std::make_shared<stream_protocol::socket>(std::move(socket));
         auto request = std::make_shared<std::string>();
         const auto answer = [this, asker, request](std::error_code unread, std::size_t size) {

@@ -3,6 +3,7 @@
 
 #include <asio/io_context.hpp>
 #include <asio/local/stream_protocol.hpp>
+#include <asio/steady_timer.hpp>
 #include <chrono>
 #include <cstddef>
 #include <cstdint>
@@ -47,6 +48,7 @@ class StatusSocket : NonCopyable {
   void accept();
 
   asio::local::stream_protocol::acceptor acceptor_;
+  asio::steady_timer pause_;
   std::function<Status()> status_;
   Liveness alive_;
 };

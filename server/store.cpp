@@ -122,7 +122,10 @@ std::optional<std::chrono::sys_seconds> parseTime(std::string_view text) {
   in >> std::get_time(&time,
                       text.find('T') == std::string_view::npos ? "%Y-%m-%d" : "%Y-%m-%dT%H:%M");
   if (!in || in.peek() != std::istringstream::traits_type::eof()) return std::nullopt;
-  return std::chrono::sys_seconds(std::chrono::seconds(::timegm(&time)));
+  const int day = time.tm_mday;
+  const std::chrono::sys_seconds read(std::chrono::seconds(::timegm(&time)));
+  // A 31st of February has become one of March.
+  return time.tm_mday == day ? std::optional(read) : std::nullopt;
 }
 
 std::string timeText(std::chrono::sys_seconds time) {
@@ -226,7 +229,8 @@ std::size_t Store::removeBans(std::string_view nickOrAddress) const {
   const auto removed = std::erase_if(kept, [&](const std::string& line) {
     if (isComment(line)) return false;
     const Ban ban = parseBan(line, 0);
-    return fold(ban.nick) == fold(nickOrAddress) || ban.address == nickOrAddress;
+    return fold(ban.nick) == fold(nickOrAddress) ||
+           (!ban.address.empty() && sourceName(ban.address) == sourceName(nickOrAddress));
   });
   if (removed > 0) replace(kBans, kept);
   return removed;

@@ -23,7 +23,7 @@ struct Pipe {
 
 Pipe makePipe() {
   std::array<int, 2> ends{-1, -1};
-  static_cast<void>(::pipe2(ends.data(), O_CLOEXEC));
+  if (::pipe2(ends.data(), O_CLOEXEC) != 0) return {};
   const FileDescriptor out(ends[0]);
   const FileDescriptor in(ends[1]);
   return {aboveStandard(out), aboveStandard(in)};

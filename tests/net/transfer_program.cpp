@@ -17,6 +17,7 @@ namespace {
 constexpr std::chrono::minutes kPatience(5);
 
 int receive(PollLoop& loop, TestDesktop& desktop) {
+  desktop.sockets.keepsFilePort = true;
   auto& form = desktop.client->form<Frm_Client>();
   std::printf("%s\n%s\n", desktop.folder.path().c_str(), form.Lbl_Status.Caption.get().c_str());
   std::fflush(stdout);

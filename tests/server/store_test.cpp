@@ -156,9 +156,11 @@ TEST(Store, WhatIsTakenAwayIsGoneAndNothingElse) {
   const Store store(folder.path());
   std::ofstream(folder.path() / "bans")
       << "# mine\nnick\tBob\t\t\tann\t\nuser\teve\t10.1.1.1\t\tann\t\n"
-      << "address\t\t10.1.1.1\t\tann\t\nnick\tcy\t\t\tann\t\n";
+      << "address\t\t10.1.1.1\t\tann\t\nnick\tcy\t\t\tann\t\n"
+      << "address\t\t2001:db8:0:1::ffff\t\tann\t\n";
   EXPECT_EQ(store.removeBans("bob"), 1U);
   EXPECT_EQ(store.removeBans("10.1.1.1"), 2U);
+  EXPECT_EQ(store.removeBans("2001:DB8:0:1::2"), 1U) << "of the network that is kept out";
   EXPECT_EQ(store.removeBans("nobody"), 0U);
   EXPECT_EQ(*readFile(folder.path() / "bans"), "# mine\nnick\tcy\t\t\tann\t\n");
   store.setModerator({"ann", "a@example.org", "one"});

@@ -20,7 +20,7 @@ class RoutedSocket : public NativeSocket {
   }
   void Listen(std::uint16_t port) override {
     constexpr std::uint16_t kFilePort = 5050;  // another test's receiver may have it
-    NativeSocket::Listen(port == kFilePort ? 0 : port);
+    NativeSocket::Listen(port == kFilePort && !port_.keepsFilePort ? 0 : port);
   }
 
  private:

@@ -43,6 +43,8 @@ class RoutedSocketPort : public SocketPort {
   std::vector<std::string> hosts;
   void routeTo(std::uint16_t port) { port_ = port; }
   std::uint16_t port() const { return port_; }
+  /// Whether the port for files is itself, rather than a free one.
+  bool keepsFilePort = false;
 
  private:
   EventLoop& loop_;
