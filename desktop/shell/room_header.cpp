@@ -31,6 +31,18 @@ int widthOf(const QFont& font, const Label& label) {
   return QFontMetrics(font).horizontalAdvance(shownText(label.Caption.get())) + 2;
 }
 
+using HeadLines = std::vector<HeadLine>;
+
+int captionsWidth(const HeadLines& lines, const QFont& font) {
+  int width = 0;
+  for (const HeadLine& line : lines) width = std::max(width, widthOf(font, *line.caption));
+  return width;
+}
+
+int valuesWidth(const QFont& font) {
+  return QFontMetrics(font).averageCharWidth() * kValueCharacters;
+}
+
 QFont versionFont(const Label& label, QFont lines) {
   if (label.Font_.get().family == FontFamily::tahoma) {
     lines.setFamilies({QStringLiteral("Tahoma"), lines.family()});
@@ -55,23 +67,15 @@ void RoomHeader::layOut(const QFont& font) const {
 
   QFont lineFont = font;
   lineFont.setPointSizeF(smallest);
-  std::vector<HeadLine> lines = {{&room_.Label2, &room_.Label1}, {&room_.Label4, &room_.Label7}};
+  HeadLines lines = {{&room_.Label2, &room_.Label1}, {&room_.Label4, &room_.Label7}};
   const int lowest = QFontMetrics(lineFont).height();
   const bool allLines = 3 * lowest <= height - margin;
   if (allLines) lines.insert(lines.begin() + 1, {&room_.Label5, &room_.Label6});
   const int count = static_cast<int>(lines.size());
   const int lineHeight = std::max(lowest, (height - 2 * margin) / count);
 
-  const auto captionsWidth = [&](const QFont& each) {
-    int width = 0;
-    for (const HeadLine& line : lines) width = std::max(width, widthOf(each, *line.caption));
-    return width;
-  };
-  const auto valuesWidth = [](const QFont& each) {
-    return QFontMetrics(each).averageCharWidth() * kValueCharacters;
-  };
   const auto neededWidth = [&](const QFont& each) {
-    return widthOf(versionFont(room_.Label3, each), room_.Label3) + captionsWidth(each) +
+    return widthOf(versionFont(room_.Label3, each), room_.Label3) + captionsWidth(lines, each) +
            valuesWidth(each) + 2 * kGap;
   };
   const auto fits = [&] {
@@ -91,7 +95,7 @@ void RoomHeader::layOut(const QFont& font) const {
   const int markWidth = widthOf(mark, room_.Label3);
   place(room_.Label3, {markLeft, 0, markWidth, height - margin / 2}, mark);
 
-  const int captions = captionsWidth(lineFont);
+  const int captions = captionsWidth(lines, lineFont);
   // Where it is designed, unless its neighbours need that place.
   const int leftmost = markLeft + markWidth + kGap + captions + kGap;
   const int rightmost = std::max(leftmost, right - valuesWidth(lineFont));

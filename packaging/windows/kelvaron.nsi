@@ -1,7 +1,8 @@
 ; The installer for Windows: for one user, without an administrator.
 ;   makensis -DVERSION=... -DFILES=FOLDER -DLISTS=FOLDER -DOUTPUT=FILE kelvaron.nsi
 ; LISTS has what tools/windows_build.sh makes of the folder FILES: install.nsh and uninstall.nsh.
-Unicode true
+; As the program: without a 32-bit part.
+Target amd64-unicode
 SetCompressor /SOLID lzma
 Name "Kelvaron ${VERSION}"
 OutFile "${OUTPUT}"
