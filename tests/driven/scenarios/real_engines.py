@@ -239,6 +239,22 @@ def joins(player, host):
     player.click(player.menu_entry("Join CSDOOM Game"))
 
 
+def comes_into_the_map(player, host, game):
+    """A busy machine can keep the engine from its first map; whoever sees that joins once more."""
+    for last in (False, True):
+        joins(player, host)
+        game.says("Arrived in netgame", 40)
+        try:
+            return game.says(r"Map: .*MAP01", 60)
+        except AssertionError as why:
+            if last:
+                raise
+            print("        once more:", why, flush=True)
+            game.signal(15)
+            game.ends()
+            leave(player, IN_GAME, "Resume")
+
+
 def real_server():
     """A server that one hosts, two join one after the other, one leaves, and its host ends."""
     Server("data-server")
@@ -258,9 +274,7 @@ def real_server():
     for guest in guests:
         guest.lists("ann[CS]", *(f"{g.name}[IG]" for g in guests[:guests.index(guest)]),
                     *(g.name for g in guests[guests.index(guest):]))
-        joins(guest, "ann[CS]")
-        games[guest].says("Arrived in netgame", 40)
-        games[guest].says(r"Map: .*MAP01", 60)
+        comes_into_the_map(guest, "ann[CS]", games[guest])
     bob, cid = guests
     games[bob].signal(15)
     games[bob].ends()
