@@ -26,6 +26,12 @@ std::string place(const std::string& address, std::uint16_t port) {
   return (v6 ? '[' + address + ']' : address) + ':' + std::to_string(port);
 }
 
+bool isAddress(std::string_view text) {
+  std::error_code error;
+  asio::ip::make_address(std::string(text), error);
+  return !error;
+}
+
 bool isLoopback(std::string_view address) {
   return address.starts_with("127.") || address == "::1";
 }

@@ -15,6 +15,9 @@ std::string remoteAddress(const asio::ip::tcp::socket& socket);
 /// "127.0.0.1:3069", "[::1]:3069".
 std::string place(const std::string& address, std::uint16_t port);
 
+/// Whether it is an address of one machine, in IPv4 or IPv6.
+bool isAddress(std::string_view text);
+
 /// Whether the address is one of the machine itself: 127.0.0.0/8 or ::1.
 bool isLoopback(std::string_view address);
 

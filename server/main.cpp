@@ -7,7 +7,6 @@
 #include <algorithm>
 #include <asio/error.hpp>
 #include <asio/io_context.hpp>
-#include <asio/ip/address.hpp>
 #include <asio/signal_set.hpp>
 #include <csignal>
 #include <cstdlib>
@@ -139,13 +138,12 @@ int listBans(const Store& store) {
 
 int addBan(const Store& store, const CommandLine::NewBan& asked) {
   using kelvaron::server::BanKind;
-  std::error_code error;
-  asio::ip::make_address(asked.who, error);
-  kelvaron::server::Ban ban{.kind = error ? BanKind::nick : BanKind::address,
+  const bool address = kelvaron::server::isAddress(asked.who);
+  kelvaron::server::Ban ban{.kind = address ? BanKind::address : BanKind::nick,
                             .by = kelvaron::server::fromConsole(commander()).value_or("?"),
                             .reason = asked.reason,
                             .until = asked.until};
-  (error ? ban.nick : ban.address) = asked.who;
+  (address ? ban.address : ban.nick) = asked.who;
   store.prepare();
   store.addBans({ban});
   std::cout << forLog(asked.who) << " is banned now, folder " << store.folder().string()

@@ -60,17 +60,16 @@ void setNewBan(CommandLine& line, Values values) {
   line.newBan = {.who = textOf(values[0]), .reason = cleaned(textOf(values[1])), .until = {}};
   const std::string& who = line.newBan->who;
   const std::string quoted = '"' + std::string(values[0]) + '"';
-  std::error_code error;
-  asio::ip::make_address(who, error);
-  if (!error && isLoopback(who)) {
+  const bool address = isAddress(who);
+  if (address && isLoopback(who)) {
     throw UsageError(quoted + " is this machine itself, which no ban keeps out");
   }
   // A nickname could be written so, but it's hardly meant.
-  if (error && who.find_first_of(".:/") != std::string::npos &&
+  if (!address && who.find_first_of(".:/") != std::string::npos &&
       who.find_first_not_of("0123456789.:/") == std::string::npos) {
     throw UsageError(quoted + " is no address of one machine");
   }
-  if (error && !isValidNick(who)) {
+  if (!address && !isValidNick(who)) {
     throw UsageError(quoted + " is neither a nickname nor an address");
   }
 }

@@ -66,11 +66,18 @@ Ban parseBan(const std::string& line, std::size_t number) {
                      "a line must hold user, nick or address, then a nickname, an address, a told "
                      "address, by whom, a reason and, if wanted, an end, separated by TAB");
   }
+  const auto which = static_cast<BanKind>(kind - kBanKinds.begin());
+  if (which == BanKind::nick && trimmed(fields[1]).empty()) {
+    throw StoreError(kBans, number, "a ban of a nickname needs one");
+  }
+  if (which == BanKind::address && !isAddress(fields[2])) {
+    throw StoreError(kBans, number, "a ban of an address needs one, and knows no networks");
+  }
   const auto until = ends ? parseTime(fields[6]) : std::nullopt;
   if (ends && !until) {
     throw StoreError(kBans, number, "the end must read as 2026-12-31 or 2026-12-31T18:30, in UTC");
   }
-  return {static_cast<BanKind>(kind - kBanKinds.begin()),
+  return {which,
           std::string(fields[1]),
           std::string(fields[2]),
           std::string(fields[3]),

@@ -91,6 +91,8 @@ TEST(Store, FaultsNameTheFileAndTheLine) {
       {"moderators", "bob\tx@example.org\n", "moderators, line 1: a line must hold"},
       {"bans", "\nuser\tbob\n", "bans, line 2: a line must hold"},
       {"bans", "ip\tbob\t\t\t\t\n", "bans, line 1: a line must hold"},
+      {"bans", "nick\t \t10.1.1.1\t\t\t\n", "bans, line 1: a ban of a nickname needs one"},
+      {"bans", "address\tbob\t192.0.2.0/24\t\t\t\n", "bans, line 1: a ban of an address needs one"},
   };
   for (const auto& [file, text, fault] : cases) {
     SCOPED_TRACE(text);
