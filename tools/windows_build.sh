@@ -63,7 +63,7 @@ for licence in GPL-3 LGPL-3; do
 done
 cp assets/kelvaron.ico "$work"
 
-# One time for all, that of the version, so that two builds differ in nothing but what the compiler does.
+# One time for all, that of the version.
 time=$(sed -n "s/^## $version (\(.*\))$/\1/p" CHANGELOG.md)
 SOURCE_DATE_EPOCH=$(date -u -d "$time" +%s)
 export SOURCE_DATE_EPOCH TZ=UTC

@@ -14,7 +14,7 @@ for feature in network sql dbus printsupport concurrent testlib xml vulkan table
   options+=("-DFEATURE_$feature=OFF")
 done
 for kind in SHARED MODULE; do
-  # Two builds are the same, byte for byte.
+  # The time of linking stays out of the file.
   options+=("-DCMAKE_${kind}_LINKER_FLAGS=-s -Wl,--no-insert-timestamp")
 done
 key=$(sha256sum <<<"$version ${options[*]} $(cat cmake/windows.cmake)" | cut -c 1-12)
