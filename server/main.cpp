@@ -22,6 +22,7 @@
 #include "server/log_writer.h"
 #include "server/options.h"
 #include "server/password.h"
+#include "server/readiness.h"
 #include "server/server.h"
 #include "server/status.h"
 #include "server/store.h"
@@ -208,6 +209,7 @@ int serve(Options options, const std::filesystem::path& logFile) {
   server.onStopped = [&] { signals.cancel(); };
   std::cout << "kelvaron-server listens on " << kelvaron::server::place(address, server.port())
             << ", folder " << folder << std::endl;
+  kelvaron::server::tellManager("READY=1");
   io.run();
   return 0;
 }

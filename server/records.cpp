@@ -52,7 +52,10 @@ void Records::tellChanges(const Lists& lists) const {
 }
 
 Records::Fixed Records::readFixed(const Store& store) {
-  return {.reserved = store.reserved(), .motd = store.motd(), .settings = store.settings()};
+  return {.reserved = store.reserved(),
+          .motd = store.motd(),
+          .motdProblems = store.motdProblems(),
+          .settings = store.settings()};
 }
 
 // The stamp first: what changes meanwhile is seen as a change later.
@@ -63,6 +66,7 @@ Records::Lists Records::readLists(const Store& store) {
 void Records::take(Fixed fixed) {
   reserved_ = std::move(fixed.reserved);
   motd_ = std::move(fixed.motd);
+  for (const std::string& problem : fixed.motdProblems) log_(problem);
 }
 
 void Records::take(Lists lists) {

@@ -53,6 +53,7 @@ class Records {
   struct Fixed {
     std::vector<std::string> reserved;
     std::string motd;
+    std::vector<std::string> motdProblems;
     Settings settings;
   };
   /// What commands change while the server runs.

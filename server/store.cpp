@@ -5,8 +5,10 @@
 #include <array>
 #include <ctime>
 #include <iomanip>
+#include <iterator>
 #include <sstream>
 #include <system_error>
+#include <utility>
 
 #include "base/code_page.h"
 #include "server/address.h"
@@ -121,6 +123,31 @@ std::string parseMotd(const std::string& line, std::size_t number) {
   return line;
 }
 
+bool isBlank(std::string_view line) { return trimmed(line).empty(); }
+
+/// Gathers what is thrown, so that one fault hides no other.
+struct Problems {
+  template <class Read>
+  void look(Read read) {
+    try {
+      (void)read();
+    } catch (const StoreError& problem) {
+      texts.emplace_back(problem.what());
+    }
+  }
+
+  template <class Lines, class IsLeftOut, class Parse>
+  void lookAtLines(Lines lines, IsLeftOut isLeftOut, Parse parse) {
+    std::vector<std::string> all;
+    look([&] { return all = lines(); });
+    for (std::size_t i = 0; i < all.size(); ++i) {
+      if (!isLeftOut(all[i])) look([&] { return parse(all[i], i + 1), 0; });
+    }
+  }
+
+  std::vector<std::string> texts{};
+};
+
 }  // namespace
 
 std::optional<std::chrono::sys_seconds> parseTime(std::string_view text) {
@@ -192,7 +219,7 @@ std::vector<Ban> Store::bans() const { return parseAll(lines(kBans), parseBan); 
 std::string Store::motd() const {
   std::string joined;
   for (const std::string& line : lines(kMotd)) {
-    if (trimmed(line).empty()) continue;
+    if (isBlank(line)) continue;
     if (!joined.empty()) joined += '\n';
     joined += cleaned(line);
   }
@@ -268,31 +295,23 @@ std::vector<std::string> Store::problems() const {
   if (!std::filesystem::is_directory(folder_, error)) {
     return {folder_.string() + ": there is no such folder"};
   }
-  std::vector<std::string> found;
-  const auto look = [&](auto read) {
-    try {
-      (void)read();
-    } catch (const StoreError& problem) {
-      found.emplace_back(problem.what());
-    }
-  };
-  const auto lookAtLines = [&](const char* file, auto isLeftOut, auto parse) {
-    std::vector<std::string> all;
-    look([&] { all = lines(file); });
-    for (std::size_t i = 0; i < all.size(); ++i) {
-      if (!isLeftOut(all[i])) look([&] { parse(all[i], i + 1); });
-    }
-  };
-  const auto isEmpty = [](std::string_view line) { return trimmed(line).empty(); };
-  lookAtLines(kSettings, isEmpty, [](const std::string& line, std::size_t number) {
-    Settings ignored;
-    parseSetting(line, number, ignored);
-  });
-  lookAtLines(kReserved, isComment, parseReserved);
-  lookAtLines(kModerators, isComment, parseModerator);
-  lookAtLines(kBans, isComment, parseBan);
-  lookAtLines(kMotd, isEmpty, parseMotd);
-  return found;
+  Problems found;
+  found.lookAtLines([this] { return lines(kSettings); }, isBlank,
+                    [](const std::string& line, std::size_t number) {
+                      Settings ignored;
+                      parseSetting(line, number, ignored);
+                    });
+  found.lookAtLines([this] { return lines(kReserved); }, isComment, parseReserved);
+  found.lookAtLines([this] { return lines(kModerators); }, isComment, parseModerator);
+  found.lookAtLines([this] { return lines(kBans); }, isComment, parseBan);
+  std::ranges::move(motdProblems(), std::back_inserter(found.texts));
+  return std::move(found.texts);
+}
+
+std::vector<std::string> Store::motdProblems() const {
+  Problems found;
+  found.lookAtLines([this] { return lines(kMotd); }, isBlank, parseMotd);
+  return std::move(found.texts);
 }
 
 std::vector<std::string> Store::lines(const char* file) const {

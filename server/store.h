@@ -85,6 +85,8 @@ class Store {
   /// All that is wrong with the folder and its files, one text a fault in the order of the lines;
   /// changes and makes nothing.
   std::vector<std::string> problems() const;
+  /// Those of the message of the day, which is shown all the same.
+  std::vector<std::string> motdProblems() const;
 
   const std::filesystem::path& folder() const { return folder_; }
 

@@ -36,6 +36,13 @@ if kelvaron-server --port 4069 >second 2>&1; then fail "a second server on the f
 grep -F "another server runs on this folder" second
 systemctl reload kelvaron-server
 await "no reload in the journal" logged "the files of the folder are read anew"
+echo "speed = 3" >>"$folder/settings"
+if systemctl reload kelvaron-server; then fail "a reload of a faulty file ends well"; fi
+if systemctl restart kelvaron-server; then fail "a restart on a faulty file ends well"; fi
+await "no fault in the journal" logged 'there is no setting "speed"'
+sed -i /speed/d "$folder/settings"
+systemctl restart kelvaron-server
+answers || fail "a start ends before the server listens"
 kelvaron-server --ban eve spam --until 2999-12-31
 await "no ban in the journal" logged "ban set: eve, by root: spam"
 kelvaron-server --unban eve
@@ -60,6 +67,16 @@ systemctl restart kelvaron-server
 await "the drop-in is not heard" logged "listens on 127.0.0.1:3069"
 await "the port does not answer behind the drop-in" answers
 exposure
+
+step "a second server"
+sed 's|--address ::|& --port 4069|' /lib/systemd/system/kelvaron-server.service \
+  >/etc/systemd/system/kelvaron-second.service
+systemctl daemon-reload
+systemctl start kelvaron-second
+kelvaron-server --status --folder /var/lib/kelvaron-second
+systemctl stop kelvaron-second
+rm -r /etc/systemd/system/kelvaron-second.service /var/lib/kelvaron-second
+kelvaron-server --status
 
 step "an upgrade restarts what runs"
 before=$(systemctl show -P MainPID kelvaron-server)

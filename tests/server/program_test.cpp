@@ -6,6 +6,9 @@
 #include <unistd.h>
 
 #include <array>
+#include <asio/buffer.hpp>
+#include <asio/io_context.hpp>
+#include <asio/local/datagram_protocol.hpp>
 #include <chrono>
 #include <cstdio>
 #include <fstream>
@@ -149,6 +152,21 @@ TEST(Program, TellsWhereItListensAndTheRoomThatItEnds) {
   EXPECT_TRUE(alice.isClosed());
 }
 
+TEST(Program, TellsItsManagerWhenItListens) {
+  const TemporaryFolder folder;
+  using asio::local::datagram_protocol;
+  asio::io_context io;
+  const auto place = (folder.path() / "manager").string();
+  datagram_protocol::socket manager(io, datagram_protocol::endpoint(place));
+  ::setenv("NOTIFY_SOCKET", place.c_str(), 1);
+  const RunningProgram program;
+  ::unsetenv("NOTIFY_SOCKET");
+  ASSERT_TRUE(eventually([&] { return manager.available() > 0; }));
+  std::array<char, 64> told{};
+  const std::size_t size = manager.receive(asio::buffer(told));
+  EXPECT_EQ(std::string_view(told.data(), size), "READY=1");
+}
+
 TEST(Program, CommandsAndSignalsReachARunningServer) {
   const RunningProgram program;
   Peer bob(program.port, "bob");
@@ -174,8 +192,10 @@ TEST(Program, CommandsAndSignalsReachARunningServer) {
   EXPECT_EQ(program.command("--unban " + jose).second.find("1 ban of " + jose), 0U);
 
   std::ofstream(program.folder.path() / "settings") << "line_limit = 256\n";
+  std::ofstream(program.folder.path() / "motd") << jose << '\n';
   program.signal(SIGHUP);
   ASSERT_TRUE(program.logs("the files of the folder are read anew"));
+  EXPECT_TRUE(program.logs("motd, line 1: holds characters"));
   Peer cy(program.port, "cy");
   cy.send("Message\tcy: \t" + std::string(300, 'x'));
   EXPECT_TRUE(cy.isClosed());
