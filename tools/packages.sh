@@ -13,7 +13,7 @@ kelvaron_code_lint_packages=(clang clang-format clang-tidy)
 kelvaron_lint_packages=(desktop-file-utils appstream man-db systemd lintian)
 kelvaron_packaging_packages=(debhelper dpkg-dev fakeroot git)
 kelvaron_clang_packages=(clang)
-kelvaron_windows_packages=(g++-mingw-w64-x86-64-posix wine64 wine fonts-wine googletest)
+kelvaron_windows_packages=(g++-mingw-w64-x86-64-posix wine64 wine fonts-wine googletest python3)
 kelvaron_windows_packaging_packages=(dpkg-dev nsis zip)
 kelvaron_fuzz_packages=(clang libclang-rt-14-dev)
 

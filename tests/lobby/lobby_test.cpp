@@ -6,16 +6,12 @@
 #include "chat/private_message.h"
 #include "moderation/kick_form.h"
 #include "moderation/status_request.h"
-#include "server/password.h"
-#include "tests/server/peer.h"
+#include "tests/lobby/lobby_server.h"
 #include "tests/support/test_desktop.h"
 
 namespace kelvaron::testing {
 namespace {
 
-using server::RunningServer;
-using server::Store;
-using server::TemporaryFolder;
 using ::testing::HasSubstr;
 using ::testing::Not;
 
@@ -23,10 +19,7 @@ using ::testing::Not;
 class Lobby : public ::testing::Test {
  protected:
   void SetUp() override {
-    const Store store(folder.path());
-    store.prepare();
-    store.setModerator({"ann", "ann@example.org", server::hashPassword("secret")});
-    running = std::make_unique<RunningServer>(folder.path());
+    running = std::make_unique<LobbyServer>();
     ann = enter("ann");
     bob = enter("bob");
     cy = enter("cy");
@@ -59,8 +52,7 @@ class Lobby : public ::testing::Test {
   }
 
   PollLoop loop;
-  TemporaryFolder folder;
-  std::unique_ptr<RunningServer> running;
+  std::unique_ptr<LobbyServer> running;
   std::unique_ptr<TestDesktop> ann, bob, cy;
 };
 
@@ -96,7 +88,7 @@ TEST_F(Lobby, LostServerIsToldAndConnectTakesUpAgain) {
   }
   bob->enter("kept");
   EXPECT_EQ(bob->room().txtinput.Text.get(), "kept");
-  running = std::make_unique<RunningServer>(folder.path());
+  running = std::make_unique<LobbyServer>();
   for (TestDesktop* player : {ann.get(), bob.get()}) {
     player->sockets.routeTo(running->port());
     player->raise(player->room().mnuConnect.Click);

@@ -59,9 +59,16 @@ class RealEngine:
         program.chmod(0o755)
 
     def says(self, text, patience):
+        """Fails once the engine has printed nothing for so long: a busy machine only loads slowly."""
         printed = self.folder / "printed"
-        said = lambda: printed.exists() and printed.read_text("utf-8", "replace")
-        until(lambda: re.search(text, said()), lambda: f"{text!r} in {printed}: {said()[-500:]}", patience)
+        said, end = "", time.monotonic() + patience
+        while not re.search(text, said):
+            last, said = said, printed.read_text("utf-8", "replace") if printed.exists() else ""
+            if said != last:
+                end = time.monotonic() + patience
+            elif time.monotonic() > end:
+                raise AssertionError(f"waited in vain: {text!r} in {printed}: {said[-500:]}")
+            time.sleep(0.03)
 
     def process_id(self):
         return int((self.folder / "pid").read_text())
