@@ -14,6 +14,10 @@ cmake --preset windows-desktop >build/windows.log 2>&1 &&
 }
 bin=$PWD/build/windows-desktop/bin
 version=$(sed -n 's/^CMAKE_PROJECT_VERSION:STATIC=//p' build/windows-desktop/CMakeCache.txt)
+# One time for all that is made from here on, that of the version, so that two builds are alike.
+time=$(sed -n "s/^## $version (\(.*\))$/\1/p" CHANGELOG.md)
+SOURCE_DATE_EPOCH=$(date -u -d "$time" +%s)
+export SOURCE_DATE_EPOCH TZ=UTC
 work=$PWD/build/windows-desktop/package
 files=$work/Kelvaron
 rm -rf "$work"
@@ -63,10 +67,6 @@ for licence in GPL-3 LGPL-3; do
 done
 cp assets/kelvaron.ico "$work"
 
-# One time for all, that of the version.
-time=$(sed -n "s/^## $version (\(.*\))$/\1/p" CHANGELOG.md)
-SOURCE_DATE_EPOCH=$(date -u -d "$time" +%s)
-export SOURCE_DATE_EPOCH TZ=UTC
 find "$work" -exec touch -d "@$SOURCE_DATE_EPOCH" {} +
 zip=$PWD/build/windows-packages/kelvaron-$version-windows-x64.zip
 rm -f "$zip"
