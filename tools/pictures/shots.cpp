@@ -2,16 +2,11 @@
 //
 //   kelvaron_shots FOLDER [POINTS]   with text of so many points, the desktop's own unless told
 //   kelvaron_shots --check           no pictures: whether every caption fits its control, and the
-//                                    main button is on the screen, at 9, 11, 14 and 18 points
+//                                    main button and the lowest ones are on the screen, at 9, 11,
+//                                    14 and 18 points
 //
 // QT_SCALE_FACTOR and the like of the toolkit tell the scaling.
 #include <QApplication>
-#include <QCheckBox>
-#include <QGroupBox>
-#include <QLabel>
-#include <QPushButton>
-#include <QScreen>
-#include <QStyle>
 #include <cstdio>
 #include <cstdlib>
 #include <filesystem>
@@ -40,6 +35,7 @@
 #include "peer/profile.h"
 #include "session/login_window.h"
 #include "session/message_of_the_day.h"
+#include "tools/pictures/fit.h"
 #include "tools/pictures/room_desk.h"
 
 namespace kelvaron::testing {
@@ -252,63 +248,7 @@ const std::vector<Shot> kShots = {
      }},
 };
 
-QStringList cutCaptions(const QWidget& window) {
-  QStringList cut;
-  const auto look = [&](const QWidget& widget, const QString& text, int room) {
-    const int needed = widget.fontMetrics().size(Qt::TextShowMnemonic, text).width();
-    if (widget.isVisible() && needed > room) cut.append(text);
-  };
-  for (const auto* button : window.findChildren<QPushButton*>()) {
-    look(*button, button->text(), button->width() - 8);
-  }
-  for (const auto* box : window.findChildren<QCheckBox*>()) {
-    look(*box, box->text(),
-         box->width() - box->style()->pixelMetric(QStyle::PM_IndicatorWidth, nullptr, box) - 4);
-  }
-  for (const auto* frame : window.findChildren<QGroupBox*>()) {
-    look(*frame, frame->title(), frame->width() - 20);
-  }
-  return cut;
-}
-
-/// Of labels only those that say what the design says: what others wrote may be longer.
-QStringList cutLabels(Form& form, const ShownForm& shown) {
-  QStringList cut;
-  for (Control* control : form.Controls()) {
-    if (control->kind != ControlKind::label || shown.viewOf(*control) == nullptr) continue;
-    if (auto& told = static_cast<Label&>(*control); told.Caption.get() != told.DesignCaption) {
-      continue;
-    }
-    const auto& label = static_cast<const QLabel&>(shown.viewOf(*control)->widget());
-    const bool low = label.wordWrap() && label.heightForWidth(label.width()) > label.height();
-    if (label.isVisible() && (low || label.text().endsWith(QChar(0x2026))))
-      cut.append(label.text());
-  }
-  return cut;
-}
-
-/// What can't be seen whole of the main button and the lowest one, which stands in its row.
-QStringList buttonsOutOfSight(const QWidget& window) {
-  const QRect screen = window.screen()->availableGeometry();
-  if (!screen.contains(window.geometry())) return {QStringLiteral("(the window)")};
-  QStringList hidden;
-  const QPushButton* lowest = nullptr;
-  const auto bottom = [&](const QPushButton& button) {
-    return button.mapTo(&window, button.rect().bottomLeft()).y();
-  };
-  for (const auto* button : window.findChildren<QPushButton*>()) {
-    if (!button->isVisible()) continue;
-    const bool seen = button->visibleRegion().boundingRect() == button->rect();
-    if (button->isDefault() && !seen) hidden.append(button->text());
-    if (lowest == nullptr || bottom(*button) > bottom(*lowest)) lowest = button;
-  }
-  if (lowest != nullptr && !window.rect().contains(0, bottom(*lowest))) {
-    hidden.append(lowest->text());
-  }
-  return hidden;
-}
-
-/// Whether all of a form's captions fit, and its main button is on the screen.
+/// Whether all of a form's captions fit, and its main and lowest buttons are on the screen.
 bool fits(const Shot& shot) {
   RoomDesk desk;
   QStringList cut;
@@ -316,8 +256,7 @@ bool fits(const Shot& shot) {
     Form& form = shot.make(desk);
     form.Show();
     QTest::qWait(20);
-    const ShownForm& shown = *desk.shell.shown(form);
-    cut = cutCaptions(*shown.frame()) + cutLabels(form, shown) + buttonsOutOfSight(*shown.frame());
+    cut = cutOrOutOfSight(form, *desk.shell.shown(form));
   });
   for (const QString& text : cut) {
     std::printf("%s: cut or out of sight at %g pt: %s\n", shot.name,
