@@ -1,4 +1,5 @@
-#include <QEvent>
+#include <QAbstractItemView>
+#include <QKeyEvent>
 #include <QLineEdit>
 #include <limits>
 
@@ -17,7 +18,9 @@ constexpr int kComboTextMargin = 4;
 }  // namespace
 
 ComboBoxView::ComboBoxView(ComboBox& box, ViewHost& host, QWidget* parent)
-    : ControlView(box, host, new QComboBox(parent)), combo_(static_cast<QComboBox&>(widget())) {
+    : ControlView(box, host, new QComboBox(parent)),
+      combo_(static_cast<QComboBox&>(widget())),
+      list_(combo_.view()) {
   installComboAccessibility();
   combo_.setEditable(true);
   combo_.setInsertPolicy(QComboBox::NoInsert);
@@ -26,6 +29,7 @@ ComboBoxView::ComboBoxView(ComboBox& box, ViewHost& host, QWidget* parent)
   combo_.lineEdit()->setMaxLength(std::numeric_limits<int>::max());
   combo_.lineEdit()->setDragEnabled(false);
   combo_.lineEdit()->setTextMargins(kComboTextMargin, 0, 0, 0);
+  combo_.view()->installEventFilter(this);
   connect(&combo_, &QComboBox::editTextChanged, this,
           [this](const QString& text) { textEdited(text); });
 }
@@ -69,9 +73,23 @@ void ComboBoxView::showText() {
   if (sameLength) edit.setCursorPosition(caret);
 }
 
+/// The toolkit closes the list as soon as it asks it whether it wants the key. Where the form's
+/// window has kept the keyboard, the key goes on from there to the combo box and its form.
+void ComboBoxView::listHears(int key) {
+  keyOfList_ = key;
+  QMetaObject::invokeMethod(
+      this, [this] { keyOfList_ = 0; }, Qt::QueuedConnection);
+}
+
 bool ComboBoxView::eventFilter(QObject* watched, QEvent* event) {
+  if (watched == list_) {
+    if (event->type() == QEvent::ShortcutOverride) listHears(static_cast<QKeyEvent*>(event)->key());
+    return false;
+  }
   switch (event->type()) {
     case QEvent::KeyPress:
+      if (static_cast<QKeyEvent*>(event)->key() == keyOfList_) return true;
+      [[fallthrough]];
     case QEvent::MouseButtonPress:
       // The user acts on what the core says now, not on what the last turn showed.
       settle();

@@ -41,7 +41,8 @@ class CheckBoxView : public ControlView {
 };
 
 /// What is typed stays as it was typed: nothing completes it, and nothing typed goes into the list.
-/// A character that the code page lacks shows as the "?" that it became.
+/// A character that the code page lacks shows as the "?" that it became. A key that closes the open
+/// list does nothing else.
 class ComboBoxView : public ControlView {
  public:
   ComboBoxView(ComboBox& box, ViewHost& host, QWidget* parent);
@@ -56,11 +57,16 @@ class ComboBoxView : public ControlView {
  private:
   void textEdited(const QString& text);
   void showText();
+  void listHears(int key);
   ComboBox& box() const { return static_cast<ComboBox&>(*control()); }
 
   QComboBox& combo_;
+  // The pop-up list.
+  const QObject* list_;
   // What the widget's list was filled from.
   std::vector<std::string> items_;
+  // Of this turn; 0 for none.
+  int keyOfList_ = 0;
 };
 
 class FrameView : public ControlView {

@@ -61,6 +61,31 @@ TEST_F(ComboBoxes, TypingAndChoosingAreTextAtOnce) {
   EXPECT_EQ(text, "plutonia.wad");
 }
 
+// On some desktops the form's window keeps the keyboard while a list is open.
+TEST_F(ComboBoxes, AKeyThatClosesTheListDoesNothingElse) {
+  ASSERT_TRUE(QTest::qWaitForWindowActive(&window()));
+  form.ok.Default = true;
+  form.cancel.Cancel = true;
+  form.combo.SetFocus();
+  const auto press = [&](Qt::Key key) { QTest::keyClick(window().windowHandle(), key); };
+  using Row = std::tuple<Qt::Key, const char*, const char*>;
+  for (const auto& [key, chosen, presses] :
+       {Row{Qt::Key_Escape, "doom.wad", "cancel"}, Row{Qt::Key_Return, "doom2.wad", "ok"}}) {
+    form.combo.Text = "doom.wad";
+    turn();
+    combo.showPopup();
+    press(Qt::Key_Down);
+    ASSERT_TRUE(combo.view()->isVisible());
+    press(key);
+    EXPECT_FALSE(combo.view()->isVisible()) << chosen;
+    EXPECT_EQ(text, chosen);
+    EXPECT_THAT(form.log, ElementsAre()) << chosen;
+    turn();
+    press(key);
+    EXPECT_THAT(std::exchange(form.log, {}), ElementsAre(presses));
+  }
+}
+
 TEST_F(ComboBoxes, WhatTheCoreSets) {
   ComboBox& box = form.combo;
   using Row = std::tuple<std::function<void()>, const char*, int, int>;
