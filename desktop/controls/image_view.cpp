@@ -1,7 +1,6 @@
 #include <QFile>
 #include <QMouseEvent>
 #include <QPixmap>
-#include <cmath>
 
 #include "desktop/controls/views.h"
 #include "desktop/qt_values.h"
@@ -11,16 +10,17 @@ namespace {
 
 constexpr int kFinestPicture = 3;
 
-/// The picture in the resolution for a screen of so many device pixels per pixel, or in the next
-/// one that there is.
-QPixmap load(const std::string& name, qreal pixelRatio) {
+/// The picture in the resolution that fits `place` (in device pixels) as it is, else in the finest:
+/// from few pixels to about as many it would blur.
+QPixmap load(const std::string& name, QSize place) {
   const QString stem = QStringLiteral(":/pictures/") + shownText(name);
-  const int wanted = std::min(kFinestPicture, static_cast<int>(std::ceil(pixelRatio)));
-  for (int resolution = wanted; resolution > 1; --resolution) {
+  QPixmap picture(stem + QStringLiteral(".png"));
+  const QSize shown = picture.size().scaled(place, Qt::KeepAspectRatio);
+  for (int resolution = 2; resolution <= kFinestPicture && picture.size() != shown; ++resolution) {
     const QString path = QStringLiteral("%1@%2x.png").arg(stem).arg(resolution);
-    if (QFile::exists(path)) return QPixmap(path);
+    if (QFile::exists(path)) picture = QPixmap(path);
   }
-  return QPixmap(stem + QStringLiteral(".png"));
+  return picture;
 }
 
 }  // namespace
@@ -33,12 +33,13 @@ ImageView::ImageView(Image& image, ViewHost& host, QWidget* parent)
 
 void ImageView::refresh() {
   const qreal ratio = label_.devicePixelRatioF();
-  QPixmap picture = load(image().Picture, ratio);
-  if (picture.isNull() || label_.size().isEmpty()) {
+  const QSize place = label_.size() * ratio;
+  QPixmap picture = load(image().Picture, place);
+  if (picture.isNull() || place.isEmpty()) {
     label_.clear();
     return;
   }
-  picture = picture.scaled(label_.size() * ratio, Qt::KeepAspectRatio, Qt::SmoothTransformation);
+  picture = picture.scaled(place, Qt::KeepAspectRatio, Qt::SmoothTransformation);
   picture.setDevicePixelRatio(ratio);
   label_.setPixmap(picture);
 }

@@ -19,6 +19,8 @@ constexpr int kVersionSize = 2;
 constexpr int kValueCharacters = 28;
 // A narrower logo isn't worth its place.
 constexpr int kNarrowestLogo = 80;
+// Of the logo's picture: width to height.
+constexpr qreal kLogoShape = 300.0 / 48;
 // Of the head's height: what stands above the lines and below, 8 of 76 pixels as designed.
 constexpr qreal kMarginShare = 8.0 / 76;
 
@@ -87,9 +89,10 @@ void RoomHeader::layOut(const QFont& font) const {
   }
 
   const int beside = right - left - neededWidth(lineFont) - kGap;
-  const int logo = beside < kNarrowestLogo ? 0 : std::min(toPixels(room_.Image1.Width), beside);
-  place(room_.Image1, {left, toPixels(room_.Image1.Top), logo, toPixels(room_.Image1.Height)},
-        font);
+  const int logoHeight = toPixels(room_.Image1.Height);
+  const int widest = std::min(toPixels(room_.Image1.Width), qRound(logoHeight * kLogoShape));
+  const int logo = beside < kNarrowestLogo ? 0 : std::min(widest, beside);
+  place(room_.Image1, {left, toPixels(room_.Image1.Top), logo, logoHeight}, font);
   const QFont mark = versionFont(room_.Label3, lineFont);
   const int markLeft = logo == 0 ? left : left + logo + toPixels(12 * kTwipsPerPixel);
   const int markWidth = widthOf(mark, room_.Label3);
