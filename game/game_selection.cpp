@@ -32,7 +32,7 @@ game1::game1(Client& client)
     : Form({.name = "game1",
             .caption = "Request a Game",
             .width = 796 * kTwipsPerPixel,
-            .height = 478 * kTwipsPerPixel}),
+            .height = 496 * kTwipsPerPixel}),
       client_(client) {
   look();
   for (CheckBox game1::*box : kGameBoxes) {

@@ -18,31 +18,31 @@ class game1 : public Form {
 
   Label Label1{*this, "Label1", pixels(16, 10, 500, 30), "Kelvaron Game Request"};
 
-  Frame Frame1{*this, "Frame1", pixels(16, 46, 400, 166), "Select Game"};
+  Frame Frame1{*this, "Frame1", pixels(16, 46, 400, 174), "Select Game"};
   CheckBox Check25{Frame1, "Check25", pixels(14, 28, 176, 24), kGames[0].caption};
-  CheckBox Check26{Frame1, "Check26", pixels(14, 54, 176, 24), kGames[1].caption};
-  CheckBox Check27{Frame1, "Check27", pixels(14, 80, 176, 24), kGames[2].caption};
-  CheckBox Check28{Frame1, "Check28", pixels(14, 106, 176, 24), kGames[3].caption};
-  CheckBox Check29{Frame1, "Check29", pixels(14, 132, 176, 24), kGames[4].caption};
+  CheckBox Check26{Frame1, "Check26", pixels(14, 56, 176, 24), kGames[1].caption};
+  CheckBox Check27{Frame1, "Check27", pixels(14, 84, 176, 24), kGames[2].caption};
+  CheckBox Check28{Frame1, "Check28", pixels(14, 112, 176, 24), kGames[3].caption};
+  CheckBox Check29{Frame1, "Check29", pixels(14, 140, 176, 24), kGames[4].caption};
   CheckBox Check30{Frame1, "Check30", pixels(194, 28, 202, 24), kGames[5].caption};
-  CheckBox Check31{Frame1, "Check31", pixels(194, 54, 202, 24), kGames[6].caption};
-  CheckBox Check32{Frame1, "Check32", pixels(194, 80, 202, 24), kGames[7].caption};
-  CheckBox Check33{Frame1, "Check33", pixels(194, 106, 202, 24), kGames[8].caption};
-  CheckBox Check34{Frame1, "Check34", pixels(194, 132, 202, 24), kGames[9].caption};
+  CheckBox Check31{Frame1, "Check31", pixels(194, 56, 202, 24), kGames[6].caption};
+  CheckBox Check32{Frame1, "Check32", pixels(194, 84, 202, 24), kGames[7].caption};
+  CheckBox Check33{Frame1, "Check33", pixels(194, 112, 202, 24), kGames[8].caption};
+  CheckBox Check34{Frame1, "Check34", pixels(194, 140, 202, 24), kGames[9].caption};
 
-  Frame fraOptions{*this, "fraOptions", pixels(16, 222, 400, 192), "Options"};
+  Frame fraOptions{*this, "fraOptions", pixels(16, 230, 400, 202), "Options"};
   CheckBox Check1{fraOptions, "Check1", pixels(14, 28, 176, 24), "No Monsters"};
-  CheckBox Check2{fraOptions, "Check2", pixels(14, 54, 176, 24), "No Music"};
-  CheckBox Check3{fraOptions, "Check3", pixels(14, 80, 176, 24), "No SFX"};
-  CheckBox Check4{fraOptions, "Check4", pixels(14, 106, 176, 24), "Monsters Respawn"};
-  CheckBox Check20{fraOptions, "Check20", pixels(14, 132, 176, 24), "Fast Monsters"};
-  CheckBox Check36{fraOptions, "Check36", pixels(14, 158, 372, 24),
+  CheckBox Check2{fraOptions, "Check2", pixels(14, 56, 176, 24), "No Music"};
+  CheckBox Check3{fraOptions, "Check3", pixels(14, 84, 176, 24), "No SFX"};
+  CheckBox Check4{fraOptions, "Check4", pixels(14, 112, 176, 24), "Monsters Respawn"};
+  CheckBox Check20{fraOptions, "Check20", pixels(14, 140, 176, 24), "Fast Monsters"};
+  CheckBox Check36{fraOptions, "Check36", pixels(14, 168, 372, 24),
                    "Extratic (Sends backup movements)"};
   CheckBox Check5{fraOptions, "Check5", pixels(194, 28, 202, 24), "Deathmatch (Respawn)"};
-  CheckBox Check6{fraOptions, "Check6", pixels(194, 54, 202, 24), "Deathmatch"};
-  CheckBox Check7{fraOptions, "Check7", pixels(194, 80, 202, 24), "Co-Op"};
-  CheckBox Check35{fraOptions, "Check35", pixels(194, 106, 202, 24), "Record Demo (Host Only)"};
-  CheckBox Check37{fraOptions, "Check37", pixels(194, 132, 202, 24), "Make my game a SOLO GAME"};
+  CheckBox Check6{fraOptions, "Check6", pixels(194, 56, 202, 24), "Deathmatch"};
+  CheckBox Check7{fraOptions, "Check7", pixels(194, 84, 202, 24), "Co-Op"};
+  CheckBox Check35{fraOptions, "Check35", pixels(194, 112, 202, 24), "Record Demo (Host Only)"};
+  CheckBox Check37{fraOptions, "Check37", pixels(194, 140, 202, 24), "Make my game a SOLO GAME"};
 
   Frame Frame5{*this, "Frame5", pixels(430, 46, 170, 62), "Skill"};
   ComboBox Combo5{Frame5, "Combo5", pixels(12, 26, 146, 28)};
@@ -59,27 +59,27 @@ class game1 : public Form {
   TextBox Text1{*this, "Text1", pixels(430, 202, 240, 30)};
   CommandButton Command1{*this, "Command1", pixels(680, 202, 100, 30), "Locate"};
 
-  // No game that is started from here takes them, so they stand close together.
-  Frame fraServer{*this, "fraServer", pixels(430, 242, 350, 172), "Server Options"};
-  CheckBox Check8{fraServer, "Check8", pixels(14, 22, 160, 18), "Use Rail Gun"};
-  CheckBox Check9{fraServer, "Check9", pixels(14, 40, 160, 18), "Falling Damage"};
-  CheckBox Check10{fraServer, "Check10", pixels(14, 58, 160, 18), "Weapons Stay"};
-  CheckBox Check11{fraServer, "Check11", pixels(14, 76, 160, 18), "Allow Power-Ups"};
-  CheckBox Check12{fraServer, "Check12", pixels(14, 94, 160, 18), "Allow Health"};
-  CheckBox Check13{fraServer, "Check13", pixels(14, 112, 160, 18), "Allow Armor"};
-  CheckBox Check14{fraServer, "Check14", pixels(14, 130, 160, 18), "Spawn Farthest"};
-  CheckBox Check15{fraServer, "Check15", pixels(14, 148, 160, 18), "Same Map"};
-  CheckBox Check16{fraServer, "Check16", pixels(180, 22, 164, 18), "Force Respawn"};
-  CheckBox Check17{fraServer, "Check17", pixels(180, 40, 164, 18), "Allow Exit"};
-  CheckBox Check18{fraServer, "Check18", pixels(180, 58, 164, 18), "Infinate Ammo"};
-  CheckBox Check19{fraServer, "Check19", pixels(180, 76, 164, 18), "Monster Respawn"};
-  CheckBox Check21{fraServer, "Check21", pixels(180, 94, 164, 18), "Power-Ups respawn"};
-  CheckBox Check22{fraServer, "Check22", pixels(180, 112, 164, 18), "Allow Jump"};
-  CheckBox Check23{fraServer, "Check23", pixels(180, 130, 164, 18), "Allow Freelook"};
-  CheckBox Check24{fraServer, "Check24", pixels(180, 148, 164, 18), "Friendly Fire"};
+  // No game that is started from here takes them, so they stand closer together.
+  Frame fraServer{*this, "fraServer", pixels(430, 242, 350, 190), "Server Options"};
+  CheckBox Check8{fraServer, "Check8", pixels(14, 24, 160, 20), "Use Rail Gun"};
+  CheckBox Check9{fraServer, "Check9", pixels(14, 44, 160, 20), "Falling Damage"};
+  CheckBox Check10{fraServer, "Check10", pixels(14, 64, 160, 20), "Weapons Stay"};
+  CheckBox Check11{fraServer, "Check11", pixels(14, 84, 160, 20), "Allow Power-Ups"};
+  CheckBox Check12{fraServer, "Check12", pixels(14, 104, 160, 20), "Allow Health"};
+  CheckBox Check13{fraServer, "Check13", pixels(14, 124, 160, 20), "Allow Armor"};
+  CheckBox Check14{fraServer, "Check14", pixels(14, 144, 160, 20), "Spawn Farthest"};
+  CheckBox Check15{fraServer, "Check15", pixels(14, 164, 160, 20), "Same Map"};
+  CheckBox Check16{fraServer, "Check16", pixels(180, 24, 164, 20), "Force Respawn"};
+  CheckBox Check17{fraServer, "Check17", pixels(180, 44, 164, 20), "Allow Exit"};
+  CheckBox Check18{fraServer, "Check18", pixels(180, 64, 164, 20), "Infinate Ammo"};
+  CheckBox Check19{fraServer, "Check19", pixels(180, 84, 164, 20), "Monster Respawn"};
+  CheckBox Check21{fraServer, "Check21", pixels(180, 104, 164, 20), "Power-Ups respawn"};
+  CheckBox Check22{fraServer, "Check22", pixels(180, 124, 164, 20), "Allow Jump"};
+  CheckBox Check23{fraServer, "Check23", pixels(180, 144, 164, 20), "Allow Freelook"};
+  CheckBox Check24{fraServer, "Check24", pixels(180, 164, 164, 20), "Friendly Fire"};
 
-  CommandButton Command3{*this, "Command3", pixels(530, 430, 140, 30), "Send Request"};
-  CommandButton Command4{*this, "Command4", pixels(680, 430, 100, 30), "Cancel"};
+  CommandButton Command3{*this, "Command3", pixels(530, 448, 140, 30), "Send Request"};
+  CommandButton Command4{*this, "Command4", pixels(680, 448, 100, 30), "Cancel"};
 
   // Never seen: the skin, the host's command and the guests' options under construction, the
   // game's key, copies of wad and skin for the offer, and the number of invited players.
