@@ -162,12 +162,22 @@ QSize Theme::sizeFromContents(ContentsType type, const QStyleOption* option, con
   constexpr int kAirOfEntry = 4;
   QSize result = QProxyStyle::sizeFromContents(type, option, size, widget);
   if (type == CT_ItemViewItem) result.rheight() += kAirOfEntry;
+  if (type == CT_ComboBox) result.rwidth() += comboArrowWidth(result.height());
   // As high as on forms, where their places say how high.
   constexpr qreal kHeightOfButton = 30;
   if (type == CT_PushButton) {
     result.setHeight(std::max(result.height(), qRound(kHeightOfButton * formScale())));
   }
   return result;
+}
+
+QRect Theme::subControlRect(ComplexControl control, const QStyleOptionComplex* option,
+                            SubControl part, const QWidget* widget) const {
+  const QRect rect = QProxyStyle::subControlRect(control, option, part, widget);
+  if (control != CC_ComboBox || (part != SC_ComboBoxArrow && part != SC_ComboBoxEditField)) {
+    return rect;
+  }
+  return comboPart(*option, part, rect);
 }
 
 int Theme::styleHint(StyleHint hint, const QStyleOption* option, const QWidget* widget,

@@ -17,7 +17,7 @@ void drawArrow(QPainter& painter, const QRectF& rect, const QColor& color) {
   const QPointF middle = rect.center();
   painter.save();
   painter.setRenderHint(QPainter::Antialiasing);
-  painter.setPen(QPen(color, 1.8, Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin));
+  painter.setPen(QPen(color, 1.8 * scale, Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin));
   painter.drawPolyline(
       QPolygonF{{middle + QPointF(-halfWidth, -halfHeight), middle + QPointF(0, halfHeight),
                  middle + QPointF(halfWidth, -halfHeight)}});
@@ -57,6 +57,22 @@ void drawComboBox(const QStyle& style, const QStyleOptionComboBox& combo, QPaint
     drawPanel(painter, combo.rect, button, focus ? kAccent : button.lighter(145));
   }
   drawArrow(painter, arrow, enabled(combo) ? (over ? kAccent : kText) : kDisabledText);
+}
+
+int comboArrowWidth(int height) {
+  constexpr qreal kShare = 2.0 / 3;
+  return qRound(height * kShare);
+}
+
+QRect comboPart(const QStyleOption& combo, QStyle::SubControl part, const QRect& usual) {
+  const QRect& box = combo.rect;
+  const int arrow = comboArrowWidth(box.height());
+  const QRect beside = QStyle::visualRect(combo.direction, box, usual);
+  const QRect place =
+      part == QStyle::SC_ComboBoxArrow
+          ? QRect(box.right() + 1 - arrow, beside.y(), arrow, beside.height())
+          : QRect(beside.topLeft(), QPoint(box.right() - arrow - 1, beside.bottom()));
+  return QStyle::visualRect(combo.direction, box, place);
 }
 
 void drawSlider(const QStyle& style, const QStyleOptionSlider& slider, QPainter& painter,

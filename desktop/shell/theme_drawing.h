@@ -33,6 +33,10 @@ const QColor& lineOf(const QStyleOption& option);
 /// A field to type in or, where the box is not editable, a button; with an arrow down.
 void drawComboBox(const QStyle& style, const QStyleOptionComboBox& combo, QPainter& painter,
                   const QWidget* widget);
+/// How wide the arrow of a combo box of this height is.
+int comboArrowWidth(int height);
+/// The place of a combo box's arrow or of what stands beside it; `usual` is that of the toolkit.
+QRect comboPart(const QStyleOption& combo, QStyle::SubControl part, const QRect& usual);
 /// A groove, filled up to a round knob or behind it (`kFillsBehind`). Horizontal ones only.
 void drawSlider(const QStyle& style, const QStyleOptionSlider& slider, QPainter& painter,
                 const QWidget* widget);
