@@ -27,7 +27,7 @@ class Pingme : public Form {
   /// The address that is measured.
   Label Label3{*this, "Label3", pixels(16, 44, 328, 22), "Label3"};
   /// The result.
-  Label Label1{*this, "Label1", pixels(16, 72, 328, 40), ""};
+  Label Label1{*this, "Label1", pixels(16, 76, 328, 40), ""};
   Timer Timer1{*this, "Timer1", 1000, false};
   CommandButton Command1{*this, "Command1", pixels(108, 124, 112, 30), "Re-Ping"};
   CommandButton Command2{*this, "Command2", pixels(232, 124, 112, 30), "OK"};
