@@ -18,6 +18,7 @@ frmkick::frmkick(Client& client)
   Label3.ForeColor = colors::kWarning;
   Label3.Font_ = Font{.bold = true};
   Label3.WordWrap = true;
+  Command1.Main = true;
   Command2.Cancel = true;
   Command1.Click = [this] { Command1_Click(); };
   Command2.Click = [this] { Command2_Click(); };
