@@ -17,7 +17,7 @@ class Muted : public Form {
   explicit Muted(Client& client);
 
   ListBox List1{*this, "List1", pixels(16, 16, 288, 220), false, ListBox::Selection::one};
-  CommandButton Command1{*this, "Command1", pixels(104, 250, 112, 30), "Hide Me"};
+  CommandButton Command1{*this, "Command1", pixels(192, 250, 112, 30), "Hide Me"};
 
  private:
   void Command1_Click();
