@@ -170,6 +170,7 @@ class ChatView : public QAbstractScrollArea {
 
   ChatFindBar& findBar();
   void placeBars();
+  void keepScrollBarClear(QWidget*& space, Qt::Alignment at, int height);
   void findAsTyped();
   bool find(bool backwards, TextPosition from);
 
@@ -203,6 +204,8 @@ class ChatView : public QAbstractScrollArea {
 
   ChatFindBar* findBar_ = nullptr;
   ChatHint* hint_ = nullptr;
+  QWidget* aboveScrollBar_ = nullptr;
+  QWidget* belowScrollBar_ = nullptr;
   std::optional<std::size_t> unspokenFrom_;  // where the text begins that screen readers lack
 };
 

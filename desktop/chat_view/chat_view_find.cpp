@@ -38,18 +38,27 @@ void ChatView::setHint(const QString& text, const QString& link) {
   placeBars();
 }
 
-/// The hint above the text, the find bar below.
+/// The hint above text and scroll bar, the find bar below them.
 void ChatView::placeBars() {
-  const int width = viewport()->width();
-  const int above = hint_ == nullptr ? 0 : hint_->heightAt(width);
+  const QRect inside = contentsRect();
+  const int above = hint_ == nullptr ? 0 : hint_->heightAt(inside.width());
   const bool open = findBar_ != nullptr && !findBar_->isHidden();
   const int below = open ? findBar_->sizeHint().height() : 0;
   if (const QMargins margins(0, above, 0, below); viewportMargins() != margins) {
     setViewportMargins(margins);
+    keepScrollBarClear(aboveScrollBar_, Qt::AlignTop, above);
+    keepScrollBarClear(belowScrollBar_, Qt::AlignBottom, below);
   }
-  const QRect shown = viewport()->geometry();
-  if (above > 0) hint_->setGeometry(shown.x(), shown.y() - above, width, above);
-  if (open) findBar_->setGeometry(shown.x(), shown.bottom() + 1, width, below);
+  if (above > 0) hint_->setGeometry(inside.x(), inside.y(), inside.width(), above);
+  if (open) findBar_->setGeometry(inside.x(), inside.bottom() + 1 - below, inside.width(), below);
+}
+
+void ChatView::keepScrollBarClear(QWidget*& space, Qt::Alignment at, int height) {
+  if (space == nullptr) {
+    space = new QWidget(this);
+    addScrollBarWidget(space, at);
+  }
+  space->setFixedHeight(height);
 }
 
 void ChatView::openFindBar() {

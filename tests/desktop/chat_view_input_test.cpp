@@ -5,6 +5,7 @@
 #include <QLabel>
 #include <QMenu>
 #include <QPushButton>
+#include <QScrollBar>
 #include <QSignalSpy>
 #include <QToolButton>
 #include <algorithm>
@@ -207,6 +208,9 @@ TEST_F(ChatViewTest, AHintTakesRoomAboveTheTextAndGoesByItsButtons) {
   view.findChild<QPushButton*>()->click();
   view.findChild<QToolButton*>()->click();
   turn();
+  const QRect strip = sentence->parentWidget()->geometry();
+  EXPECT_EQ(strip.right(), view.contentsRect().right());
+  EXPECT_GT(view.verticalScrollBar()->mapTo(&view, QPoint()).y(), strip.bottom());
   EXPECT_EQ(followed.count(), 1);
   EXPECT_EQ(closed.count(), 1);
   view.setHint("short", {});
