@@ -165,7 +165,9 @@ QSize Theme::sizeFromContents(ContentsType type, const QStyleOption* option, con
   if (type == CT_ComboBox) result.rwidth() += comboArrowWidth(result.height());
   // As high as on forms, where their places say how high.
   constexpr qreal kHeightOfButton = 30;
+  constexpr qreal kBesideCaption = 6;
   if (type == CT_PushButton) {
+    result.rwidth() += 2 * qRound(kBesideCaption * formScale());
     result.setHeight(std::max(result.height(), qRound(kHeightOfButton * formScale())));
   }
   return result;
