@@ -81,11 +81,11 @@ void FormFrame::scrollContent() {
   resize((content_->size() + QSize(bar, bar + barHeight(width()))).boundedTo(room()));
 }
 
-QWidget& FormFrame::splitOff(int top) {
+QWidget& FormFrame::splitOff(int top, int air) {
   auto* row = new QWidget(this);
   row->setAutoFillBackground(true);
   row->setPalette(content_->palette());
-  row->setFixedHeight(content_->height() - top);
+  row->setFixedHeight(content_->height() - top + air);
   content_->setFixedHeight(top);
   layout_->addWidget(row);
   return *row;

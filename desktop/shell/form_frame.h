@@ -28,8 +28,8 @@ class FormFrame : public QWidget {
   void setContentSize(QSize size);
   bool scrolls() const { return scrolls_; }
   /// Cuts what scrolls at this height of the inside; what it loses stands below it, always in
-  /// sight.
-  QWidget& splitOff(int top);
+  /// sight, with `air` pixels above.
+  QWidget& splitOff(int top, int air);
   /// What the screen leaves for a window's inside.
   QSize room() const;
   /// The smallest inside that the user can give a sizable window; less where the screen has no

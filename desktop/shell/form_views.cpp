@@ -19,6 +19,8 @@ FormViews::FormViews(Form& form, ViewHost& host, QWidget& content) {
 
 void FormViews::keepInSight(FormFrame& frame) const {
   constexpr int kAbove = 8;
+  constexpr int kAir = 8;
+  constexpr int kGap = 12;
   constexpr int kMostOfFrame = 3;
   const auto inRow = [&](const ControlView& view) {
     return view.isButton() && view.widget().parentWidget() == &frame.content();
@@ -43,10 +45,20 @@ void FormViews::keepInSight(FormFrame& frame) const {
       })) {
     return;
   }
-  QWidget& row = frame.splitOff(top);
+  QWidget& row = frame.splitOff(top, kAir);
   const int beyond = std::max(0, frame.content().width() - frame.width());
+  int first = frame.width();
   for (const auto& view : views_) {
-    if (reachesRow(view)) view->moveInto(row, {beyond, top});
+    if (!reachesRow(view) || !inRow(*view)) continue;
+    view->moveInto(row, {beyond, top - kAir});
+    first = std::min(first, view->widget().x());
+  }
+  for (const auto& view : views_) {
+    if (!reachesRow(view)) continue;
+    view->moveInto(row, {0, top - kAir});
+    const QWidget& label = view->widget();
+    const QRect place(label.pos(), QPoint(first - kGap, row.height() - 1));
+    if (beyond > 0 && place.isValid()) view->layOut(place, label.font());
   }
 }
 

@@ -17,7 +17,8 @@ class FormViews : NonCopyable {
   /// Makes the views within `content`, and has labels name what stands behind them.
   FormViews(Form& form, ViewHost& host, QWidget& content);
 
-  /// Takes the lowest row of buttons, which has the main one, out of what scrolls.
+  /// Takes the lowest row of buttons, which has the main one, out of what scrolls: the buttons as
+  /// far from the right edge as on the form, a label in front of them from its place to the first.
   void keepInSight(FormFrame& frame) const;
 
   /// Lets go of the controls, which are about to be destroyed.

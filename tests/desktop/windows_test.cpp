@@ -139,6 +139,33 @@ TEST_F(Windows, AsLargeAsTheScreenHasRoomFor) {
   }
 }
 
+/// Wider than the screen and higher, with a sentence in front of its button.
+class TooLarge : public Form {
+ public:
+  explicit TooLarge(Client&)
+      : Form({.name = "TooLarge", .caption = "", .width = 20000, .height = 20000}) {
+    sentence.WordWrap = true;
+  }
+  Label sentence{*this, "sentence", {300, 19100, 14000, 600}, "Why this form can't go on as it is"};
+  CommandButton button{*this, "button", {15000, 19250, 4500, 450}, "Go"};
+};
+
+TEST_F(Windows, TheLowestRowOfAFormThatScrolls) {
+  auto& form = show<TooLarge>();
+  const QRect inside = frame(form)->rect();
+  const auto place = [&](const Control& control) {
+    const QWidget& shown = widget(form, control);
+    EXPECT_TRUE(shown.isVisible());
+    return QRect(shown.mapTo(frame(form), QPoint()), shown.size());
+  };
+  const QRect button = place(form.button);
+  EXPECT_EQ(inside.right() - button.right(), (20000 - 15000 - 4500) / kTwipsPerPixel);
+  const QRect sentence = place(form.sentence);
+  EXPECT_EQ(sentence.left(), 300 / kTwipsPerPixel);
+  EXPECT_LT(sentence.right(), button.left());
+  EXPECT_LE(sentence.bottom(), inside.bottom());
+}
+
 TEST_F(Windows, TheRoomsHeadKeepsItsOrder) {
   auto& room = show<frmMain>();
   room.Label1.Caption = "bob";

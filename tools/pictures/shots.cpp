@@ -200,6 +200,14 @@ const std::vector<Shot> kShots = {
        saved(d);
        return d.client->form<config>();
      }},
+    {"configuration_refused",
+     [](RoomDesk& d) -> Form& {
+       auto& form = d.client->form<config>();
+       form.Label12.Caption =
+           "Plutonia Experiment takes a file whose name ends in PLUTONIA.WAD, and \"plut.wad\" "
+           "doesn't.";
+       return form;
+     }},
     {"game_request", [](RoomDesk& d) -> Form& { return chosenGame(d); }},
     {"awaiting_verification", [](RoomDesk& d) -> Form& { return answers(d); }},
     {"offer", [](RoomDesk& d) -> Form& { return offer(d); }},
