@@ -244,6 +244,7 @@ const std::vector<Shot> kShots = {
     {"file_server",
      [](RoomDesk& d) -> Form& {
        auto& form = d.client->form<Frm_Client>();
+       form.Txt_File.Text = "/home/ann/kelvaron/received/";
        form.Lbl_Status.Caption = "2 on port: 5050";
        form.Timer1.Enabled = false;
        return form;
