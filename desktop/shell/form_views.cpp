@@ -20,7 +20,7 @@ FormViews::FormViews(Form& form, ViewHost& host, QWidget& content) {
 void FormViews::keepInSight(FormFrame& frame) const {
   constexpr int kAbove = 8;
   constexpr int kAir = 8;
-  constexpr int kGap = 12;
+  constexpr int kBeforeButtons = 12;
   constexpr int kMostOfFrame = 3;
   const auto inRow = [&](const ControlView& view) {
     return view.isButton() && view.widget().parentWidget() == &frame.content();
@@ -57,7 +57,7 @@ void FormViews::keepInSight(FormFrame& frame) const {
     if (!reachesRow(view)) continue;
     view->moveInto(row, {0, top - kAir});
     const QWidget& label = view->widget();
-    const QRect place(label.pos(), QPoint(first - kGap, row.height() - 1));
+    const QRect place(label.pos(), QPoint(first - kBeforeButtons, row.height() - 1));
     if (beyond > 0 && place.isValid()) view->layOut(place, label.font());
   }
 }
