@@ -8,7 +8,9 @@ cd "$(dirname "$0")/.."
 version=$(dpkg-query -W -f '${source:Version}' qt6-base-dev)
 # What Kelvaron doesn't use isn't built. tabletevent needs a header that the compiler hasn't.
 options=(-DCMAKE_BUILD_TYPE=MinSizeRel -DBUILD_SHARED_LIBS=ON -DINPUT_opengl=no
-  -DQT_BUILD_EXAMPLES=OFF -DQT_BUILD_TESTS=OFF)
+  -DQT_BUILD_EXAMPLES=OFF -DQT_BUILD_TESTS=OFF
+  # Its table of file types would have the time of packing in it.
+  -DQT_AVOID_CMAKE_ARCHIVING_API=ON)
 for feature in network sql dbus printsupport concurrent testlib xml vulkan tabletevent \
   system_zlib system_png system_jpeg system_freetype system_harfbuzz system_pcre2; do
   options+=("-DFEATURE_$feature=OFF")
