@@ -102,6 +102,11 @@ def picture_of(window, path):
     subprocess.run(["import", "-window", window, path], check=True)
 
 
+def gives_way(player, window):
+    player.no_window(window)
+    time.sleep(CALM)  # until then the player's room takes the keyboard
+
+
 def windows():
     """Login, talk, private messages, files both ways, a game, and the end."""
     Server("data-windows", motd="Welcome.")
@@ -165,8 +170,7 @@ def windows():
     win.press("Escape")
     ann.activate("Kelvaron File Server")
     key("Escape")
-    ann.no_window("Kelvaron File Server")
-    time.sleep(CALM)  # until then ann's room takes the keyboard
+    gives_way(ann, "Kelvaron File Server")
 
     win.activate(ROOM[0])
     win.press("alt+t", "f", leads_to="Kelvaron File Server")
@@ -188,6 +192,7 @@ def windows():
     win.activate("Request a Game")
     win.press("space", "Return", leads_to="Kelvaron")
     ann.press(OFFER, "Accept")
+    gives_way(ann, OFFER)
     win.activate("Kelvaron")
     win.press("Tab", "space")
     ann.press(LAST_LOOK, "OK")
