@@ -132,10 +132,16 @@ const std::vector<std::string>& ListBox::entries() const {
 
 bool ListBox::Rows::isBefore(std::size_t row, const Rows& others, std::size_t other) const {
   if (fronts[row] != others.fronts[other]) return fronts[row] < others.fronts[other];
-  return std::ranges::lexicographical_compare(
-      entries[row], others.entries[other], {},
-      [](char character) { return static_cast<unsigned char>(upper(character)); },
-      [](char character) { return static_cast<unsigned char>(upper(character)); });
+  const std::string_view one = entries[row];
+  const std::string_view two = others.entries[other];
+  const auto byteOf = [](char character) { return static_cast<unsigned char>(upper(character)); };
+  // Most have the same beginning to the letter, so only where they differ is case looked at.
+  auto here = std::ranges::mismatch(one, two);
+  while (here.in1 != one.end() && here.in2 != two.end() && byteOf(*here.in1) == byteOf(*here.in2)) {
+    here = std::ranges::mismatch(here.in1 + 1, one.end(), here.in2 + 1, two.end());
+  }
+  if (here.in2 == two.end()) return false;
+  return here.in1 == one.end() || byteOf(*here.in1) < byteOf(*here.in2);
 }
 
 void ListBox::Rows::take(Rows& from, std::size_t row) {

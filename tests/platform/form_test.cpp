@@ -180,5 +180,19 @@ TEST(ListBox, OrderSelectionAndRemoval) {
   EXPECT_EQ(form.sorted.ListIndex(), 3);
 }
 
+TEST(ListBox, OrderBehindALongBeginningThatManyShare) {
+  Lists form;
+  for (const char* entry :
+       {"playeron\xC9"
+        "a",
+        "playerone2", "PLAYERONE10", "PlayerOne1", "playeron\xE9", "playerOne"}) {
+    form.sorted.AddItem(entry);
+  }
+  EXPECT_THAT(form.sorted.entries(),
+              ElementsAre("playerOne", "PlayerOne1", "PLAYERONE10", "playerone2", "playeron\xE9",
+                          "playeron\xC9"
+                          "a"));
+}
+
 }  // namespace
 }  // namespace kelvaron::testing
