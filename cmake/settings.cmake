@@ -10,7 +10,8 @@ set(KELVARON_RADIO_HOST_KSHE "127.0.0.1" CACHE STRING "Host of the station KSHE"
 set(KELVARON_RADIO_HOST_KWJJ "127.0.0.1" CACHE STRING "Host of the station KWJJ")
 
 set(KELVARON_UNIT_DIR "lib/systemd/system" CACHE STRING "Where the server's systemd unit is installed")
-set(KELVARON_SERVICE_FOLDER "/var/lib/kelvaron-server" CACHE STRING "The folder of the server's service")
+set(KELVARON_SERVICE_FOLDER "/var/lib/kelvaron-server" CACHE STRING 
+  "Where commands look for the folder of the server's service; its unit names it by its own name")
 set(KELVARON_GAME_DATA "/usr/share/games/doom" CACHE STRING "Where the system's packages put game data")
 
 # Where installed things lie, as the programs find them: from their own folder, so that a prefix can
